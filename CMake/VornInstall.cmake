@@ -1,0 +1,22 @@
+# Headers, the library, the CMake package and the pkg-config file.
+
+include(CMakePackageConfigHelpers)
+
+install(TARGETS Vorn EXPORT VornTargets
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+    ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
+    RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
+    FILE_SET HEADERS DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+
+set(VORN_PACKAGE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/Vorn)
+install(EXPORT VornTargets NAMESPACE Vorn:: DESTINATION ${VORN_PACKAGE_DIR})
+configure_package_config_file(CMake/VornConfig.cmake.in VornConfig.cmake INSTALL_DESTINATION ${VORN_PACKAGE_DIR})
+write_basic_package_version_file(VornConfigVersion.cmake COMPATIBILITY SameMinorVersion)
+install(FILES "${CMAKE_CURRENT_BINARY_DIR}/VornConfig.cmake" "${CMAKE_CURRENT_BINARY_DIR}/VornConfigVersion.cmake"
+    DESTINATION ${VORN_PACKAGE_DIR})
+
+# pkg-config files find the rest of the installation from their own place, so that a prefix can be moved.
+file(RELATIVE_PATH VORN_PC_TO_PREFIX "/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/")
+string(REGEX REPLACE "/$" "" VORN_PC_TO_PREFIX "${VORN_PC_TO_PREFIX}")
+configure_file(CMake/vorn.pc.in vorn.pc @ONLY)
+install(FILES "${CMAKE_CURRENT_BINARY_DIR}/vorn.pc" DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

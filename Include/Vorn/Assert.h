@@ -1,0 +1,106 @@
+// Assert: the three forms in which every check is written.
+//
+//     VORN_ASSERT(condition, text)             raises Exception<1> if the condition is false
+//     VORN_INTERNAL_ASSERT(condition, text)    raises Exception<2> if the condition is false
+//     VORN_THROW(N, text)                      raises Exception<N>
+//
+// They are always active. The message of an assertion is the condition as written, " : " and the text; the message of
+// VORN_THROW is the text alone. `text` is a string literal.
+//
+// A report names the site's file (the path without its ending), its line, and the qualified name of the function,
+// without parameters and template arguments and, for a function in an unnamed namespace, without namespaces. Where
+// that is not the name to report, a further argument gives it: VORN_THROW(4, "null string!", "Game::load"), either a
+// string literal or a VornPrivate::FixedText with static storage.
+//
+// A check that passes costs its test and nothing else: all texts are made by the compiler, and raising is one call to
+// a cold function. A function with a check in it cannot be constexpr.
+#pragma once
+
+#include "Vorn/Config.h"
+#include "Vorn/Exception.h"
+#include "Vorn/ReportText.h"
+
+namespace VornPrivate {
+
+/// Characters with static storage and their number.
+struct TextView {
+    template <int Size>
+    constexpr TextView(const char (&literal)[Size]) : text(literal), size(Size - 1) {}
+    template <int Capacity>
+    constexpr TextView(const FixedText<Capacity>& fixed) : text(fixed.characters), size(fixed.size) {}
+
+    operator Vorn::ExceptionString() const { return Vorn::ExceptionString(text, size); }
+
+    const char* text;
+    int size;
+};
+
+/// What a site knows when it is compiled.
+struct ReportSite {
+    TextView file;
+    TextView function;
+    TextView message;
+    unsigned int line;
+};
+
+/// The line text of every report: the macro's name, not its value.
+inline constexpr TextView LINE_STRING("__LINE__");
+
+/// The name of a code, as a report shows it.
+template <int N>
+constexpr TextView codeName() {
+    static_assert(N == 1 || N == 2 || N == 4 || N == 7, "the family has the codes 1, 2, 4 and 7");
+    if constexpr (N == Vorn::E::ASSERT) return "::Vorn::E::ASSERT";
+    if constexpr (N == Vorn::E::INTERNAL) return "::Vorn::E::INTERNAL";
+    if constexpr (N == Vorn::E::PARAMETER) return "::Vorn::E::PARAMETER";
+    return "::Vorn::E::UNICODE";
+}
+
+[[noreturn]] VORN_COLD inline void raiseAssert(const ReportSite& site) {
+    Vorn::throwAssert(site.file, site.function, LINE_STRING, site.line, site.message);
+}
+
+[[noreturn]] VORN_COLD inline void raiseInternalAssert(const ReportSite& site) {
+    Vorn::throwInternalAssert(site.file, site.function, LINE_STRING, site.line, site.message);
+}
+
+template <int N>
+[[noreturn]] VORN_COLD void raise(const ReportSite& site) {
+    throw Vorn::Exception<N>(codeName<N>(), site.file, site.function, LINE_STRING, site.line, site.message);
+}
+
+} // namespace VornPrivate
+
+#define VORN_ASSERT(condition, ...)                                                                \
+    VORN_PRIVATE_CHECK(condition, raiseAssert, #condition " : " VORN_PRIVATE_FIRST(__VA_ARGS__, ), \
+                       VORN_PRIVATE_FUNCTION(__VA_ARGS__))
+
+#define VORN_INTERNAL_ASSERT(condition, ...)                                                               \
+    VORN_PRIVATE_CHECK(condition, raiseInternalAssert, #condition " : " VORN_PRIVATE_FIRST(__VA_ARGS__, ), \
+                       VORN_PRIVATE_FUNCTION(__VA_ARGS__))
+
+#define VORN_THROW(N, ...) \
+    VORN_PRIVATE_RAISE(raise<N>, VORN_PRIVATE_FIRST(__VA_ARGS__, ), VORN_PRIVATE_FUNCTION(__VA_ARGS__))
+
+// Support of the three forms. A condition stands in them as it was written, because it is made a text before anything
+// expands it.
+
+#define VORN_PRIVATE_CHECK(condition, raiser, message, function)                    \
+    do {                                                                            \
+        if (!VORN_LIKELY(condition)) VORN_PRIVATE_RAISE(raiser, message, function); \
+    } while (false)
+
+#define VORN_PRIVATE_RAISE(raiser, message, function)                                                   \
+    do {                                                                                                \
+        static constexpr auto vornFile = ::VornPrivate::sourcePath(__FILE__);                           \
+        static constexpr auto vornFunction = function;                                                  \
+        static constexpr ::VornPrivate::ReportSite vornSite{vornFile, vornFunction, message, __LINE__}; \
+        ::VornPrivate::raiser(vornSite);                                                                \
+    } while (false)
+
+#define VORN_PRIVATE_FIRST(first, ...) first
+#define VORN_PRIVATE_FUNCTION(...) \
+    VORN_PRIVATE_THIRD(__VA_ARGS__, VORN_PRIVATE_NAMED, VORN_PRIVATE_UNNAMED, )(__VA_ARGS__)
+#define VORN_PRIVATE_THIRD(first, second, third, ...) third
+#define VORN_PRIVATE_UNNAMED(text) ::VornPrivate::qualifiedName(__PRETTY_FUNCTION__)
+#define VORN_PRIVATE_NAMED(text, name) ::VornPrivate::TextView(name)

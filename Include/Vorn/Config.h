@@ -1,0 +1,25 @@
+// Config: what the public headers need to know of compiler and platform.
+#pragma once
+
+#if defined(_WIN32)
+#if defined(VORN_BUILDING_LIBRARY)
+#define VORN_API __declspec(dllexport)
+#else
+#define VORN_API __declspec(dllimport)
+#endif
+#else
+/// Marks what the library exports; every other symbol is hidden.
+#define VORN_API __attribute__((visibility("default")))
+#endif
+
+/// Marks a function that runs only after a check has failed: it stays out of line and away from hot code.
+#define VORN_COLD __attribute__((cold, noinline))
+
+/// True in the common case.
+#define VORN_LIKELY(condition) __builtin_expect(static_cast<bool>(condition), 1)
+
+/// Lets the compiler check the arguments of a function that formats like `printf`.
+#define VORN_PRINTF(formatIndex, firstIndex) __attribute__((format(printf, formatIndex, firstIndex)))
+
+static_assert(sizeof(unsigned int) == 4, "lengths, codes and packed words are unsigned int of 32 bits");
+static_assert(sizeof(short) == 2 && sizeof(long long) == 8, "the number functions rely on these widths");

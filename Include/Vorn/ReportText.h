@@ -1,0 +1,136 @@
+// ReportText: file and function texts of failure reports, made at compile time. Support of Assert.h; not for direct
+// use.
+#pragma once
+
+namespace VornPrivate {
+
+/// A terminated text of at most `Capacity` bytes that the compiler builds.
+template <int Capacity>
+struct FixedText {
+    constexpr void append(char character) { characters[size++] = character; }
+    constexpr void append(const char* text, int count) {
+        for (int i = 0; i < count; ++i) append(text[i]);
+    }
+    constexpr void clear() {
+        while (size > 0) characters[--size] = '\0';
+    }
+
+    char characters[Capacity + 1] = {};
+    int size = 0;
+};
+
+constexpr bool startsWith(const char* text, const char* start) {
+    while (*start && *text == *start) ++text, ++start;
+    return !*start;
+}
+
+constexpr bool isIdentifierCharacter(char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_';
+}
+
+/// The source path of a report from a compiler's path: without its ending, and for a header of this library from the
+/// repository's root, wherever the header is installed ("Include/Vorn/String/StringData"). The paths of sources are
+/// shortened by the build.
+template <int Size>
+constexpr FixedText<Size + 8> sourcePath(const char (&path)[Size]) {
+    int name = 0;       // start of the file's name
+    int end = Size - 1; // behind the last character that is kept
+    int library = -1;   // start of the last folder called Vorn
+    for (int i = 0; i < Size - 1; ++i) {
+        if (i == name && (startsWith(path + i, "Vorn/") || startsWith(path + i, "Vorn\\"))) library = i;
+        if (path[i] == '/' || path[i] == '\\') name = i + 1;
+    }
+    for (int i = Size - 2; i > name; --i) {
+        if (path[i] == '.') {
+            end = i;
+            break;
+        }
+    }
+
+    FixedText<Size + 8> result;
+    const bool isLibraryHeader = library >= 0 && startsWith(path + end, ".h") && end + 3 == Size;
+    if (isLibraryHeader) result.append("Include/", 8);
+    for (int i = isLibraryHeader ? library : 0; i < end; ++i) result.append(path[i] == '\\' ? '/' : path[i]);
+    return result;
+}
+
+/// Reads a compiler's description of a function, such as "T Vorn::(anonymous namespace)::f<T>(int) [T = char]".
+template <int Size>
+class FunctionReader {
+public:
+    constexpr explicit FunctionReader(const char (&description)[Size]) : m_description(description) {}
+
+    constexpr FixedText<Size + 1> qualifiedName() {
+        int depth = 0; // of template brackets
+        while (m_position < Size - 1 && !m_complete) {
+            const char c = m_description[m_position];
+            if (depth == 0 && atWord("operator")) {
+                readOperator();
+            } else if (atWord("(anonymous namespace)::")) {
+                leaveScope("(anonymous namespace)::");
+            } else if (atWord("{anonymous}::")) {
+                leaveScope("{anonymous}::");
+            } else if (c == '<') {
+                ++depth;
+                ++m_position;
+            } else if (c == '>') {
+                --depth;
+                ++m_position;
+            } else if (depth > 0) {
+                ++m_position;
+            } else if (c == '(') {
+                m_complete = true;
+            } else if (c == ' ' || c == '*' || c == '&') {
+                m_name.clear(); // what came before belongs to the result's type
+                ++m_position;
+            } else {
+                m_name.append(c);
+                ++m_position;
+            }
+        }
+        while (m_name.size > 0 && m_name.characters[m_name.size - 1] == ':') m_name.characters[--m_name.size] = '\0';
+        return m_name;
+    }
+
+private:
+    constexpr bool atWord(const char* word) const {
+        if (!startsWith(m_description + m_position, word)) return false;
+        if (!isIdentifierCharacter(*word)) return true;
+        int length = 0;
+        while (word[length]) ++length;
+        return (m_position == 0 || !isIdentifierCharacter(m_description[m_position - 1])) &&
+               !isIdentifierCharacter(m_description[m_position + length]);
+    }
+
+    // A function in an unnamed namespace is known by its own name.
+    constexpr void leaveScope(const char* marker) {
+        m_name.clear();
+        while (*marker) ++marker, ++m_position;
+    }
+
+    // "operator", a blank and the symbol or type, up to the parameters.
+    constexpr void readOperator() {
+        m_name.append("operator ", 9);
+        m_position += 8;
+        while (m_description[m_position] == ' ') ++m_position;
+        if (startsWith(m_description + m_position, "()")) {
+            m_name.append("()", 2);
+            m_position += 2;
+        }
+        while (m_position < Size - 1 && m_description[m_position] != '(') m_name.append(m_description[m_position++]);
+        m_complete = true;
+    }
+
+    const char* m_description;
+    int m_position = 0;
+    bool m_complete = false;
+    FixedText<Size + 1> m_name;
+};
+
+/// The qualified name in a compiler's description of a function, without result, parameters and template arguments.
+template <int Size>
+constexpr FixedText<Size + 1> qualifiedName(const char (&description)[Size]) {
+    return FunctionReader<Size>(description).qualifiedName();
+}
+
+} // namespace VornPrivate

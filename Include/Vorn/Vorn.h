@@ -1,0 +1,7 @@
+// Vorn: every public header.
+#pragma once
+
+#include "Vorn/Assert.h"
+#include "Vorn/Config.h"
+#include "Vorn/Exception.h"
+#include "Vorn/ExceptionString.h"

@@ -1,0 +1,88 @@
+#include "Vorn/ExceptionString.h"
+
+#include <cstdlib>
+#include <cstring>
+#include <new>
+
+namespace Vorn {
+
+namespace {
+
+constexpr std::size_t COUNT_SIZE = sizeof(int);
+
+} // namespace
+
+ExceptionString::ExceptionString(const ExceptionStringJoiner& joiner) : ExceptionString() { doJoin(joiner); }
+
+ExceptionString::ExceptionString(const std::string& text, float) : ExceptionString() {
+    const int size = static_cast<int>(text.size());
+    std::memcpy(createString(size), text.data(), text.size());
+    doneCreateString(size);
+}
+
+ExceptionString& ExceptionString::operator=(const ExceptionString& other) noexcept {
+    stringRelease();
+    m_sizeAndFlags = other.m_sizeAndFlags;
+    m_text = other.m_text;
+    stringAddRef();
+    return *this;
+}
+
+ExceptionString& ExceptionString::operator=(const ExceptionStringJoiner& joiner) {
+    if (dynamic()) {
+        stringRelease();
+        m_sizeAndFlags = 0; // doJoin must not give the same share up a second time
+        m_text = nullptr;
+    }
+    doJoin(joiner);
+    return *this;
+}
+
+char* ExceptionString::createString(int size) {
+    stringRelease();
+    try {
+        m_text = new char[COUNT_SIZE + static_cast<std::size_t>(size) + 1];
+    } catch (...) {
+        std::abort(); // a failure must not raise a second failure while it is being reported
+    }
+    new (m_text) int(1);
+    char* const text = m_text + COUNT_SIZE;
+    text[size] = '\0';
+    m_sizeAndFlags = size | CREATING | DYNAMIC;
+    return text;
+}
+
+void ExceptionString::doneCreateString(int size) {
+    m_text[COUNT_SIZE + static_cast<std::size_t>(size)] = '\0';
+    m_sizeAndFlags = size | DYNAMIC;
+}
+
+void ExceptionString::setStaticString(const char* text, int size) noexcept {
+    stringRelease();
+    m_sizeAndFlags = size;
+    m_text = const_cast<char*>(text);
+}
+
+int& ExceptionString::blockCount() const noexcept { return *reinterpret_cast<int*>(m_text); }
+
+void ExceptionString::freeBlock() noexcept {
+    delete[] m_text;
+    m_sizeAndFlags = 0;
+    m_text = nullptr;
+}
+
+void ExceptionString::doJoin(const ExceptionStringJoiner& joiner) {
+    int sum = 0;
+    for (const ExceptionString& part : joiner.getParts()) sum += part.size();
+    if (sum < 1) return;
+
+    char* end = createString(sum);
+    for (const ExceptionString& part : joiner.getParts()) {
+        if (part.size() == 0) continue;
+        std::memcpy(end, part.getString(), static_cast<std::size_t>(part.size()));
+        end += part.size();
+    }
+    doneCreateString(sum);
+}
+
+} // namespace Vorn

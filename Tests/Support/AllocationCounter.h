@@ -1,0 +1,25 @@
+// Counts what the program takes from the heap by `new`, in every module of it, and fails allocations on request.
+// Support/AllocationCounter.cpp replaces the global operators; link it into the test program that wants the count.
+#pragma once
+
+#include <cstddef>
+
+/// Allocations by `new` since the program began.
+std::size_t allocationCount();
+
+/// Blocks that came from `new` and have not been given back.
+std::size_t liveAllocationCount();
+
+/// Bytes that the latest allocation asked for.
+std::size_t lastAllocationSize();
+
+/// Lets the n-th allocation from now on (1 for the next one) throw `std::bad_alloc`; 0 for none.
+void failAllocation(std::size_t n);
+
+/// Allocations by `new` while `run` runs.
+template <class Callable>
+std::size_t allocationsDuring(Callable&& run) {
+    const std::size_t before = allocationCount();
+    run();
+    return allocationCount() - before;
+}
