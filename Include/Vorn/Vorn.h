@@ -5,3 +5,4 @@
 #include "Vorn/Config.h"
 #include "Vorn/Exception.h"
 #include "Vorn/ExceptionString.h"
+#include "Vorn/Types.h"

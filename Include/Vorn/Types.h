@@ -1,0 +1,21 @@
+// Types: the code units and codes that text is made of.
+#pragma once
+
+#include <cwchar> // WCHAR_MAX
+
+namespace Vorn {
+
+/// One UTF-16 code unit of 16 bits: `wchar_t` where that has 16 bits, `char16_t` elsewhere.
+#if WCHAR_MAX <= 0xFFFF
+using UTF16Char = wchar_t;
+#else
+using UTF16Char = char16_t;
+#endif
+
+/// A code point, a sentinel code or a packed word of 32 bits.
+using UTF32Char = unsigned int;
+
+static_assert(sizeof(UTF16Char) == 2, "a UTF-16 code unit has 16 bits");
+static_assert(sizeof(UTF32Char) == 4, "a code point has 32 bits");
+
+} // namespace Vorn
