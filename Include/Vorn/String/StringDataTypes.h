@@ -9,10 +9,11 @@ class StringData;
 
 /// How one buffer is held.
 enum StringAllocationType : unsigned int {
-    STRING_DATA_NONE = 0,     ///< no buffer of this encoding
-    STRING_DATA_EXTERNAL = 1, ///< somebody else's memory, or inside a buffer that this record is chained to; never freed
-    STRING_DATA_STATIC = 2,   ///< memory that lives for ever and that nothing tracks; never freed
-    STRING_DATA_DYNAMIC = 3   ///< the record owns the block: it comes from array new and goes back by array delete
+    STRING_DATA_NONE = 0, ///< no buffer of this encoding
+    STRING_DATA_EXTERNAL =
+        1,                  ///< somebody else's memory, or inside a buffer that this record is chained to; never freed
+    STRING_DATA_STATIC = 2, ///< memory that lives for ever and that nothing tracks; never freed
+    STRING_DATA_DYNAMIC = 3 ///< the record owns the block: it comes from array new and goes back by array delete
 };
 
 /// The narrowest repertoire that holds a text.
