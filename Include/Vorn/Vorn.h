@@ -5,6 +5,7 @@
 #include "Vorn/Config.h"
 #include "Vorn/Exception.h"
 #include "Vorn/ExceptionString.h"
+#include "Vorn/String/StringDataHelper.h"
 #include "Vorn/String/StringDataTypes.h"
 #include "Vorn/String/UTF16.h"
 #include "Vorn/String/UTF32.h"

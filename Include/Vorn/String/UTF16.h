@@ -91,8 +91,8 @@ public:
     static unsigned int getUTF16ForUTF8(unsigned int seq) {
         if (VornPrivate::isPacked4Bytes(seq)) {
             const unsigned int code = VornPrivate::markOverlong(VornPrivate::unpackCode4(seq), true);
-            const unsigned int pair = 0xD700DC00 + (seq & 0x3000000) + ((seq & 0x3F0000) << 2) +
-                                      ((seq & 0x3000) << 4) + ((seq & 0x0F00) >> 2) + (seq & 0x3F);
+            const unsigned int pair = 0xD700DC00 + (seq & 0x3000000) + ((seq & 0x3F0000) << 2) + ((seq & 0x3000) << 4) +
+                                      ((seq & 0x0F00) >> 2) + (seq & 0x3F);
             if (UTF8::invalid4ByteUnicode(seq)) return VornPrivate::INVALID_CHARACTER;
             return seq < 0xF0908080 ? code : pair;
         }

@@ -88,13 +88,13 @@ public:
 
     /// The code of a packed sequence, 0xFDEF for an invalid one, and the code plus 0xFF000000 for an overlong 2-byte or
     /// 4-byte form.
-    /// @warning A 3-byte word is marked below 0xE08480 only: the overlong forms of 0x100 to 0x7FF give their plain code.
-    /// Raises `Exception<2>` with "seq < 0x00000080 : invalid UTF-8 sequence!" for a word of no pattern.
+    /// @warning A 3-byte word is marked below 0xE08480 only: the overlong forms of 0x100 to 0x7FF give their plain
+    /// code. Raises `Exception<2>` with "seq < 0x00000080 : invalid UTF-8 sequence!" for a word of no pattern.
     static unsigned int getUTF32CharForUTF8(unsigned int seq);
 
-    /// Reads the character at byte `i` and moves `i` behind it, also on failure and then perhaps beyond `length`. Returns
-    /// 0xFFFF without moving at the end, 0xFDEF for a sequence that runs out of buffer, 0xFDD0 for a lone trail byte.
-    /// Raises `Exception<2>` for a lead with a bad trail byte, as the operations on two, three and four bytes do.
+    /// Reads the character at byte `i` and moves `i` behind it, also on failure and then perhaps beyond `length`.
+    /// Returns 0xFFFF without moving at the end, 0xFDEF for a sequence that runs out of buffer, 0xFDD0 for a lone trail
+    /// byte. Raises `Exception<2>` for a lead with a bad trail byte, as the operations on two, three and four bytes do.
     static unsigned int getUTF32Char(const unsigned char* buffer, unsigned int& i, unsigned int length) {
         if (i >= length) return 0xFFFF;
         const unsigned int c = getUTF32Char(buffer[i]);

@@ -34,8 +34,8 @@ public:
         const unsigned int one = VornPrivate::belowMask(c, 0x80);
         const unsigned int two = VornPrivate::belowMask(c, 0x800);
         const unsigned int three = VornPrivate::belowMask(c, 0x10000);
-        const unsigned int invalid = VornPrivate::surrogateMask(c) | VornPrivate::nonCharacterMask(c) |
-                                     VornPrivate::signMask(0x10FFFF - c);
+        const unsigned int invalid =
+            VornPrivate::surrogateMask(c) | VornPrivate::nonCharacterMask(c) | VornPrivate::signMask(0x10FFFF - c);
         return VornPrivate::select(one, 1, (4 - (two & 1) - (three & 1)) & ~invalid);
     }
 
@@ -104,9 +104,9 @@ public:
                1;
     }
 
-    /// 1 if a packed 4-byte sequence is a noncharacter, above 0x10FFFD, or the overlong form of a surrogate or of 0xFDD0
-    /// to 0xFDEF; else 0, also for all other overlong forms.
-    /// Raises `Exception<2>` with "(seq & 0xF8C0C0C0) == 0xF0808080 : Invalid 4-byte UTF-8 sequence!".
+    /// 1 if a packed 4-byte sequence is a noncharacter, above 0x10FFFD, or the overlong form of a surrogate or of
+    /// 0xFDD0 to 0xFDEF; else 0, also for all other overlong forms. Raises `Exception<2>` with "(seq & 0xF8C0C0C0) ==
+    /// 0xF0808080 : Invalid 4-byte UTF-8 sequence!".
     static unsigned int invalid4ByteUnicode(unsigned int seq) {
         VORN_INTERNAL_ASSERT((seq & 0xF8C0C0C0) == 0xF0808080, "Invalid 4-byte UTF-8 sequence!");
         return (VornPrivate::rangeMask(seq & 0xFFFFF, 0xFBFBE, 0xFBFBF) | VornPrivate::signMask(0xF48FBFBE - seq) |

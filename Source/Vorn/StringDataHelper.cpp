@@ -1,0 +1,584 @@
+#include "StringDataHelper.h"
+
+#include "PlainText.h"
+#include "Vorn/Assert.h"
+#include "Vorn/String/Unicode.h"
+
+#include <algorithm>
+#include <memory>
+
+namespace Vorn {
+
+namespace {
+
+using VornPrivate::findPlainEnd;
+
+constexpr unsigned int UNKNOWN_LENGTH = 0xFFFFFFFF;
+
+unsigned int verdictOf(bool hasNull, bool twoByteClass, bool fullClass) {
+    const unsigned int charset = fullClass      ? STRING_DATA_UNICODE
+                                 : twoByteClass ? STRING_DATA_UCS2
+                                                : STRING_DATA_ASCII;
+    return charset | (hasNull ? SCAN_HAS_NULL : 0);
+}
+
+// Where a scan stands: the text, and where it ends. A text without a known length ends at its terminator, which is no
+// trail byte and no surrogate, so a test of the unit itself tells that the text is over.
+template <class CharType, bool Terminated>
+struct ScanText {
+    bool ended(unsigned int i) const { return Terminated ? buffer[i] == 0 : i == length; }
+    bool hasTrailAt(unsigned int i) const { return (Terminated || i < length) && (buffer[i] & 0xC0) == 0x80; }
+    unsigned int plainEnd(unsigned int i) const {
+        return Terminated ? findPlainEnd(buffer, i) : findPlainEnd(buffer, i, length);
+    }
+
+    const CharType* buffer;
+    unsigned int length;
+};
+
+// Proves a UTF-8 text.
+template <bool Terminated>
+unsigned int stringDataBufferScan(const unsigned char* buffer, unsigned int& length) {
+    const ScanText<unsigned char, Terminated> text{buffer, length};
+    bool hasNull = false;
+    bool twoByteClass = false;
+    bool fullClass = false;
+
+    unsigned int i = text.plainEnd(0);
+    while (!text.ended(i)) {
+        const unsigned int lead = buffer[i];
+        if (lead - 1 < 0x7F) {
+            i = text.plainEnd(i + 1);
+        } else if ((lead & 0xE0) == 0xC0) {
+            if (!text.hasTrailAt(i + 1)) VORN_THROW(7, "Unmatched lead UTF-8 byte for a 2-byte sequence!");
+            const unsigned int c = ((lead & 0x1F) << 6) | (buffer[i + 1] & 0x3Fu);
+            if (c < 0x80) {
+                if (c != 0) VORN_THROW(7, "Invalid overlong 2-byte sequence!");
+                hasNull = true;
+            }
+            twoByteClass = true;
+            i += 2;
+        } else if ((lead & 0xF0) == 0xE0) {
+            if (!text.hasTrailAt(i + 1) || !text.hasTrailAt(i + 2))
+                VORN_THROW(7, "Unmatched lead UTF-8 byte for a 3-byte sequence!");
+            const unsigned int c = ((lead & 0x0F) << 12) | ((buffer[i + 1] & 0x3Fu) << 6) | (buffer[i + 2] & 0x3Fu);
+            if (c - 0x800 >= 0xD800 - 0x800) {
+                if (c < 0x800) VORN_THROW(7, "Invalid overlong 3-byte sequence!");
+                if (UTF16::isSurrogate(static_cast<UTF16Char>(c)) | UTF16::isUCS2NonCharacter(static_cast<UTF16Char>(c)))
+                    VORN_THROW(7, "Invalid character!");
+            }
+            twoByteClass = true;
+            i += 3;
+        } else if (lead - 0xF0 <= 0xF4 - 0xF0) {
+            // The text is that of an unpaired surrogate; callers know it so. Overlong forms pass.
+            if (!text.hasTrailAt(i + 1) || !text.hasTrailAt(i + 2) || !text.hasTrailAt(i + 3))
+                VORN_THROW(7, "Unmatched first surrogate character!");
+            if (UTF8::invalidUnicode(buffer[i], buffer[i + 1], buffer[i + 2], buffer[i + 3]))
+                VORN_THROW(7, "Invalid character with code ending in FFFE or FFFF!");
+            fullClass = true;
+            i += 4;
+        } else if (lead == 0) {
+            VORN_THROW(7, "ASCII null detected! This implementation does not support ASCII null, please use the "
+                          "sequence 0xC0 0x80 to represent null.");
+        } else if (lead < 0xC0) {
+            VORN_THROW(7, "Unmatched trail UTF-8 byte detected!");
+        } else {
+            VORN_THROW(7, "Invalid character!");
+        }
+    }
+    length = i;
+    return verdictOf(hasNull, twoByteClass, fullClass);
+}
+
+// Proves a UTF-16 text.
+template <bool Terminated>
+unsigned int stringDataBufferScan(const UTF16Char* buffer, unsigned int& length) {
+    const ScanText<UTF16Char, Terminated> text{buffer, length};
+    bool hasNull = false;
+    bool twoByteClass = false;
+    bool fullClass = false;
+
+    unsigned int i = text.plainEnd(0);
+    while (!text.ended(i)) {
+        const unsigned int c = buffer[i];
+        if (c - 1 < 0x7F) {
+            i = text.plainEnd(i + 1);
+            continue;
+        }
+        ++i;
+        if (c - 0x80 < 0xD800 - 0x80) {
+            twoByteClass = true;
+        } else if (c == 0) {
+            hasNull = true;
+            twoByteClass = true;
+        } else if (UTF16::isFirstSurrogate(static_cast<UTF16Char>(c))) {
+            const bool ended = text.ended(i);
+            if (ended) length = i; // a text that was measured up to here keeps the measure
+            if (ended || !UTF16::isSecondSurrogate(buffer[i])) VORN_THROW(7, "Unmatched first surrogate character!");
+            if (Unicode::getUTF32Char(static_cast<UTF16Char>(c), buffer[i]) == 0xFDEF)
+                VORN_THROW(7, "Invalid character with code ending in FFFE or FFFF!");
+            fullClass = true;
+            ++i;
+        } else if (UTF16::isSecondSurrogate(static_cast<UTF16Char>(c))) {
+            VORN_THROW(7, "Unmatched second surrogate code!");
+        } else {
+            if (UTF16::isUCS2NonCharacter(static_cast<UTF16Char>(c))) VORN_THROW(7, "Invalid character!");
+            twoByteClass = true;
+        }
+    }
+    length = i;
+    return verdictOf(hasNull, twoByteClass, fullClass);
+}
+
+template <class CharType>
+unsigned int scanBuffer(const CharType* buffer, unsigned int& length) {
+    return length < UNKNOWN_LENGTH ? stringDataBufferScan<false>(buffer, length)
+                                   : stringDataBufferScan<true>(buffer, length);
+}
+
+} // namespace
+
+unsigned int stringDataScanBuffer(const unsigned char* buffer, unsigned int& length) {
+    if (!buffer) VORN_THROW(4, "Buffer is null!");
+    return scanBuffer(buffer, length);
+}
+
+unsigned int stringDataScanBuffer(const UTF16Char* buffer, unsigned int& length) {
+    if (!buffer) VORN_THROW(4, "Buffer is null!");
+    return scanBuffer(buffer, length);
+}
+
+namespace {
+
+// The checks of text that is marked as ASCII, each raising from the first unit that is not. `Function` is the name that
+// they report.
+
+template <const auto& Function>
+void checkLengthOfASCII(const unsigned char* buffer, unsigned int length) {
+    for (unsigned int i = findPlainEnd(buffer, 0, length); i < length; ++i) {
+        VORN_INTERNAL_ASSERT(buffer[i],
+                             "ASCII null detected in UTF-8 buffer!! This implementation of UTF-8 does not support "
+                             "ASCII null!",
+                             Function);
+        VORN_INTERNAL_ASSERT(buffer[i] <= 127, "non-ASCII detected in UTF-8 buffer marked for ASCII only!!", Function);
+    }
+}
+
+template <const auto& Function>
+void checkLengthOfASCII(const UTF16Char* buffer, unsigned int length) {
+    for (unsigned int i = findPlainEnd(buffer, 0, length); i < length; ++i) {
+        VORN_INTERNAL_ASSERT(
+            buffer[i], "null detected in UTF-16 buffer that is marked as ASCII only!! This not allowed!", Function);
+        VORN_INTERNAL_ASSERT(buffer[i] <= 127, "non-ASCII detected in UTF-16 buffer marked for ASCII only!!", Function);
+    }
+}
+
+constexpr char GET_UTF16_LENGTH[] = "Vorn::stringDataGetUTF16Length";
+constexpr char GET_UTF8_LENGTH[] = "Vorn::stringDataGetUTF8Length";
+constexpr char GET_UNICODE_LENGTH[] = "Vorn::stringDataGetUnicodeLength";
+
+// Units in UTF-16 of a UTF-8 text that is not ASCII.
+template <bool Full>
+unsigned int measureUTF16(const unsigned char* buffer, unsigned int length) {
+    unsigned int units = 0;
+    unsigned int i = 0;
+    while (i < length) {
+        if (buffer[i] - 1u < 0x7F) {
+            const unsigned int end = findPlainEnd(buffer, i + 1, length);
+            units += end - i;
+            i = end;
+            continue;
+        }
+        UTF32Char c = Unicode::getUTF32Char(buffer[i]);
+        if (c == 0xFDD2) {
+            ++i;
+            VORN_INTERNAL_ASSERT(i < length, "unmatched 2-byte UTF-8 lead byte!!", GET_UTF16_LENGTH);
+            c = Unicode::getUTF32Char(buffer[i - 1], buffer[i]);
+            VORN_INTERNAL_ASSERT(c != 0xFDEF, "Invalid Unicode character detected in UTF-8 buffer!!", GET_UTF16_LENGTH);
+            if constexpr (Full) {
+                // Fires for 0xC0 0x80 and lets 1 to 127 pass; callers meet it so.
+                VORN_INTERNAL_ASSERT(c || c > 127, "Overlong 2-byte UTF-8 character detected!!", GET_UTF16_LENGTH);
+            } else {
+                VORN_INTERNAL_ASSERT(!c || c > 127, "Overlong 2-byte UTF-8 character detected!!", GET_UTF16_LENGTH);
+            }
+        } else if (c == 0xFDD3) {
+            i += 2;
+            VORN_INTERNAL_ASSERT(i < length, "unmatched 3-byte UTF-8 lead byte!!", GET_UTF16_LENGTH);
+            c = Unicode::getUTF32Char(buffer[i - 2], buffer[i - 1], buffer[i]);
+            VORN_INTERNAL_ASSERT(c != 0xFDEF, "Invalid Unicode character detected in UTF-8 buffer!!", GET_UTF16_LENGTH);
+            VORN_INTERNAL_ASSERT(c > 0x07FF, "Overlong 3-byte UTF-8 character detected!!", GET_UTF16_LENGTH);
+        } else {
+            VORN_INTERNAL_ASSERT(c,
+                                 "ASCII null detected in UTF-8 buffer!! This implementation of UTF-8 does not support "
+                                 "ASCII null!",
+                                 GET_UTF16_LENGTH);
+            VORN_INTERNAL_ASSERT(c != 0xFDEF, "Invalid Unicode character detected in UTF-8 buffer!!", GET_UTF16_LENGTH);
+            if constexpr (!Full) {
+                VORN_INTERNAL_ASSERT(
+                    c != 0xFDD4, "4-byte UTF-8 character detected in a buffer marked for 2-byte or below only!!",
+                    GET_UTF16_LENGTH);
+            }
+            VORN_INTERNAL_ASSERT(c != 0xFDD0, "unmatched trail UTF-8 byte detected!!", GET_UTF16_LENGTH);
+            if constexpr (Full) {
+                i += 3;
+                VORN_INTERNAL_ASSERT(i < length, "unmatched 4-byte UTF-8 lead byte!!", GET_UTF16_LENGTH);
+                c = Unicode::getUTF32Char(buffer[i - 3], buffer[i - 2], buffer[i - 1], buffer[i]);
+                VORN_INTERNAL_ASSERT(c != 0xFDEF, "Invalid Unicode character detected in UTF-8 buffer!!", GET_UTF16_LENGTH);
+                VORN_INTERNAL_ASSERT(c > 0xFFFF, "Overlong 4-byte UTF-8 character detected!!", GET_UTF16_LENGTH);
+                ++units;
+            }
+        }
+        ++units;
+        ++i;
+    }
+    return units;
+}
+
+unsigned int measureUTF8OfUCS2(const UTF16Char* buffer, unsigned int length) {
+    unsigned int bytes = 0;
+    for (unsigned int i = 0; i < length; ++i) {
+        const int count = UTF8::countUTF8(buffer[i]);
+        VORN_INTERNAL_ASSERT(count >= 1, "Invalid code!", GET_UTF8_LENGTH);
+        VORN_INTERNAL_ASSERT(count <= 3, "Invalid UCS-2 character detected in a buffer marked as UCS-2 only!",
+                             GET_UTF8_LENGTH);
+        bytes += static_cast<unsigned int>(count);
+    }
+    return bytes;
+}
+
+unsigned int measureUTF8OfUTF16(const UTF16Char* buffer, unsigned int length) {
+    unsigned int bytes = 0;
+    for (unsigned int i = 0; i < length; ++i) {
+        const UTF32Char c = Unicode::getUTF32Char(buffer[i]);
+        VORN_INTERNAL_ASSERT(c != 0xFDEF, "Invalid Unicode character detected in UTF-16 buffer!!", GET_UTF8_LENGTH);
+        VORN_INTERNAL_ASSERT(c != 0xFDD2, "unmatched second UTF-16 surrogate detected!!", GET_UTF8_LENGTH);
+        if (c == 0xFDD1) {
+            VORN_INTERNAL_ASSERT(i < length, "unmatched first UTF-16 surrogate detected!!", GET_UTF8_LENGTH);
+            ++i;
+            VORN_INTERNAL_ASSERT(Unicode::getUTF32Char(buffer[i]) == 0xFDD2,
+                                 "unmatched first UTF-16 surrogate detected!!", GET_UTF8_LENGTH);
+            bytes += 4;
+        } else {
+            bytes += 1 + (c - 1 >= 0x7E) + (c > 0x7FF); // 0x7F counts as two bytes
+        }
+    }
+    return bytes;
+}
+
+} // namespace
+
+unsigned int stringDataGetUTF16Length(const unsigned char* buffer, const StringDataBufferInfo& info,
+                                      StringDataSubCharset charset) {
+    const unsigned int length = info.m_length;
+    if (length == 0) return 0;
+    switch (charset) {
+    case STRING_DATA_ASCII: checkLengthOfASCII<GET_UTF16_LENGTH>(buffer, length); return length;
+    case STRING_DATA_UCS2: return measureUTF16<false>(buffer, length);
+    default: return measureUTF16<true>(buffer, length);
+    }
+}
+
+unsigned int stringDataGetUTF8Length(const UTF16Char* buffer, const StringDataBufferInfo& info,
+                                     StringDataSubCharset charset) {
+    const unsigned int length = info.m_length;
+    if (length == 0) return 0;
+    switch (charset) {
+    case STRING_DATA_ASCII: checkLengthOfASCII<GET_UTF8_LENGTH>(buffer, length); return length;
+    case STRING_DATA_UCS2: return measureUTF8OfUCS2(buffer, length);
+    default: return measureUTF8OfUTF16(buffer, length);
+    }
+}
+
+unsigned int stringDataGetUnicodeLength(const unsigned char* buffer, const StringDataBufferInfo& info,
+                                        StringDataSubCharset charset) {
+    const unsigned int length = info.m_length;
+    if (length == 0) return 0;
+    if (charset == STRING_DATA_ASCII) {
+        checkLengthOfASCII<GET_UNICODE_LENGTH>(buffer, length);
+        return length;
+    }
+
+    unsigned int characters = 0;
+    for (unsigned int i = 0; i < length; ++characters) {
+        const UTF32Char c = Unicode::getUTF32Char(buffer, i, length);
+        VORN_INTERNAL_ASSERT(c != 0xFDEF, "Invalid Unicode character detected in UTF-8 buffer!!");
+        if (charset == STRING_DATA_UCS2)
+            VORN_INTERNAL_ASSERT(
+                c <= 0xFFFD, "non-UCS-2 character detected in a UTF-8 buffer that is marked for UCS-2 only!!");
+    }
+    return characters;
+}
+
+unsigned int stringDataGetUnicodeLength(const UTF16Char* buffer, const StringDataBufferInfo& info,
+                                        StringDataSubCharset charset) {
+    const unsigned int length = info.m_length;
+    if (length == 0) return 0;
+    if (charset == STRING_DATA_ASCII) {
+        checkLengthOfASCII<GET_UNICODE_LENGTH>(buffer, length);
+        return length;
+    }
+    if (charset == STRING_DATA_UCS2) {
+        for (unsigned int i = 0; i < length; ++i)
+            VORN_INTERNAL_ASSERT(Unicode::getUCS2Char(static_cast<UTF32Char>(buffer[i])) != 0xFDEF,
+                                 "Invalid UCS-2 character detected in a buffer marked as UCS-2 only!");
+        return length;
+    }
+
+    unsigned int characters = 0;
+    for (unsigned int i = 0; i < length; ++i, ++characters) {
+        const UTF32Char c = Unicode::getUTF32Char(buffer[i]);
+        VORN_INTERNAL_ASSERT(c != 0xFDEF, "Invalid Unicode character detected in UTF-16 buffer!!");
+        VORN_INTERNAL_ASSERT(c != 0xFDD2, "unmatched second UTF-16 surrogate detected!!");
+        if (c == 0xFDD1) {
+            ++i;
+            VORN_INTERNAL_ASSERT(i < length, "unmatched first UTF-16 surrogate detected!!");
+            VORN_INTERNAL_ASSERT(Unicode::getUTF32Char(buffer[i]) == 0xFDD2,
+                                 "unmatched first UTF-16 surrogate detected!!");
+        }
+    }
+    return characters;
+}
+
+namespace {
+
+constexpr char CONVERT_TO_UTF16[] = "Vorn::stringDataConvertToUTF16";
+constexpr char CONVERT_CREATE_UTF16[] = "Vorn::stringDataConvertCreateUTF16";
+constexpr char CONVERT_COPY_TO_UTF16[] = "Vorn::stringDataConvertCopyToUTF16";
+constexpr char CONVERT_TO_UTF8[] = "Vorn::stringDataConvertToUTF8";
+constexpr char CONVERT_CREATE_UTF8[] = "Vorn::stringDataConvertCreateUTF8";
+constexpr char CONVERT_COPY_TO_UTF8[] = "Vorn::stringDataConvertCopyToUTF8";
+
+// Checks and copies ASCII in blocks that stay in the cache between the two.
+constexpr unsigned int ASCII_BLOCK = 1024;
+
+template <const auto& Function>
+void convertASCII(UTF16Char* dest, const unsigned char* sourceBuffer, unsigned int length) {
+    for (unsigned int i = 0; i < length;) {
+        const unsigned int blockEnd = i + std::min(length - i, ASCII_BLOCK);
+        const unsigned int end = findPlainEnd(sourceBuffer, i, blockEnd);
+        for (; i < end; ++i) dest[i] = sourceBuffer[i];
+        if (end == blockEnd) continue;
+        VORN_INTERNAL_ASSERT(sourceBuffer[i],
+                             "ASCII null detected in UTF-8 buffer! This implementation of UTF-8 does not support "
+                             "ASCII null!",
+                             Function);
+        VORN_INTERNAL_ASSERT(sourceBuffer[i] <= 127,
+                             "non-ASCII character detected in UTF-8 buffer! This buffer is marked as ASCII only!",
+                             Function);
+    }
+}
+
+template <const auto& Function>
+void convertASCII(unsigned char* dest, const UTF16Char* sourceBuffer, unsigned int length) {
+    for (unsigned int i = 0; i < length;) {
+        const unsigned int blockEnd = i + std::min(length - i, ASCII_BLOCK);
+        const unsigned int end = findPlainEnd(sourceBuffer, i, blockEnd);
+        for (; i < end; ++i) dest[i] = static_cast<unsigned char>(sourceBuffer[i]);
+        if (end == blockEnd) continue;
+        VORN_INTERNAL_ASSERT(
+            sourceBuffer[i], "null detected in a buffer marked as ASCII only! This is not allowed!", Function);
+        VORN_INTERNAL_ASSERT(sourceBuffer[i] <= 127,
+                             "non-ASCII character detected in UTF-16 buffer! This buffer is marked as ASCII only!",
+                             Function);
+    }
+}
+
+void stringDataConvertToUTF16FromNonASCIIUTF8(StringDataSubCharset charset, UTF16Char* dest, unsigned int destLength,
+                                              const unsigned char* sourceBuffer, unsigned int sourceLength) {
+    unsigned int i = 0;
+    unsigned int j = 0;
+    if (charset == STRING_DATA_UCS2) {
+        while (i < sourceLength) {
+            VORN_INTERNAL_ASSERT(j < destLength, "destination buffer too short");
+            const UTF32Char c = UTF32::getUTF32Char(sourceBuffer, i, sourceLength);
+            VORN_INTERNAL_ASSERT(
+                c <= 0xFFFD, "non-UCS-2 character detected in a UTF-8 buffer that is marked for UCS-2 only!!");
+            dest[j++] = static_cast<UTF16Char>(c);
+        }
+    } else {
+        while (i < sourceLength) {
+            VORN_INTERNAL_ASSERT(j < destLength, "destination buffer too short");
+            // The high half of a pair is meant to be stored first, but no value that is read passes the test for it:
+            // the low half stands alone, and the units that it was measured to take stay unwritten at the end.
+            dest[j++] = static_cast<UTF16Char>(UTF16::getUTF16(sourceBuffer, i, sourceLength));
+        }
+    }
+}
+
+// Writes a unit that is no first surrogate and returns the byte behind it.
+inline unsigned char* encodeUnit(unsigned char* dest, unsigned int unit) {
+    if (unit - 1 < 0x7F) {
+        *dest++ = static_cast<unsigned char>(unit);
+    } else if (unit < 0x800) {
+        *dest++ = static_cast<unsigned char>(0xC0 | (unit >> 6));
+        *dest++ = static_cast<unsigned char>(0x80 | (unit & 0x3F));
+    } else {
+        *dest++ = static_cast<unsigned char>(0xE0 | (unit >> 12));
+        *dest++ = static_cast<unsigned char>(0x80 | ((unit >> 6) & 0x3F));
+        *dest++ = static_cast<unsigned char>(0x80 | (unit & 0x3F));
+    }
+    return dest;
+}
+
+// Writes a surrogate pair and returns the byte behind it. Exact while the low byte of `first` is below 0xC0: from there
+// on the carry into the lead byte is lost, and the bytes are malformed. UTF8::getUTF8(first, second) has another rule.
+inline unsigned char* encodePair(unsigned char* dest, unsigned int first, unsigned int second) {
+    *dest++ = static_cast<unsigned char>(0xF0 + (((first + 4) >> 8) & 3));
+    *dest++ = static_cast<unsigned char>(0x90 + ((first & 0xFF) >> 2));
+    *dest++ = static_cast<unsigned char>(0x80 + ((first & 3) << 4) + ((second >> 6) & 0x0F));
+    *dest++ = static_cast<unsigned char>(0x80 + (second & 0x3F));
+    return dest;
+}
+
+// Writes the character at unit `i`, moves `i` behind it and returns the byte behind it.
+template <bool Pairs>
+inline unsigned char* encodeCharacter(unsigned char* dest, const UTF16Char* sourceBuffer, unsigned int& i) {
+    const UTF16Char unit = sourceBuffer[i++];
+    if (Pairs && UTF16::isFirstSurrogate(unit)) return encodePair(dest, unit, sourceBuffer[i++]);
+    return encodeUnit(dest, unit);
+}
+
+void stringDataConvertToUTF8FromWide(StringDataSubCharset charset, unsigned char* dest, unsigned int destLength,
+                                     const UTF16Char* sourceBuffer, unsigned int sourceLength) {
+    if (charset == STRING_DATA_UCS2) {
+        stringDataConvertToUTF8FromUCS2(dest, destLength, sourceBuffer, sourceLength);
+    } else {
+        stringDataConvertToUTF8FromUTF16(dest, destLength, sourceBuffer, sourceLength);
+    }
+}
+
+template <class CharType>
+std::unique_ptr<CharType[]> allocateText(unsigned int length) {
+    return std::unique_ptr<CharType[]>(new CharType[static_cast<std::size_t>(length) + 1]);
+}
+
+} // namespace
+
+void stringDataConvertToUTF8FromUCS2(unsigned char* dest, unsigned int destLength, const UTF16Char* sourceBuffer,
+                                     unsigned int sourceLength) {
+    unsigned int j = 0;
+    for (unsigned int i = 0; i < sourceLength;) {
+        VORN_INTERNAL_ASSERT(j < destLength, "destination buffer too short!");
+        j = static_cast<unsigned int>(encodeCharacter<false>(dest + j, sourceBuffer, i) - dest);
+    }
+}
+
+void stringDataConvertToUTF8FromUTF16(unsigned char* dest, unsigned int destLength, const UTF16Char* sourceBuffer,
+                                      unsigned int sourceLength) {
+    unsigned int j = 0;
+    for (unsigned int i = 0; i < sourceLength;) {
+        VORN_INTERNAL_ASSERT(j < destLength, "destination buffer too short!");
+        j = static_cast<unsigned int>(encodeCharacter<true>(dest + j, sourceBuffer, i) - dest);
+    }
+}
+
+namespace {
+
+// What the outer functions of both directions share. `Function` is the name that the checks of ASCII report.
+
+template <class Source>
+unsigned int measureConverted(const Source* sourceBuffer, const StringDataBufferInfo& sourceInfo,
+                              StringDataSubCharset charset) {
+    if (charset == STRING_DATA_ASCII) return sourceInfo.m_length;
+    if constexpr (sizeof(Source) == 1) return stringDataGetUTF16Length(sourceBuffer, sourceInfo, charset);
+    else return stringDataGetUTF8Length(sourceBuffer, sourceInfo, charset);
+}
+
+template <const auto& Function, class Target, class Source>
+void convertInto(Target* dest, unsigned int destLength, const Source* sourceBuffer, unsigned int sourceLength,
+                 StringDataSubCharset charset) {
+    if (charset == STRING_DATA_ASCII) convertASCII<Function>(dest, sourceBuffer, sourceLength);
+    else if constexpr (sizeof(Source) == 1)
+        stringDataConvertToUTF16FromNonASCIIUTF8(charset, dest, destLength, sourceBuffer, sourceLength);
+    else stringDataConvertToUTF8FromWide(charset, dest, destLength, sourceBuffer, sourceLength);
+}
+
+template <const auto& Function, class Target, class Source>
+Target* convertToNew(const Source* sourceBuffer, const StringDataBufferInfo& sourceInfo, StringDataSubCharset charset,
+                     StringDataBufferInfo& destInfo) {
+    const unsigned int length = measureConverted(sourceBuffer, sourceInfo, charset);
+    auto dest = allocateText<Target>(length);
+    convertInto<Function>(dest.get(), length, sourceBuffer, sourceInfo.m_length, charset);
+    dest[length] = 0;
+    destInfo.m_length = length;
+    destInfo.m_allocationType = STRING_DATA_DYNAMIC;
+    destInfo.m_nullTerminated = 1;
+    return dest.release();
+}
+
+template <const auto& Function, class Target, class Source>
+Target* convertToRoom(const Source* sourceBuffer, const StringDataBufferInfo& sourceInfo, StringDataSubCharset charset,
+                      unsigned int capacity) {
+    const unsigned int length = measureConverted(sourceBuffer, sourceInfo, charset);
+    const unsigned int room = std::max(capacity, length);
+    auto dest = allocateText<Target>(room);
+    // Only text that becomes UTF-16 may use the whole room.
+    const unsigned int destLength = sizeof(Target) == 2 ? room : length;
+    convertInto<Function>(dest.get(), destLength, sourceBuffer, sourceInfo.m_length, charset);
+    dest[room] = 0;
+    dest[length] = 0;
+    return dest.release();
+}
+
+template <const auto& Function, class Target, class Source>
+unsigned int convertToCopy(const Source* sourceBuffer, const StringDataBufferInfo& sourceInfo,
+                           StringDataSubCharset charset, Target* dest, unsigned int destLength) {
+    const unsigned int length = measureConverted(sourceBuffer, sourceInfo, charset);
+    if (destLength >= length) convertInto<Function>(dest, destLength, sourceBuffer, sourceInfo.m_length, charset);
+    return length;
+}
+
+} // namespace
+
+UTF16Char* stringDataConvertToUTF16(const unsigned char* sourceBuffer, const StringDataBufferInfo& sourceInfo,
+                                    StringDataSubCharset charset, StringDataBufferInfo& destInfo) {
+    return convertToNew<CONVERT_TO_UTF16, UTF16Char>(sourceBuffer, sourceInfo, charset, destInfo);
+}
+
+UTF16Char* stringDataConvertCreateUTF16(const unsigned char* sourceBuffer, const StringDataBufferInfo& sourceInfo,
+                                        StringDataSubCharset charset, unsigned int capacity) {
+    return convertToRoom<CONVERT_CREATE_UTF16, UTF16Char>(sourceBuffer, sourceInfo, charset, capacity);
+}
+
+unsigned int stringDataConvertCopyToUTF16(const unsigned char* sourceBuffer, const StringDataBufferInfo& sourceInfo,
+                                          StringDataSubCharset charset, UTF16Char* dest, unsigned int destLength) {
+    return convertToCopy<CONVERT_COPY_TO_UTF16>(sourceBuffer, sourceInfo, charset, dest, destLength);
+}
+
+unsigned char* stringDataConvertToUTF8(const UTF16Char* sourceBuffer, const StringDataBufferInfo& sourceInfo,
+                                       StringDataSubCharset charset, StringDataBufferInfo& destInfo) {
+    return convertToNew<CONVERT_TO_UTF8, unsigned char>(sourceBuffer, sourceInfo, charset, destInfo);
+}
+
+unsigned char* stringDataConvertCreateUTF8(const UTF16Char* sourceBuffer, const StringDataBufferInfo& sourceInfo,
+                                           StringDataSubCharset charset, unsigned int capacity) {
+    return convertToRoom<CONVERT_CREATE_UTF8, unsigned char>(sourceBuffer, sourceInfo, charset, capacity);
+}
+
+unsigned int stringDataConvertCopyToUTF8(const UTF16Char* sourceBuffer, const StringDataBufferInfo& sourceInfo,
+                                         StringDataSubCharset charset, unsigned char* dest, unsigned int destLength) {
+    return convertToCopy<CONVERT_COPY_TO_UTF8>(sourceBuffer, sourceInfo, charset, dest, destLength);
+}
+
+void stringDataConvertToUTF8(std::string& dest, const UTF16Char* sourceBuffer, const StringDataBufferInfo& sourceInfo,
+                             StringDataSubCharset charset) {
+    dest.clear();
+    const unsigned int length = sourceInfo.m_length;
+    if (length == 0) return;
+    if (charset == STRING_DATA_ASCII) {
+        dest.resize(length);
+        convertASCII<CONVERT_TO_UTF8>(reinterpret_cast<unsigned char*>(dest.data()), sourceBuffer, length);
+        return;
+    }
+
+    dest.reserve(stringDataGetUTF8Length(sourceBuffer, sourceInfo, charset));
+    unsigned char character[4];
+    for (unsigned int i = 0; i < length;) {
+        const unsigned char* const end = charset == STRING_DATA_UCS2
+                                             ? encodeCharacter<false>(character, sourceBuffer, i)
+                                             : encodeCharacter<true>(character, sourceBuffer, i);
+        dest.append(reinterpret_cast<const char*>(character), static_cast<std::size_t>(end - character));
+    }
+}
+
+} // namespace Vorn

@@ -1,0 +1,22 @@
+// What StringDataHelper.cpp does for StringData alone: the scan at the door, and conversion into a standard string.
+#pragma once
+
+#include "Vorn/String/StringDataHelper.h"
+
+#include <string>
+
+namespace Vorn {
+
+/// Bit of a scan's result: the text holds U+0000. The two bits below it are the StringDataSubCharset.
+inline constexpr unsigned int SCAN_HAS_NULL = 4;
+
+/// Proves a text valid in one pass and returns its verdict. A `length` of 0xFFFFFFFF is replaced by the units up to the
+/// terminator. Raises `Exception<4>` with "Buffer is null!", and `Exception<7>` for text that is not valid.
+unsigned int stringDataScanBuffer(const unsigned char* buffer, unsigned int& length);
+unsigned int stringDataScanBuffer(const UTF16Char* buffer, unsigned int& length);
+
+/// Replaces `dest` by the text in UTF-8, as `stringDataConvertToUTF8` writes it.
+void stringDataConvertToUTF8(std::string& dest, const UTF16Char* sourceBuffer, const StringDataBufferInfo& sourceInfo,
+                             StringDataSubCharset charset);
+
+} // namespace Vorn
