@@ -5,6 +5,8 @@
 #include "Vorn/Config.h"
 #include "Vorn/Exception.h"
 #include "Vorn/ExceptionString.h"
+#include "Vorn/String/String.h"
+#include "Vorn/String/StringData.h"
 #include "Vorn/String/StringDataHelper.h"
 #include "Vorn/String/StringDataTypes.h"
 #include "Vorn/String/UTF16.h"

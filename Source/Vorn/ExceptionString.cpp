@@ -1,5 +1,7 @@
 #include "Vorn/ExceptionString.h"
 
+#include "Vorn/String/String.h"
+
 #include <cstdlib>
 #include <cstring>
 #include <new>
@@ -18,6 +20,14 @@ ExceptionString::ExceptionString(const std::string& text, float) : ExceptionStri
     const int size = static_cast<int>(text.size());
     std::memcpy(createString(size), text.data(), text.size());
     doneCreateString(size);
+}
+
+ExceptionString::ExceptionString(const String& text, float) : ExceptionString() {
+    const StringData* const data = text.getData();
+    const unsigned int size = data ? data->getUTF8Length() : 0;
+    char* const block = createString(static_cast<int>(size));
+    if (data) data->copyToUTF8(reinterpret_cast<unsigned char*>(block), size);
+    doneCreateString(static_cast<int>(size));
 }
 
 ExceptionString& ExceptionString::operator=(const ExceptionString& other) noexcept {

@@ -16,9 +16,7 @@ using VornPrivate::findPlainEnd;
 constexpr unsigned int UNKNOWN_LENGTH = 0xFFFFFFFF;
 
 unsigned int verdictOf(bool hasNull, bool twoByteClass, bool fullClass) {
-    const unsigned int charset = fullClass      ? STRING_DATA_UNICODE
-                                 : twoByteClass ? STRING_DATA_UCS2
-                                                : STRING_DATA_ASCII;
+    const unsigned int charset = fullClass ? STRING_DATA_UNICODE : twoByteClass ? STRING_DATA_UCS2 : STRING_DATA_ASCII;
     return charset | (hasNull ? SCAN_HAS_NULL : 0);
 }
 
@@ -64,7 +62,8 @@ unsigned int stringDataBufferScan(const unsigned char* buffer, unsigned int& len
             const unsigned int c = ((lead & 0x0F) << 12) | ((buffer[i + 1] & 0x3Fu) << 6) | (buffer[i + 2] & 0x3Fu);
             if (c - 0x800 >= 0xD800 - 0x800) {
                 if (c < 0x800) VORN_THROW(7, "Invalid overlong 3-byte sequence!");
-                if (UTF16::isSurrogate(static_cast<UTF16Char>(c)) | UTF16::isUCS2NonCharacter(static_cast<UTF16Char>(c)))
+                if (UTF16::isSurrogate(static_cast<UTF16Char>(c)) |
+                    UTF16::isUCS2NonCharacter(static_cast<UTF16Char>(c)))
                     VORN_THROW(7, "Invalid character!");
             }
             twoByteClass = true;
@@ -214,16 +213,17 @@ unsigned int measureUTF16(const unsigned char* buffer, unsigned int length) {
                                  GET_UTF16_LENGTH);
             VORN_INTERNAL_ASSERT(c != 0xFDEF, "Invalid Unicode character detected in UTF-8 buffer!!", GET_UTF16_LENGTH);
             if constexpr (!Full) {
-                VORN_INTERNAL_ASSERT(
-                    c != 0xFDD4, "4-byte UTF-8 character detected in a buffer marked for 2-byte or below only!!",
-                    GET_UTF16_LENGTH);
+                VORN_INTERNAL_ASSERT(c != 0xFDD4,
+                                     "4-byte UTF-8 character detected in a buffer marked for 2-byte or below only!!",
+                                     GET_UTF16_LENGTH);
             }
             VORN_INTERNAL_ASSERT(c != 0xFDD0, "unmatched trail UTF-8 byte detected!!", GET_UTF16_LENGTH);
             if constexpr (Full) {
                 i += 3;
                 VORN_INTERNAL_ASSERT(i < length, "unmatched 4-byte UTF-8 lead byte!!", GET_UTF16_LENGTH);
                 c = Unicode::getUTF32Char(buffer[i - 3], buffer[i - 2], buffer[i - 1], buffer[i]);
-                VORN_INTERNAL_ASSERT(c != 0xFDEF, "Invalid Unicode character detected in UTF-8 buffer!!", GET_UTF16_LENGTH);
+                VORN_INTERNAL_ASSERT(c != 0xFDEF, "Invalid Unicode character detected in UTF-8 buffer!!",
+                                     GET_UTF16_LENGTH);
                 VORN_INTERNAL_ASSERT(c > 0xFFFF, "Overlong 4-byte UTF-8 character detected!!", GET_UTF16_LENGTH);
                 ++units;
             }
@@ -303,8 +303,8 @@ unsigned int stringDataGetUnicodeLength(const unsigned char* buffer, const Strin
         const UTF32Char c = Unicode::getUTF32Char(buffer, i, length);
         VORN_INTERNAL_ASSERT(c != 0xFDEF, "Invalid Unicode character detected in UTF-8 buffer!!");
         if (charset == STRING_DATA_UCS2)
-            VORN_INTERNAL_ASSERT(
-                c <= 0xFFFD, "non-UCS-2 character detected in a UTF-8 buffer that is marked for UCS-2 only!!");
+            VORN_INTERNAL_ASSERT(c <= 0xFFFD,
+                                 "non-UCS-2 character detected in a UTF-8 buffer that is marked for UCS-2 only!!");
     }
     return characters;
 }
@@ -375,8 +375,8 @@ void convertASCII(unsigned char* dest, const UTF16Char* sourceBuffer, unsigned i
         const unsigned int end = findPlainEnd(sourceBuffer, i, blockEnd);
         for (; i < end; ++i) dest[i] = static_cast<unsigned char>(sourceBuffer[i]);
         if (end == blockEnd) continue;
-        VORN_INTERNAL_ASSERT(
-            sourceBuffer[i], "null detected in a buffer marked as ASCII only! This is not allowed!", Function);
+        VORN_INTERNAL_ASSERT(sourceBuffer[i], "null detected in a buffer marked as ASCII only! This is not allowed!",
+                             Function);
         VORN_INTERNAL_ASSERT(sourceBuffer[i] <= 127,
                              "non-ASCII character detected in UTF-16 buffer! This buffer is marked as ASCII only!",
                              Function);
@@ -391,8 +391,8 @@ void stringDataConvertToUTF16FromNonASCIIUTF8(StringDataSubCharset charset, UTF1
         while (i < sourceLength) {
             VORN_INTERNAL_ASSERT(j < destLength, "destination buffer too short");
             const UTF32Char c = UTF32::getUTF32Char(sourceBuffer, i, sourceLength);
-            VORN_INTERNAL_ASSERT(
-                c <= 0xFFFD, "non-UCS-2 character detected in a UTF-8 buffer that is marked for UCS-2 only!!");
+            VORN_INTERNAL_ASSERT(c <= 0xFFFD,
+                                 "non-UCS-2 character detected in a UTF-8 buffer that is marked for UCS-2 only!!");
             dest[j++] = static_cast<UTF16Char>(c);
         }
     } else {
@@ -480,17 +480,21 @@ template <class Source>
 unsigned int measureConverted(const Source* sourceBuffer, const StringDataBufferInfo& sourceInfo,
                               StringDataSubCharset charset) {
     if (charset == STRING_DATA_ASCII) return sourceInfo.m_length;
-    if constexpr (sizeof(Source) == 1) return stringDataGetUTF16Length(sourceBuffer, sourceInfo, charset);
-    else return stringDataGetUTF8Length(sourceBuffer, sourceInfo, charset);
+    if constexpr (sizeof(Source) == 1)
+        return stringDataGetUTF16Length(sourceBuffer, sourceInfo, charset);
+    else
+        return stringDataGetUTF8Length(sourceBuffer, sourceInfo, charset);
 }
 
 template <const auto& Function, class Target, class Source>
 void convertInto(Target* dest, unsigned int destLength, const Source* sourceBuffer, unsigned int sourceLength,
                  StringDataSubCharset charset) {
-    if (charset == STRING_DATA_ASCII) convertASCII<Function>(dest, sourceBuffer, sourceLength);
+    if (charset == STRING_DATA_ASCII)
+        convertASCII<Function>(dest, sourceBuffer, sourceLength);
     else if constexpr (sizeof(Source) == 1)
         stringDataConvertToUTF16FromNonASCIIUTF8(charset, dest, destLength, sourceBuffer, sourceLength);
-    else stringDataConvertToUTF8FromWide(charset, dest, destLength, sourceBuffer, sourceLength);
+    else
+        stringDataConvertToUTF8FromWide(charset, dest, destLength, sourceBuffer, sourceLength);
 }
 
 template <const auto& Function, class Target, class Source>

@@ -76,7 +76,8 @@ VORN_API unsigned int stringDataConvertCopyToUTF8(const UTF16Char* sourceBuffer,
 
 /// Writes units that are characters by themselves as UTF-8, U+0000 as 0xC0 0x80. No unit is refused.
 /// Raises `Exception<2>` with "j < destLength : destination buffer too short!".
-/// @warning Room is tested at the start of a character only: the last one can be written up to 2 bytes past `destLength`.
+/// @warning Room is tested at the start of a character only: the last one can be written up to 2 bytes past
+/// `destLength`.
 VORN_API void stringDataConvertToUTF8FromUCS2(unsigned char* dest, unsigned int destLength,
                                               const UTF16Char* sourceBuffer, unsigned int sourceLength);
 

@@ -1,0 +1,109 @@
+// String: the library's text value.
+//
+// A handle of two words on a shared, immutable, counted record (StringData). Copying costs an increment, and a copy
+// never sees a change. The record may hold its text as UTF-8, as UTF-16 or as both.
+//
+// A String does not copy the buffer that it is built from: with STRING_DATA_EXTERNAL the buffer must live as long as the
+// string and everything cut from it by pointer. A null string, which has no record, differs from an empty one.
+// For text that is edited piece by piece take UTF8String.
+//
+// Threads: counts are plain integers, and reading can move text. All strings that share a record or a block of text
+// belong to one thread at a time.
+#pragma once
+
+#include "Vorn/Config.h"
+#include "Vorn/String/StringData.h"
+#include "Vorn/Types.h"
+
+#include <string>
+
+namespace Vorn {
+
+/// Handle on a shared, immutable text.
+class VORN_API String {
+public:
+    /// A null string.
+    String() noexcept : m_data(nullptr) {}
+
+    /// Shares the record of `other`.
+    String(const String& other) noexcept : m_data(other.m_data) { addShare(); }
+
+    /// Takes a share of `data`; null gives a null string. Operations that make a record return it with a count of 0,
+    /// and this constructor makes it 1.
+    String(StringData* data) noexcept : m_data(data) { addShare(); }
+
+    /// A string over a UTF-8 text, which is not copied. `length` counts bytes: if the last of them is zero, it is the
+    /// terminator and not text; 0xFFFFFFFF stands for a text that ends at its first zero byte. With
+    /// `STRING_DATA_DYNAMIC` the string takes over a block of array new.
+    /// Raises `Exception<4>` with "buffer must not be null!!!!", and `Exception<7>` if the text is not valid; the buffer
+    /// then stays with the caller.
+    String(const unsigned char* buffer, unsigned int length = 0xFFFFFFFF,
+           StringAllocationType type = STRING_DATA_EXTERNAL);
+    String(const char* buffer, unsigned int length = 0xFFFFFFFF, StringAllocationType type = STRING_DATA_EXTERNAL);
+
+    /// The same over a UTF-16 text; `length` counts units.
+    String(const UTF16Char* buffer, unsigned int length = 0xFFFFFFFF, StringAllocationType type = STRING_DATA_EXTERNAL);
+
+    /// The same for a text of `length` units with, if `nullTerminated` is set, a terminator behind them.
+    /// @warning With a length of 0xFFFFFFFF and the flag set, the string is empty.
+    String(const unsigned char* buffer, unsigned int length, StringAllocationType type, bool nullTerminated);
+    String(const char* buffer, unsigned int length, StringAllocationType type, bool nullTerminated);
+    String(const UTF16Char* buffer, unsigned int length, StringAllocationType type, bool nullTerminated);
+
+    /// Copies the UTF-8 text into a block that is never freed; an empty text shares the record of `s_emptyString`. For
+    /// text that comes and goes, hand a block of array new to another constructor with `STRING_DATA_DYNAMIC`.
+    /// Raises `Exception<7>` if the text is not valid, also for a zero byte inside it.
+    String(const std::string& text);
+
+    virtual ~String() {
+        if (m_data) m_data->decRefCount();
+    }
+
+    /// Takes a share of the record of `other` and then gives up its own.
+    String& operator=(const String& other);
+
+    StringData* getData() const noexcept { return m_data; } ///< the record, null for a null string
+
+    bool isNull() const noexcept { return !m_data || m_data->isNull(); }   ///< no text at all
+    bool isNotNull() const noexcept { return !isNull(); }                  ///< a text, perhaps an empty one
+    bool isEmpty() const noexcept { return !m_data || m_data->isEmpty(); } ///< null, or a text of no characters
+
+    /// True if the text contains U+0000; false for a null string.
+    bool haveEmbeddedNulls() const noexcept { return m_data && m_data->haveEmbeddedNulls(); }
+
+    /// The narrowest repertoire that holds the text; `STRING_DATA_ASCII` for a null string.
+    StringDataSubCharset getCharset() const noexcept { return m_data ? m_data->getCharset() : STRING_DATA_ASCII; }
+
+    /// Replaces `dest` by the text in UTF-8, see `StringData::copyTo`; a null string clears it.
+    void copyTo(std::string& dest) const;
+
+    /// The text in UTF-8, terminated; a pointer to an empty text for a null string. May build the UTF-8 buffer.
+    /// @warning The pointer dies at the next call on this string or on a relative of it that can move the buffer; see
+    ///     `StringData::getTerminatedBuffer`.
+    const char* getCString() const;
+
+    /// A string on the record of `s_emptyString`.
+    static String getEmptyString() { return s_emptyString; }
+
+    /// A null string.
+    static String getNullString() noexcept { return String(); }
+
+    /// The empty string: not null, and of no characters. Ready at load.
+    static const String s_emptyString;
+
+private:
+    // The one handle on a static record, which counts it already.
+    constexpr explicit String(StringData& counted) noexcept : m_data(&counted) {}
+
+    void addShare() const noexcept {
+        if (m_data) m_data->incRefCount();
+    }
+
+    static StringData s_emptyRecord;
+
+    StringData* m_data; // null for a null string; otherwise this handle is counted in it
+};
+
+static_assert(sizeof(void*) != 4 || sizeof(String) == 8, "two words");
+
+} // namespace Vorn

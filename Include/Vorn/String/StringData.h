@@ -1,0 +1,231 @@
+// StringData: the shared, counted record of one immutable text.
+//
+// A record holds the same text in a UTF-8 buffer, in a UTF-16 buffer, or in both; it builds the second one when it is
+// first asked for and keeps it. Records that were cut from one another share a block of text (see
+// Documentation/StringBuffers.md). Users hold records through String, which counts for them.
+//
+// A record does not copy the buffer that it is built from. The text is validated once, at that door; from then on the
+// buffers and the verdict are trusted. UTF-8 has no zero byte inside: U+0000 is 0xC0 0x80.
+//
+// Threads: nothing is locked, and reading can build a buffer or move text under a sibling. A record, all handles on it
+// and all records that share its block belong to one thread at a time.
+#pragma once
+
+#include "Vorn/Assert.h"
+#include "Vorn/Config.h"
+#include "Vorn/String/StringDataHelper.h"
+#include "Vorn/String/StringDataTypes.h"
+#include "Vorn/Types.h"
+
+#include <string>
+
+namespace VornPrivate {
+struct StringDataProbe; // lets a test build the static records that only the library can build
+}
+
+namespace Vorn {
+
+/// The record behind a String. `CharType` is `unsigned char` for UTF-8 and `UTF16Char` for UTF-16.
+class VORN_API StringData {
+public:
+    /// A record with a count of 0 over a UTF-8 text. `length` counts bytes; if the last of them is zero, it is the
+    /// terminator and not text. 0xFFFFFFFF stands for a text that ends at its first zero byte. With
+    /// `STRING_DATA_DYNAMIC` the record takes over a block of array new; if the constructor raises, the buffer stays
+    /// with the caller.
+    /// Raises `Exception<4>` with "buffer must not be null!!!!", and `Exception<7>` if the text is not valid.
+    StringData(const unsigned char* buffer, unsigned int length, StringAllocationType type);
+
+    /// The same over a UTF-16 text; `length` counts units.
+    StringData(const UTF16Char* buffer, unsigned int length, StringAllocationType type);
+
+    StringData(const StringData&) = delete;
+    StringData& operator=(const StringData&) = delete;
+
+    /// Frees the blocks that the record owns or hands them on to the next record cut from them.
+    /// @warning If the record stands over a caller's buffer and others were cut from it, they copy their text out here;
+    ///     running out of memory then ends the process.
+    ~StringData();
+
+    void incRefCount() noexcept { ++m_refCount; } ///< one more handle
+
+    /// One handle less; with the last one, the record destroys and frees itself. A static record survives.
+    void decRefCount() {
+        if (m_refCount-- == 1 && !m_staticConstString) delete this;
+    }
+
+    unsigned int getRefCount() const noexcept { return m_refCount; } ///< number of handles
+
+    /// True if the record has no buffer, which no constructor lets happen.
+    bool isNull() const noexcept { return !m_UTF8Buffer && !m_UTF16Buffer; }
+
+    /// True if the record has no buffer or one of length 0.
+    bool isEmpty() const noexcept {
+        return isNull() || (m_UTF8Buffer && m_utf8Info.m_length == 0) || (m_UTF16Buffer && m_utf16Info.m_length == 0);
+    }
+
+    bool haveEmbeddedNulls() const noexcept { return m_embeddedNulls; } ///< the text contains U+0000
+    bool isStaticConstString() const noexcept { return m_staticConstString; } ///< never destroyed
+    StringDataSubCharset getCharset() const noexcept { return m_charset; } ///< the narrowest repertoire of the text
+
+    /// Replaces `dest` by the text in UTF-8, without a terminator; U+0000 stays 0xC0 0x80. A missing UTF-8 buffer is not
+    /// kept. Raises what `stringDataConvertToUTF8` raises.
+    void copyTo(std::string& dest) const;
+
+    /// Bytes of the text in UTF-8. Without a UTF-8 buffer, computed by `stringDataGetUTF8Length` and not kept.
+    unsigned int getUTF8Length() const;
+
+    /// Units of the text in UTF-16. Without a UTF-16 buffer, computed by `stringDataGetUTF16Length` and not kept.
+    unsigned int getUTF16Length() const;
+
+    /// Copies the text as UTF-8 into `dest`, without a terminator, and returns its length. Nothing is written if
+    /// `capacity` is smaller; the result is then 0xFFFFFFFF if the record has a UTF-8 buffer, else the length.
+    unsigned int copyToUTF8(unsigned char* dest, unsigned int capacity) const;
+
+    /// The same for UTF-16; `capacity` and result count units.
+    unsigned int copyToUTF16(UTF16Char* dest, unsigned int capacity) const;
+
+    /// The buffer of this encoding as it stands, null if there is none. Not always terminated.
+    template <class CharType>
+    const CharType* getPrivateBuffer() const noexcept {
+        return bufferOf<CharType>();
+    }
+
+    /// Length, offset, links and type of this encoding's buffer.
+    template <class CharType>
+    const StringDataBufferInfo& getBufferInfo() const noexcept {
+        return infoOf<CharType>();
+    }
+
+    template <class CharType>
+    StringAllocationType getAllocationType() const noexcept {
+        return infoOf<CharType>().m_allocationType;
+    }
+
+    /// The record behind this one in the chain of records that share this encoding's block.
+    template <class CharType>
+    StringData* getNext() const noexcept {
+        return infoOf<CharType>().m_next;
+    }
+
+    /// The record before this one in the chain.
+    template <class CharType>
+    StringData* getPrevious() const noexcept {
+        return infoOf<CharType>().m_previous;
+    }
+
+    /// The buffer of this encoding, built from the other one if it is missing, and then kept. Not always terminated.
+    /// Null if the record has no buffer. Raises what the conversion raises.
+    template <class CharType>
+    const CharType* getBuffer() const;
+
+    /// The buffer of this encoding with a zero unit behind the text. Builds it if it is missing, and moves or copies the
+    /// text if there is no such unit yet.
+    /// @warning The pointer dies at the next call that can move the buffer: one on a string that was cut from this one or
+    ///     that this one was cut from, and for a text that was copied because it was static or somebody else's also the
+    ///     next call on this very record. From that second call on it stays.
+    /// Raises `Exception<1>` for a static constant record without both terminated buffers.
+    template <class CharType>
+    const CharType* getTerminatedBuffer() const;
+
+    /// The record of every empty result. Its count starts at 0; it survives every release.
+    static StringData s_emptyString;
+
+private:
+    friend class String;
+    friend struct VornPrivate::StringDataProbe;
+
+    // A static constant record over two terminated buffers, not scanned.
+    constexpr StringData(const unsigned char* utf8, const UTF16Char* utf16, unsigned int length,
+                         unsigned int refCount) noexcept
+        : m_utf8Info{nullptr, nullptr, length, 0, STRING_DATA_STATIC, 1},
+          m_utf16Info{nullptr, nullptr, length, 0, STRING_DATA_STATIC, 1}, m_UTF8Buffer(utf8), m_UTF16Buffer(utf16),
+          m_refCount(refCount), m_charset(STRING_DATA_ASCII), m_embeddedNulls(0), m_staticConstString(1) {}
+
+    template <class CharType>
+    void initialise(const CharType* buffer, unsigned int length, StringAllocationType type);
+
+    template <class CharType>
+    StringDataBufferInfo& infoOf() const noexcept {
+        if constexpr (sizeof(CharType) == 1) return m_utf8Info;
+        else return m_utf16Info;
+    }
+
+    template <class CharType>
+    const CharType*& bufferOf() const noexcept {
+        if constexpr (sizeof(CharType) == 1) return m_UTF8Buffer;
+        else return m_UTF16Buffer;
+    }
+
+    // Terminate by type; see StringDataOwnership.cpp.
+    template <class CharType>
+    const CharType* nullTerminateExternalString() const;
+    template <class CharType>
+    const CharType* nullTerminateStaticString() const;
+    template <class CharType>
+    const CharType* nullTerminateDynamicString() const;
+
+    // Copies text out of a block that cannot be kept, together with that of all records behind this one.
+    template <class CharType>
+    void detachExternalBuffer();
+
+    void destroyDynamicUTF8();
+    void destroyDynamicUTF16();
+    void destroyExternalUTF8();
+    void destroyExternalUTF16();
+
+    template <class CharType>
+    void destroyDynamic();
+    template <class CharType>
+    void destroyExternal();
+    template <class CharType>
+    void moveToCopy(const CharType* block) const;
+    template <class CharType>
+    void updateTerminated() const;
+
+    // How the text is stored changes while the text does not, also under readers: hence mutable.
+    mutable StringDataBufferInfo m_utf8Info;
+    mutable StringDataBufferInfo m_utf16Info;
+    mutable const unsigned char* m_UTF8Buffer; // first byte of the text, or null
+    mutable const UTF16Char* m_UTF16Buffer;    // first unit of the text, or null
+    unsigned int m_refCount;                   // number of handles
+    StringDataSubCharset m_charset : 30;       // verdict of the scan of the first buffer
+    unsigned int m_embeddedNulls : 1;          // the text contains U+0000
+    unsigned int m_staticConstString : 1;      // never destroyed; both buffers are terminated from the start
+};
+
+static_assert(sizeof(void*) != 4 || sizeof(StringData) == 56, "two infos, two pointers, a count, a word of flags");
+
+// Implementation of the templates. Users need not read on.
+
+template <class CharType>
+const CharType* StringData::getBuffer() const {
+    const CharType*& buffer = bufferOf<CharType>();
+    if constexpr (sizeof(CharType) == 1) {
+        if (!buffer && m_UTF16Buffer)
+            buffer = stringDataConvertToUTF8(m_UTF16Buffer, m_utf16Info, getCharset(), m_utf8Info);
+    } else {
+        if (!buffer && m_UTF8Buffer)
+            buffer = stringDataConvertToUTF16(m_UTF8Buffer, m_utf8Info, getCharset(), m_utf16Info);
+    }
+    return buffer;
+}
+
+template <class CharType>
+const CharType* StringData::getTerminatedBuffer() const {
+    const CharType* const buffer = getBuffer<CharType>();
+    VORN_ASSERT(buffer || !m_staticConstString,
+                "invalid static constant string!!! Both UTF-8 and UTF-16 null terminated buffers should already "
+                "initialised statically!!");
+    if (!buffer || infoOf<CharType>().m_nullTerminated) return buffer;
+    VORN_ASSERT(!m_staticConstString,
+                "invalid static constant string!!! Both UTF-8 and UTF-16 null terminated buffers should already "
+                "initialised statically!!");
+    switch (getAllocationType<CharType>()) {
+    case STRING_DATA_EXTERNAL: return nullTerminateExternalString<CharType>();
+    case STRING_DATA_STATIC: return nullTerminateStaticString<CharType>();
+    case STRING_DATA_DYNAMIC: return nullTerminateDynamicString<CharType>();
+    default: return nullptr;
+    }
+}
+
+} // namespace Vorn

@@ -1,0 +1,118 @@
+#include "Vorn/String/StringData.h"
+
+#include "StringDataHelper.h"
+
+#include <cstring>
+
+namespace Vorn {
+
+namespace {
+
+constexpr unsigned char EMPTY_UTF8[] = {0};
+constexpr UTF16Char EMPTY_UTF16[] = {0};
+
+} // namespace
+
+constinit StringData StringData::s_emptyString(EMPTY_UTF8, EMPTY_UTF16, 0, 0);
+
+StringData::StringData(const unsigned char* buffer, unsigned int length, StringAllocationType type)
+    : m_utf8Info(), m_utf16Info(), m_UTF8Buffer(nullptr), m_UTF16Buffer(nullptr), m_refCount(0),
+      m_charset(STRING_DATA_ASCII), m_embeddedNulls(0), m_staticConstString(0) {
+    initialise(buffer, length, type);
+}
+
+StringData::StringData(const UTF16Char* buffer, unsigned int length, StringAllocationType type)
+    : m_utf8Info(), m_utf16Info(), m_UTF8Buffer(nullptr), m_UTF16Buffer(nullptr), m_refCount(0),
+      m_charset(STRING_DATA_ASCII), m_embeddedNulls(0), m_staticConstString(0) {
+    initialise(buffer, length, type);
+}
+
+template <class CharType>
+void StringData::initialise(const CharType* buffer, unsigned int length, StringAllocationType type) {
+    constexpr unsigned int UNKNOWN_LENGTH = 0xFFFFFFFF;
+    if (!buffer) VORN_THROW(4, "buffer must not be null!!!!");
+
+    bool terminated = length == UNKNOWN_LENGTH;
+    if (length == 0) {
+        m_charset = STRING_DATA_ASCII;
+        m_embeddedNulls = 0;
+    } else {
+        if (!terminated && buffer[length - 1] == 0) {
+            --length;
+            terminated = true;
+        }
+        const unsigned int verdict = stringDataScanBuffer(buffer, length);
+        switch (const auto charset = static_cast<StringDataSubCharset>(verdict & 3)) {
+        case STRING_DATA_ASCII:
+        case STRING_DATA_UCS2:
+        case STRING_DATA_UNICODE: m_charset = charset; break;
+        default: VORN_THROW(2, "Invalid charset!!!");
+        }
+        m_embeddedNulls = (verdict & SCAN_HAS_NULL) != 0;
+    }
+
+    StringDataBufferInfo& info = infoOf<CharType>();
+    info.m_length = length;
+    info.m_allocationType = type;
+    info.m_nullTerminated = terminated;
+    bufferOf<CharType>() = buffer;
+}
+
+StringData::~StringData() {
+    switch (m_utf8Info.m_allocationType) {
+    case STRING_DATA_EXTERNAL: destroyExternalUTF8(); break;
+    case STRING_DATA_DYNAMIC: destroyDynamicUTF8(); break;
+    default: break;
+    }
+    switch (m_utf16Info.m_allocationType) {
+    case STRING_DATA_EXTERNAL: destroyExternalUTF16(); break;
+    case STRING_DATA_DYNAMIC: destroyDynamicUTF16(); break;
+    default: break;
+    }
+}
+
+void StringData::copyTo(std::string& dest) const {
+    if (m_UTF8Buffer) {
+        dest.assign(reinterpret_cast<const char*>(m_UTF8Buffer), m_utf8Info.m_length);
+    } else if (m_UTF16Buffer) {
+        stringDataConvertToUTF8(dest, m_UTF16Buffer, m_utf16Info, getCharset());
+    } else {
+        dest.clear();
+    }
+}
+
+unsigned int StringData::getUTF8Length() const {
+    if (m_UTF8Buffer) return m_utf8Info.m_length;
+    return m_UTF16Buffer ? stringDataGetUTF8Length(m_UTF16Buffer, m_utf16Info, getCharset()) : 0;
+}
+
+unsigned int StringData::getUTF16Length() const {
+    if (m_UTF16Buffer) return m_utf16Info.m_length;
+    return m_UTF8Buffer ? stringDataGetUTF16Length(m_UTF8Buffer, m_utf8Info, getCharset()) : 0;
+}
+
+namespace {
+
+template <class CharType>
+unsigned int copyText(CharType* dest, unsigned int capacity, const CharType* buffer, unsigned int length) {
+    if (length == 0) return 0;
+    if (capacity < length) return 0xFFFFFFFF;
+    std::memcpy(dest, buffer, length * sizeof(CharType));
+    return length;
+}
+
+} // namespace
+
+unsigned int StringData::copyToUTF8(unsigned char* dest, unsigned int capacity) const {
+    if (m_UTF8Buffer) return copyText(dest, capacity, m_UTF8Buffer, m_utf8Info.m_length);
+    if (!m_UTF16Buffer) return 0;
+    return stringDataConvertCopyToUTF8(m_UTF16Buffer, m_utf16Info, getCharset(), dest, capacity);
+}
+
+unsigned int StringData::copyToUTF16(UTF16Char* dest, unsigned int capacity) const {
+    if (m_UTF16Buffer) return copyText(dest, capacity, m_UTF16Buffer, m_utf16Info.m_length);
+    if (!m_UTF8Buffer) return 0;
+    return stringDataConvertCopyToUTF16(m_UTF8Buffer, m_utf8Info, getCharset(), dest, capacity);
+}
+
+} // namespace Vorn

@@ -1,0 +1,211 @@
+// Who owns a block of text, and how a text gets a terminating zero.
+//
+// Records that were cut from one another share a block without counting it. They form a chain, and only its head may
+// own the block:
+//
+//     block     |  T  h  e     r  o  a  d     o  f     o  n  e  0  |
+//               ^           ^              ^
+//     head      buffer      |              |       DYNAMIC: frees the block, or EXTERNAL: the caller's block
+//       | ^
+//     second                buffer         |       EXTERNAL, m_offset 4
+//       | ^
+//     third                                buffer  EXTERNAL, m_offset 9
+//
+// `m_offset` leads any record back to the start of the block (buffer - m_offset), so any of them can inherit it. Texts
+// may overlap, and a record that inherits may hold a shorter text than those behind it. Each encoding of a record has
+// its own chain. Documentation/StringBuffers.md shows each transition.
+#include "Vorn/String/StringData.h"
+
+#include <algorithm>
+#include <cstring>
+#include <memory>
+
+namespace Vorn {
+
+namespace {
+
+// A block that holds units `first` to `last` of `start`, and a zero behind them.
+template <class CharType>
+std::unique_ptr<CharType[]> copyTerminated(const CharType* start, unsigned int first, unsigned int last) {
+    const std::size_t length = last - first;
+    std::unique_ptr<CharType[]> block(new CharType[length + 1]);
+    std::memcpy(block.get(), start + first, length * sizeof(CharType));
+    block[length] = 0;
+    return block;
+}
+
+unsigned int endOf(const StringDataBufferInfo& info) { return info.m_offset + info.m_length; }
+
+} // namespace
+
+// Moves the text to `block`, a terminated copy of it. The flag stays clear all the same: the next request copies once
+// more, as of a dynamic text, and sets it. Callers meet this order of blocks.
+template <class CharType>
+void StringData::moveToCopy(const CharType* block) const {
+    StringDataBufferInfo& info = infoOf<CharType>();
+    info.m_allocationType = STRING_DATA_DYNAMIC;
+    info.m_offset = 0;
+    bufferOf<CharType>() = block;
+}
+
+// The zero that may follow a text inside its block terminates it, whoever wrote it.
+template <class CharType>
+void StringData::updateTerminated() const {
+    StringDataBufferInfo& info = infoOf<CharType>();
+    info.m_nullTerminated = bufferOf<CharType>()[info.m_length] == 0;
+}
+
+template <class CharType>
+const CharType* StringData::nullTerminateStaticString() const {
+    VORN_INTERNAL_ASSERT(!getPrevious<CharType>(), "Static strings should not link!");
+    VORN_INTERNAL_ASSERT(!getNext<CharType>(), "Static strings should not link!");
+    moveToCopy<CharType>(copyTerminated(bufferOf<CharType>(), 0, infoOf<CharType>().m_length).release());
+    return bufferOf<CharType>();
+}
+
+template <class CharType>
+const CharType* StringData::nullTerminateExternalString() const {
+    StringDataBufferInfo& info = infoOf<CharType>();
+    auto block = copyTerminated(bufferOf<CharType>(), 0, info.m_length); // before a link changes: it may fail
+    StringData* const previous = info.m_previous;
+    StringData* const next = info.m_next;
+    if (previous) {
+        VORN_INTERNAL_ASSERT(previous->getNext<CharType>() == this, "Invalid string list link!");
+        previous->infoOf<CharType>().m_next = next;
+        info.m_previous = nullptr;
+    }
+    if (next) {
+        VORN_INTERNAL_ASSERT(next->getPrevious<CharType>() == this, "Invalid string list link!");
+        VORN_INTERNAL_ASSERT(next->getAllocationType<CharType>() == STRING_DATA_EXTERNAL, "Invalid string list link!");
+        next->infoOf<CharType>().m_previous = previous;
+        info.m_next = nullptr;
+    }
+    moveToCopy<CharType>(block.release());
+    return bufferOf<CharType>();
+}
+
+// Opens one unit of room behind the text by sliding all texts of the chain one place down, into a free unit at the
+// start of the block:
+//
+//     before    |  x  x  L  o  w  .  t  e  x  t  e  n  d  |      low 2, end 10 of this record's text
+//     after     |  x  L  o  w  .  t  e  x  t  e  n  d  0  |
+//
+// If a text stands at the start of the block or reaches beyond this one's end, this text moves to a block of its own
+// instead, and the chain keeps the old one.
+template <class CharType>
+const CharType* StringData::nullTerminateDynamicString() const {
+    StringDataBufferInfo& info = infoOf<CharType>();
+    const CharType*& buffer = bufferOf<CharType>();
+    const StringData* previous = info.m_previous;
+    VORN_INTERNAL_ASSERT(!previous, "Dynamic strings should be owned!");
+
+    const unsigned int end = endOf(info);
+    unsigned int low = info.m_offset;
+    bool canSlide = low != 0;
+    previous = this;
+    for (StringData* next = info.m_next; next && canSlide; next = next->getNext<CharType>()) {
+        VORN_INTERNAL_ASSERT(next->getPrevious<CharType>() == previous, "Invalid string list link!");
+        VORN_INTERNAL_ASSERT(next->getAllocationType<CharType>() == STRING_DATA_EXTERNAL, "Invalid string list link!");
+        const StringDataBufferInfo& nextInfo = next->infoOf<CharType>();
+        canSlide = nextInfo.m_offset != 0 && endOf(nextInfo) <= end;
+        low = std::min(low, nextInfo.m_offset);
+        previous = next;
+    }
+
+    if (canSlide) {
+        CharType* const block = const_cast<CharType*>(buffer - info.m_offset);
+        std::memmove(block + low - 1, block + low, (end - low) * sizeof(CharType));
+        block[end - 1] = 0;
+        --info.m_offset;
+        --buffer;
+        info.m_nullTerminated = 1;
+        for (StringData* next = info.m_next; next; next = next->getNext<CharType>()) {
+            --next->infoOf<CharType>().m_offset;
+            --next->bufferOf<CharType>();
+            next->updateTerminated<CharType>();
+        }
+        return buffer;
+    }
+
+    CharType* const copy = copyTerminated(buffer, 0, info.m_length).release();
+    if (StringData* const next = info.m_next) {
+        next->infoOf<CharType>().m_allocationType = STRING_DATA_DYNAMIC;
+        next->infoOf<CharType>().m_previous = nullptr;
+        info.m_next = nullptr;
+    } else {
+        delete[] buffer; // nobody else reads the block, so the text could not slide because it starts the block
+    }
+    info.m_offset = 0;
+    info.m_nullTerminated = 1;
+    return buffer = copy;
+}
+
+template <class CharType>
+void StringData::destroyDynamic() {
+    StringDataBufferInfo& info = infoOf<CharType>();
+    if (StringData* const next = info.m_next) {
+        next->infoOf<CharType>().m_previous = nullptr;
+        next->infoOf<CharType>().m_allocationType = STRING_DATA_DYNAMIC;
+    } else {
+        delete[] (bufferOf<CharType>() - info.m_offset);
+    }
+}
+
+template <class CharType>
+void StringData::destroyExternal() {
+    StringDataBufferInfo& info = infoOf<CharType>();
+    StringData* const next = info.m_next;
+    if (info.m_previous) {
+        info.m_previous->infoOf<CharType>().m_next = next;
+        if (next) next->infoOf<CharType>().m_previous = info.m_previous;
+    } else if (next) {
+        // The caller promised the buffer for as long as this record lives, and no longer.
+        next->infoOf<CharType>().m_previous = nullptr;
+        if (next->getAllocationType<CharType>() == STRING_DATA_EXTERNAL) next->detachExternalBuffer<CharType>();
+    }
+}
+
+void StringData::destroyDynamicUTF8() { destroyDynamic<unsigned char>(); }
+void StringData::destroyDynamicUTF16() { destroyDynamic<UTF16Char>(); }
+void StringData::destroyExternalUTF8() { destroyExternal<unsigned char>(); }
+void StringData::destroyExternalUTF16() { destroyExternal<UTF16Char>(); }
+
+template <class CharType>
+void StringData::detachExternalBuffer() {
+    StringDataBufferInfo& info = infoOf<CharType>();
+    const CharType* const oldBlock = bufferOf<CharType>() - info.m_offset;
+    unsigned int low = info.m_offset;
+    unsigned int high = endOf(info);
+    if (!info.m_previous) {
+        for (StringData* next = info.m_next; next; next = next->getNext<CharType>()) {
+            low = std::min(low, next->infoOf<CharType>().m_offset);
+            high = std::max(high, endOf(next->infoOf<CharType>()));
+        }
+    }
+
+    const CharType* const block = copyTerminated(oldBlock, low, high).release();
+    if (info.m_previous) {
+        info.m_previous->infoOf<CharType>().m_next = info.m_next;
+        if (info.m_next) info.m_next->infoOf<CharType>().m_previous = info.m_previous;
+        info.m_previous = nullptr;
+        info.m_next = nullptr;
+    }
+    info.m_allocationType = STRING_DATA_DYNAMIC;
+    for (StringData* record = this; record; record = record->getNext<CharType>()) {
+        StringDataBufferInfo& moved = record->infoOf<CharType>();
+        moved.m_offset -= low;
+        record->bufferOf<CharType>() = block + moved.m_offset;
+        record->updateTerminated<CharType>();
+    }
+}
+
+template const unsigned char* StringData::nullTerminateExternalString<unsigned char>() const;
+template const unsigned char* StringData::nullTerminateStaticString<unsigned char>() const;
+template const unsigned char* StringData::nullTerminateDynamicString<unsigned char>() const;
+template void StringData::detachExternalBuffer<unsigned char>();
+template const UTF16Char* StringData::nullTerminateExternalString<UTF16Char>() const;
+template const UTF16Char* StringData::nullTerminateStaticString<UTF16Char>() const;
+template const UTF16Char* StringData::nullTerminateDynamicString<UTF16Char>() const;
+template void StringData::detachExternalBuffer<UTF16Char>();
+
+} // namespace Vorn
