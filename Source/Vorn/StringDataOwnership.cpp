@@ -147,7 +147,7 @@ void StringData::destroyDynamic() {
         next->infoOf<CharType>().m_previous = nullptr;
         next->infoOf<CharType>().m_allocationType = STRING_DATA_DYNAMIC;
     } else {
-        delete[] (bufferOf<CharType>() - info.m_offset);
+        delete[](bufferOf<CharType>() - info.m_offset);
     }
 }
 

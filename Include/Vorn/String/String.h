@@ -3,9 +3,9 @@
 // A handle of two words on a shared, immutable, counted record (StringData). Copying costs an increment, and a copy
 // never sees a change. The record may hold its text as UTF-8, as UTF-16 or as both.
 //
-// A String does not copy the buffer that it is built from: with STRING_DATA_EXTERNAL the buffer must live as long as the
-// string and everything cut from it by pointer. A null string, which has no record, differs from an empty one.
-// For text that is edited piece by piece take UTF8String.
+// A String does not copy the buffer that it is built from: with STRING_DATA_EXTERNAL the buffer must live as long as
+// the string and everything cut from it by pointer. A null string, which has no record, differs from an empty one. For
+// text that is edited piece by piece take UTF8String.
 //
 // Threads: counts are plain integers, and reading can move text. All strings that share a record or a block of text
 // belong to one thread at a time.
@@ -35,8 +35,8 @@ public:
     /// A string over a UTF-8 text, which is not copied. `length` counts bytes: if the last of them is zero, it is the
     /// terminator and not text; 0xFFFFFFFF stands for a text that ends at its first zero byte. With
     /// `STRING_DATA_DYNAMIC` the string takes over a block of array new.
-    /// Raises `Exception<4>` with "buffer must not be null!!!!", and `Exception<7>` if the text is not valid; the buffer
-    /// then stays with the caller.
+    /// Raises `Exception<4>` with "buffer must not be null!!!!", and `Exception<7>` if the text is not valid; the
+    /// buffer then stays with the caller.
     String(const unsigned char* buffer, unsigned int length = 0xFFFFFFFF,
            StringAllocationType type = STRING_DATA_EXTERNAL);
     String(const char* buffer, unsigned int length = 0xFFFFFFFF, StringAllocationType type = STRING_DATA_EXTERNAL);

@@ -63,12 +63,12 @@ public:
         return isNull() || (m_UTF8Buffer && m_utf8Info.m_length == 0) || (m_UTF16Buffer && m_utf16Info.m_length == 0);
     }
 
-    bool haveEmbeddedNulls() const noexcept { return m_embeddedNulls; } ///< the text contains U+0000
+    bool haveEmbeddedNulls() const noexcept { return m_embeddedNulls; }       ///< the text contains U+0000
     bool isStaticConstString() const noexcept { return m_staticConstString; } ///< never destroyed
-    StringDataSubCharset getCharset() const noexcept { return m_charset; } ///< the narrowest repertoire of the text
+    StringDataSubCharset getCharset() const noexcept { return m_charset; }    ///< the narrowest repertoire of the text
 
-    /// Replaces `dest` by the text in UTF-8, without a terminator; U+0000 stays 0xC0 0x80. A missing UTF-8 buffer is not
-    /// kept. Raises what `stringDataConvertToUTF8` raises.
+    /// Replaces `dest` by the text in UTF-8, without a terminator; U+0000 stays 0xC0 0x80. A missing UTF-8 buffer is
+    /// not kept. Raises what `stringDataConvertToUTF8` raises.
     void copyTo(std::string& dest) const;
 
     /// Bytes of the text in UTF-8. Without a UTF-8 buffer, computed by `stringDataGetUTF8Length` and not kept.
@@ -118,9 +118,10 @@ public:
     template <class CharType>
     const CharType* getBuffer() const;
 
-    /// The buffer of this encoding with a zero unit behind the text. Builds it if it is missing, and moves or copies the
-    /// text if there is no such unit yet.
-    /// @warning The pointer dies at the next call that can move the buffer: one on a string that was cut from this one or
+    /// The buffer of this encoding with a zero unit behind the text. Builds it if it is missing, and moves or copies
+    /// the text if there is no such unit yet.
+    /// @warning The pointer dies at the next call that can move the buffer: one on a string that was cut from this one
+    /// or
     ///     that this one was cut from, and for a text that was copied because it was static or somebody else's also the
     ///     next call on this very record. From that second call on it stays.
     /// Raises `Exception<1>` for a static constant record without both terminated buffers.
@@ -146,14 +147,18 @@ private:
 
     template <class CharType>
     StringDataBufferInfo& infoOf() const noexcept {
-        if constexpr (sizeof(CharType) == 1) return m_utf8Info;
-        else return m_utf16Info;
+        if constexpr (sizeof(CharType) == 1)
+            return m_utf8Info;
+        else
+            return m_utf16Info;
     }
 
     template <class CharType>
     const CharType*& bufferOf() const noexcept {
-        if constexpr (sizeof(CharType) == 1) return m_UTF8Buffer;
-        else return m_UTF16Buffer;
+        if constexpr (sizeof(CharType) == 1)
+            return m_UTF8Buffer;
+        else
+            return m_UTF16Buffer;
     }
 
     // Terminate by type; see StringDataOwnership.cpp.
