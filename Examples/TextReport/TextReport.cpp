@@ -67,8 +67,8 @@ std::string compareConversion(const StringData& data, const std::vector<CharType
         const Other* const converted = data.getTerminatedBuffer<Other>();
         const unsigned int convertedLength = data.getBufferInfo<Other>().m_length;
         const std::size_t common = std::min<std::size_t>(expected.size(), convertedLength);
-        const auto difference = std::mismatch(expected.begin(), expected.begin() + static_cast<std::ptrdiff_t>(common),
-                                              converted);
+        const auto difference =
+            std::mismatch(expected.begin(), expected.begin() + static_cast<std::ptrdiff_t>(common), converted);
         const auto position = static_cast<std::size_t>(difference.first - expected.begin());
         if (position < common || expected.size() != convertedLength)
             return "differs from unit " + std::to_string(position);

@@ -1,0 +1,42 @@
+// Runs the benchmarks. Besides the arguments of Google Benchmark it takes --corpus DIR: the texts of a folder are then
+// measured beside the generated ones.
+#include "Support/Corpus.h"
+#include "Vorn/TextBenchmark.h"
+
+#include <benchmark/benchmark.h>
+
+#include <cstdio>
+#include <cstring>
+#include <exception>
+#include <vector>
+
+int main(int argumentCount, char** arguments) {
+    const char* corpus = nullptr;
+    std::vector<char*> remaining;
+    for (int i = 0; i < argumentCount; ++i) {
+        if (std::strcmp(arguments[i], "--corpus") == 0 && i + 1 < argumentCount) {
+            corpus = arguments[++i];
+        } else {
+            remaining.push_back(arguments[i]);
+        }
+    }
+    std::vector<SampleText> texts;
+    try {
+        texts = generateTexts();
+        if (corpus) {
+            for (SampleText& text : readTexts(corpus)) texts.push_back(std::move(text));
+        }
+        registerTextBenchmarks(texts);
+    } catch (const std::exception& exception) {
+        std::fprintf(stderr, "VornBenchmarks: %s\n", exception.what());
+        return 1;
+    }
+
+    int remainingCount = static_cast<int>(remaining.size());
+    remaining.push_back(nullptr);
+    benchmark::Initialize(&remainingCount, remaining.data());
+    if (benchmark::ReportUnrecognizedArguments(remainingCount, remaining.data())) return 1;
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
+}

@@ -1,0 +1,90 @@
+#include "Support/Corpus.h"
+
+#include <unicode/unistr.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <random>
+#include <stdexcept>
+
+namespace {
+
+// Characters of a script, and how often (in 16 characters) a word ends.
+struct Script {
+    const char* name;
+    unsigned int first;
+    unsigned int last;
+};
+
+constexpr Script SCRIPTS[] = {
+    {"ascii", 'a', 'z'},
+    {"latin", 0xE0, 0xFF},
+    {"cyrillic", 0x430, 0x44F},
+    {"devanagari", 0x905, 0x939},
+    {"han", 0x4E00, 0x9FA5},
+    {"emoji", 0x1F600, 0x1F64F},
+};
+
+SampleText makeText(const std::string& name, const icu::UnicodeString& text) {
+    SampleText sample;
+    sample.name = name;
+    text.toUTF8String(sample.utf8);
+    sample.utf16.assign(text.getBuffer(), static_cast<std::size_t>(text.length()));
+    return sample;
+}
+
+icu::UnicodeString generate(const Script& script, int length) {
+    std::mt19937 random(42);
+    const auto below = [&](unsigned int limit) { return static_cast<unsigned int>(random()) % limit; };
+    icu::UnicodeString text;
+    while (text.length() < length) {
+        const bool wordEnds = below(6) == 0;
+        // Latin is ASCII with some accents, as in most languages that write so.
+        const bool plain = script.first == 0xE0 && below(8) != 0;
+        const unsigned int code = wordEnds ? ' '
+                                  : plain  ? 'a' + below(26)
+                                           : script.first + below(script.last - script.first + 1);
+        text.append(static_cast<UChar32>(text.length() + 1 == length && code > 0xFFFF ? ' ' : code));
+    }
+    return text;
+}
+
+} // namespace
+
+std::vector<SampleText> generateTexts() {
+    std::vector<SampleText> texts;
+    for (const Script& script : SCRIPTS)
+        for (const int length : {8, 64, 1024, 65536})
+            texts.push_back(makeText(std::string(script.name) + "/" + std::to_string(length), generate(script, length)));
+    return texts;
+}
+
+std::vector<SampleText> readTexts(const std::string& folder) {
+    std::vector<std::filesystem::path> paths;
+    for (const auto& entry : std::filesystem::directory_iterator(folder))
+        if (entry.is_regular_file()) paths.push_back(entry.path());
+    std::sort(paths.begin(), paths.end());
+
+    std::vector<SampleText> texts;
+    for (const auto& path : paths) {
+        std::ifstream file(path, std::ios::binary);
+        const std::string bytes{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+        if (!file) throw std::runtime_error("cannot read " + path.string());
+        icu::UnicodeString text;
+        if (bytes.compare(0, 2, "\xFF\xFE") == 0) {
+            for (std::size_t i = 2; i + 1 < bytes.size(); i += 2) {
+                const auto low = static_cast<unsigned char>(bytes[i]);
+                const auto high = static_cast<unsigned char>(bytes[i + 1]);
+                text.append(static_cast<char16_t>(high << 8 | low));
+            }
+        } else {
+            text = icu::UnicodeString::fromUTF8(bytes);
+        }
+        if (text.indexOf(static_cast<UChar32>(0xFFFD)) >= 0)
+            throw std::runtime_error(path.string() + " is neither UTF-8 nor little-endian UTF-16 with a mark");
+        texts.push_back(makeText(path.stem().string(), text));
+    }
+    return texts;
+}

@@ -1,0 +1,9 @@
+// TextBenchmark: the door, the conversions and copies of handles, with ICU and std::string beside them.
+#pragma once
+
+#include "Support/Corpus.h"
+
+#include <vector>
+
+/// Registers the benchmarks of texts for each of `texts`, which must outlive the run.
+void registerTextBenchmarks(const std::vector<SampleText>& texts);
