@@ -19,12 +19,8 @@ struct Script {
 };
 
 constexpr Script SCRIPTS[] = {
-    {"ascii", 'a', 'z'},
-    {"latin", 0xE0, 0xFF},
-    {"cyrillic", 0x430, 0x44F},
-    {"devanagari", 0x905, 0x939},
-    {"han", 0x4E00, 0x9FA5},
-    {"emoji", 0x1F600, 0x1F64F},
+    {"ascii", 'a', 'z'},          {"latin", 0xE0, 0xFF},   {"cyrillic", 0x430, 0x44F},
+    {"devanagari", 0x905, 0x939}, {"han", 0x4E00, 0x9FA5}, {"emoji", 0x1F600, 0x1F64F},
 };
 
 SampleText makeText(const std::string& name, const icu::UnicodeString& text) {
@@ -57,7 +53,8 @@ std::vector<SampleText> generateTexts() {
     std::vector<SampleText> texts;
     for (const Script& script : SCRIPTS)
         for (const int length : {8, 64, 1024, 65536})
-            texts.push_back(makeText(std::string(script.name) + "/" + std::to_string(length), generate(script, length)));
+            texts.push_back(
+                makeText(std::string(script.name) + "/" + std::to_string(length), generate(script, length)));
     return texts;
 }
 

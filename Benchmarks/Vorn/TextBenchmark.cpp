@@ -170,8 +170,9 @@ void registerTextBenchmarks(const std::vector<SampleText>& texts) {
             benchmark::RegisterBenchmark((rival.name + text.name).c_str(), rival.function, text);
         benchmark::RegisterBenchmark(("Copy/Vorn::String/" + text.name).c_str(), copyValue<String>,
                                      String(text.utf8.c_str(), lengthOf(text)));
-        benchmark::RegisterBenchmark(("Copy/icu::UnicodeString/" + text.name).c_str(), copyValue<icu::UnicodeString>,
-                                     icu::UnicodeString(text.utf16.data(), static_cast<std::int32_t>(text.utf16.size())));
+        benchmark::RegisterBenchmark(
+            ("Copy/icu::UnicodeString/" + text.name).c_str(), copyValue<icu::UnicodeString>,
+            icu::UnicodeString(text.utf16.data(), static_cast<std::int32_t>(text.utf16.size())));
         benchmark::RegisterBenchmark(("Copy/std::string/" + text.name).c_str(), copyValue<std::string>, text.utf8);
         benchmark::RegisterBenchmark(("Copy/std::shared_ptr/" + text.name).c_str(),
                                      copyValue<std::shared_ptr<const std::string>>,

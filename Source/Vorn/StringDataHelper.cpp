@@ -1,6 +1,6 @@
 #include "StringDataHelper.h"
 
-#include "PlainText.h"
+#include "TextRuns.h"
 #include "Vorn/Assert.h"
 #include "Vorn/String/Unicode.h"
 
@@ -11,7 +11,7 @@ namespace Vorn {
 
 namespace {
 
-using VornPrivate::findPlainEnd;
+using namespace VornPrivate;
 
 constexpr unsigned int UNKNOWN_LENGTH = 0xFFFFFFFF;
 
@@ -20,113 +20,81 @@ unsigned int verdictOf(bool hasNull, bool twoByteClass, bool fullClass) {
     return charset | (hasNull ? SCAN_HAS_NULL : 0);
 }
 
-// Where a scan stands: the text, and where it ends. A text without a known length ends at its terminator, which is no
-// trail byte and no surrogate, so a test of the unit itself tells that the text is over.
-template <class CharType, bool Terminated>
-struct ScanText {
-    bool ended(unsigned int i) const { return Terminated ? buffer[i] == 0 : i == length; }
-    bool hasTrailAt(unsigned int i) const { return (Terminated || i < length) && (buffer[i] & 0xC0) == 0x80; }
-    unsigned int plainEnd(unsigned int i) const {
-        return Terminated ? findPlainEnd(buffer, i) : findPlainEnd(buffer, i, length);
-    }
-
-    const CharType* buffer;
-    unsigned int length;
-};
-
-// Proves a UTF-8 text.
+// Proves a UTF-8 text. A terminator is no trail byte, so in a text of unknown length the tests of trails tell its end.
 template <bool Terminated>
 unsigned int stringDataBufferScan(const unsigned char* buffer, unsigned int& length) {
-    const ScanText<unsigned char, Terminated> text{buffer, length};
+    const auto hasTrailAt = [&](unsigned int i) { return (Terminated || i < length) && isTrail(buffer[i]); };
+    RunCounts run;
     bool hasNull = false;
-    bool twoByteClass = false;
     bool fullClass = false;
 
-    unsigned int i = text.plainEnd(0);
-    while (!text.ended(i)) {
-        const unsigned int lead = buffer[i];
-        if (lead - 1 < 0x7F) {
-            i = text.plainEnd(i + 1);
-        } else if ((lead & 0xE0) == 0xC0) {
-            if (!text.hasTrailAt(i + 1)) VORN_THROW(7, "Unmatched lead UTF-8 byte for a 2-byte sequence!");
-            const unsigned int c = ((lead & 0x1F) << 6) | (buffer[i + 1] & 0x3Fu);
-            if (c < 0x80) {
-                if (c != 0) VORN_THROW(7, "Invalid overlong 2-byte sequence!");
-                hasNull = true;
-            }
-            twoByteClass = true;
+    unsigned int i = 0;
+    for (;;) {
+        i = skipOrdinary<true, Terminated>(buffer, i, length, run);
+        if (Terminated ? buffer[i] == 0 : i == length) break;
+
+        switch (UTF32::getUTF32Char(buffer[i])) {
+        case 0xFDD0: VORN_THROW(7, "Unmatched trail UTF-8 byte detected!");
+        case 0:
+            VORN_THROW(7, "ASCII null detected! This implementation does not support ASCII null, please use the "
+                          "sequence 0xC0 0x80 to represent null.");
+        case 0xFDD2:
+            if (!hasTrailAt(i + 1)) VORN_THROW(7, "Unmatched lead UTF-8 byte for a 2-byte sequence!");
+            // What no run takes is overlong.
+            if (UTF32::getUTF32Char(buffer[i], buffer[i + 1]) != 0) VORN_THROW(7, "Invalid overlong 2-byte sequence!");
+            hasNull = true;
             i += 2;
-        } else if ((lead & 0xF0) == 0xE0) {
-            if (!text.hasTrailAt(i + 1) || !text.hasTrailAt(i + 2))
+            break;
+        case 0xFDD3:
+            if (!hasTrailAt(i + 1) || !hasTrailAt(i + 2))
                 VORN_THROW(7, "Unmatched lead UTF-8 byte for a 3-byte sequence!");
-            const unsigned int c = ((lead & 0x0F) << 12) | ((buffer[i + 1] & 0x3Fu) << 6) | (buffer[i + 2] & 0x3Fu);
-            if (c - 0x800 >= 0xD800 - 0x800) {
-                if (c < 0x800) VORN_THROW(7, "Invalid overlong 3-byte sequence!");
-                if (UTF16::isSurrogate(static_cast<UTF16Char>(c)) |
-                    UTF16::isUCS2NonCharacter(static_cast<UTF16Char>(c)))
-                    VORN_THROW(7, "Invalid character!");
-            }
-            twoByteClass = true;
-            i += 3;
-        } else if (lead - 0xF0 <= 0xF4 - 0xF0) {
+            if (UTF32::getUTF32Char(buffer[i], buffer[i + 1], buffer[i + 2]) == 0xFDEF)
+                VORN_THROW(7, "Invalid character!");
+            VORN_THROW(7, "Invalid overlong 3-byte sequence!");
+        case 0xFDD4:
             // The text is that of an unpaired surrogate; callers know it so. Overlong forms pass.
-            if (!text.hasTrailAt(i + 1) || !text.hasTrailAt(i + 2) || !text.hasTrailAt(i + 3))
+            if (!hasTrailAt(i + 1) || !hasTrailAt(i + 2) || !hasTrailAt(i + 3))
                 VORN_THROW(7, "Unmatched first surrogate character!");
             if (UTF8::invalidUnicode(buffer[i], buffer[i + 1], buffer[i + 2], buffer[i + 3]))
                 VORN_THROW(7, "Invalid character with code ending in FFFE or FFFF!");
             fullClass = true;
             i += 4;
-        } else if (lead == 0) {
-            VORN_THROW(7, "ASCII null detected! This implementation does not support ASCII null, please use the "
-                          "sequence 0xC0 0x80 to represent null.");
-        } else if (lead < 0xC0) {
-            VORN_THROW(7, "Unmatched trail UTF-8 byte detected!");
-        } else {
-            VORN_THROW(7, "Invalid character!");
+            break;
+        default: VORN_THROW(7, "Invalid character!");
         }
     }
     length = i;
-    return verdictOf(hasNull, twoByteClass, fullClass);
+    return verdictOf(hasNull, run.beyondASCII || hasNull, run.fourBytes != 0 || fullClass);
 }
 
 // Proves a UTF-16 text.
 template <bool Terminated>
 unsigned int stringDataBufferScan(const UTF16Char* buffer, unsigned int& length) {
-    const ScanText<UTF16Char, Terminated> text{buffer, length};
+    const auto endedAt = [&](unsigned int i) { return Terminated ? buffer[i] == 0 : i == length; };
+    UnitCounts<0x80> run;
     bool hasNull = false;
-    bool twoByteClass = false;
-    bool fullClass = false;
 
-    unsigned int i = text.plainEnd(0);
-    while (!text.ended(i)) {
-        const unsigned int c = buffer[i];
-        if (c - 1 < 0x7F) {
-            i = text.plainEnd(i + 1);
-            continue;
-        }
-        ++i;
-        if (c - 0x80 < 0xD800 - 0x80) {
-            twoByteClass = true;
-        } else if (c == 0) {
-            hasNull = true;
-            twoByteClass = true;
-        } else if (UTF16::isFirstSurrogate(static_cast<UTF16Char>(c))) {
-            const bool ended = text.ended(i);
-            if (ended) length = i; // a text that was measured up to here keeps the measure
-            if (ended || !UTF16::isSecondSurrogate(buffer[i])) VORN_THROW(7, "Unmatched first surrogate character!");
-            if (Unicode::getUTF32Char(static_cast<UTF16Char>(c), buffer[i]) == 0xFDEF)
-                VORN_THROW(7, "Invalid character with code ending in FFFE or FFFF!");
-            fullClass = true;
-            ++i;
-        } else if (UTF16::isSecondSurrogate(static_cast<UTF16Char>(c))) {
-            VORN_THROW(7, "Unmatched second surrogate code!");
-        } else {
-            if (UTF16::isUCS2NonCharacter(static_cast<UTF16Char>(c))) VORN_THROW(7, "Invalid character!");
-            twoByteClass = true;
+    unsigned int i = 0;
+    for (;;) {
+        i = skipOrdinary<true, Terminated>(buffer, i, length, run);
+        if (endedAt(i)) break;
+
+        const UTF16Char unit = buffer[i++];
+        switch (UTF32::getUTF32Char(unit)) {
+        case 0xFDD1:
+            if (endedAt(i)) {
+                length = i; // a text that was measured up to here keeps the measure
+                VORN_THROW(7, "Unmatched first surrogate character!");
+            }
+            if (!UTF16::isSecondSurrogate(buffer[i])) VORN_THROW(7, "Unmatched first surrogate character!");
+            VORN_THROW(7, "Invalid character with code ending in FFFE or FFFF!");
+        case 0xFDD2: VORN_THROW(7, "Unmatched second surrogate code!");
+        case 0xFDEF: VORN_THROW(7, "Invalid character!");
+        default: hasNull = true; // what no run takes and is none of the above
         }
     }
     length = i;
-    return verdictOf(hasNull, twoByteClass, fullClass);
+    return verdictOf(hasNull, run.twoBytes != 0 || hasNull, run.pairs != 0);
 }
 
 template <class CharType>
@@ -176,19 +144,26 @@ constexpr char GET_UTF16_LENGTH[] = "Vorn::stringDataGetUTF16Length";
 constexpr char GET_UTF8_LENGTH[] = "Vorn::stringDataGetUTF8Length";
 constexpr char GET_UNICODE_LENGTH[] = "Vorn::stringDataGetUnicodeLength";
 
-// Units in UTF-16 of a UTF-8 text that is not ASCII.
+// Units in UTF-16 of a UTF-8 text that is not ASCII. Runs of ordinary text pass all checks.
 template <bool Full>
 unsigned int measureUTF16(const unsigned char* buffer, unsigned int length) {
-    unsigned int units = 0;
+    RunCounts run;
+    unsigned int units = 0; // of the characters that no run takes
     unsigned int i = 0;
-    while (i < length) {
-        if (buffer[i] - 1u < 0x7F) {
-            const unsigned int end = findPlainEnd(buffer, i + 1, length);
-            units += end - i;
-            i = end;
-            continue;
-        }
+    while ((i = skipOrdinary<Full, false>(buffer, i, length, run)) < length) {
         UTF32Char c = Unicode::getUTF32Char(buffer[i]);
+        VORN_INTERNAL_ASSERT(
+            c,
+            "ASCII null detected in UTF-8 buffer!! This implementation of UTF-8 does not support ASCII "
+            "null!",
+            GET_UTF16_LENGTH);
+        VORN_INTERNAL_ASSERT(c != 0xFDEF, "Invalid Unicode character detected in UTF-8 buffer!!", GET_UTF16_LENGTH);
+        if constexpr (!Full) {
+            VORN_INTERNAL_ASSERT(c != 0xFDD4,
+                                 "4-byte UTF-8 character detected in a buffer marked for 2-byte or below only!!",
+                                 GET_UTF16_LENGTH);
+        }
+        VORN_INTERNAL_ASSERT(c != 0xFDD0, "unmatched trail UTF-8 byte detected!!", GET_UTF16_LENGTH);
         if (c == 0xFDD2) {
             ++i;
             VORN_INTERNAL_ASSERT(i < length, "unmatched 2-byte UTF-8 lead byte!!", GET_UTF16_LENGTH);
@@ -206,49 +181,45 @@ unsigned int measureUTF16(const unsigned char* buffer, unsigned int length) {
             c = Unicode::getUTF32Char(buffer[i - 2], buffer[i - 1], buffer[i]);
             VORN_INTERNAL_ASSERT(c != 0xFDEF, "Invalid Unicode character detected in UTF-8 buffer!!", GET_UTF16_LENGTH);
             VORN_INTERNAL_ASSERT(c > 0x07FF, "Overlong 3-byte UTF-8 character detected!!", GET_UTF16_LENGTH);
-        } else {
-            VORN_INTERNAL_ASSERT(c,
-                                 "ASCII null detected in UTF-8 buffer!! This implementation of UTF-8 does not support "
-                                 "ASCII null!",
-                                 GET_UTF16_LENGTH);
+        } else if constexpr (Full) {
+            i += 3;
+            VORN_INTERNAL_ASSERT(i < length, "unmatched 4-byte UTF-8 lead byte!!", GET_UTF16_LENGTH);
+            c = Unicode::getUTF32Char(buffer[i - 3], buffer[i - 2], buffer[i - 1], buffer[i]);
             VORN_INTERNAL_ASSERT(c != 0xFDEF, "Invalid Unicode character detected in UTF-8 buffer!!", GET_UTF16_LENGTH);
-            if constexpr (!Full) {
-                VORN_INTERNAL_ASSERT(c != 0xFDD4,
-                                     "4-byte UTF-8 character detected in a buffer marked for 2-byte or below only!!",
-                                     GET_UTF16_LENGTH);
-            }
-            VORN_INTERNAL_ASSERT(c != 0xFDD0, "unmatched trail UTF-8 byte detected!!", GET_UTF16_LENGTH);
-            if constexpr (Full) {
-                i += 3;
-                VORN_INTERNAL_ASSERT(i < length, "unmatched 4-byte UTF-8 lead byte!!", GET_UTF16_LENGTH);
-                c = Unicode::getUTF32Char(buffer[i - 3], buffer[i - 2], buffer[i - 1], buffer[i]);
-                VORN_INTERNAL_ASSERT(c != 0xFDEF, "Invalid Unicode character detected in UTF-8 buffer!!",
-                                     GET_UTF16_LENGTH);
-                VORN_INTERNAL_ASSERT(c > 0xFFFF, "Overlong 4-byte UTF-8 character detected!!", GET_UTF16_LENGTH);
-                ++units;
-            }
+            VORN_INTERNAL_ASSERT(c > 0xFFFF, "Overlong 4-byte UTF-8 character detected!!", GET_UTF16_LENGTH);
+            ++units;
         }
         ++units;
         ++i;
     }
-    return units;
+    return run.characters + run.fourBytes + units;
 }
 
+// Bytes in UTF-8 of a UTF-16 text without surrogates.
 unsigned int measureUTF8OfUCS2(const UTF16Char* buffer, unsigned int length) {
-    unsigned int bytes = 0;
-    for (unsigned int i = 0; i < length; ++i) {
+    UnitCounts<0x80> run;
+    unsigned int i = 0;
+    while ((i = skipOrdinary<false, false>(buffer, i, length, run)) < length) {
         const int count = UTF8::countUTF8(buffer[i]);
         VORN_INTERNAL_ASSERT(count >= 1, "Invalid code!", GET_UTF8_LENGTH);
         VORN_INTERNAL_ASSERT(count <= 3, "Invalid UCS-2 character detected in a buffer marked as UCS-2 only!",
                              GET_UTF8_LENGTH);
-        bytes += static_cast<unsigned int>(count);
+        ++i; // only U+0000 comes here, and counts as one byte
     }
-    return bytes;
+    return length + run.twoBytes + run.threeBytes;
 }
 
+// Bytes in UTF-8 of any UTF-16 text. U+007F counts as two bytes.
 unsigned int measureUTF8OfUTF16(const UTF16Char* buffer, unsigned int length) {
-    unsigned int bytes = 0;
-    for (unsigned int i = 0; i < length; ++i) {
+    UnitCounts<0x7F> run;
+    unsigned int bytes = 0; // one for each unit of a run, and those of the characters that no run takes
+    unsigned int i = 0;
+    while (i < length) {
+        const unsigned int start = i;
+        i = skipOrdinary<true, false>(buffer, i, length, run);
+        bytes += i - start;
+        if (i == length) break;
+
         const UTF32Char c = Unicode::getUTF32Char(buffer[i]);
         VORN_INTERNAL_ASSERT(c != 0xFDEF, "Invalid Unicode character detected in UTF-16 buffer!!", GET_UTF8_LENGTH);
         VORN_INTERNAL_ASSERT(c != 0xFDD2, "unmatched second UTF-16 surrogate detected!!", GET_UTF8_LENGTH);
@@ -259,10 +230,11 @@ unsigned int measureUTF8OfUTF16(const UTF16Char* buffer, unsigned int length) {
                                  "unmatched first UTF-16 surrogate detected!!", GET_UTF8_LENGTH);
             bytes += 4;
         } else {
-            bytes += 1 + (c - 1 >= 0x7E) + (c > 0x7FF); // 0x7F counts as two bytes
+            bytes += 2; // U+0000
         }
+        ++i;
     }
-    return bytes;
+    return bytes + run.twoBytes + run.threeBytes + 2 * run.pairs;
 }
 
 } // namespace
@@ -352,7 +324,7 @@ constexpr char CONVERT_COPY_TO_UTF8[] = "Vorn::stringDataConvertCopyToUTF8";
 constexpr unsigned int ASCII_BLOCK = 1024;
 
 template <const auto& Function>
-void convertASCII(UTF16Char* dest, const unsigned char* sourceBuffer, unsigned int length) {
+void convertPlain(UTF16Char* dest, const unsigned char* sourceBuffer, unsigned int length) {
     for (unsigned int i = 0; i < length;) {
         const unsigned int blockEnd = i + std::min(length - i, ASCII_BLOCK);
         const unsigned int end = findPlainEnd(sourceBuffer, i, blockEnd);
@@ -369,7 +341,7 @@ void convertASCII(UTF16Char* dest, const unsigned char* sourceBuffer, unsigned i
 }
 
 template <const auto& Function>
-void convertASCII(unsigned char* dest, const UTF16Char* sourceBuffer, unsigned int length) {
+void convertPlain(unsigned char* dest, const UTF16Char* sourceBuffer, unsigned int length) {
     for (unsigned int i = 0; i < length;) {
         const unsigned int blockEnd = i + std::min(length - i, ASCII_BLOCK);
         const unsigned int end = findPlainEnd(sourceBuffer, i, blockEnd);
@@ -387,17 +359,22 @@ void stringDataConvertToUTF16FromNonASCIIUTF8(StringDataSubCharset charset, UTF1
                                               const unsigned char* sourceBuffer, unsigned int sourceLength) {
     unsigned int i = 0;
     unsigned int j = 0;
-    if (charset == STRING_DATA_UCS2) {
-        while (i < sourceLength) {
-            VORN_INTERNAL_ASSERT(j < destLength, "destination buffer too short");
+    while (i < sourceLength) {
+        VORN_INTERNAL_ASSERT(j < destLength, "destination buffer too short");
+        const Conversion start{sourceBuffer + i, dest + j};
+        const Conversion at = charset == STRING_DATA_UCS2
+                                  ? convertOrdinary<false>(start, sourceBuffer + sourceLength, dest + destLength)
+                                  : convertOrdinary<true>(start, sourceBuffer + sourceLength, dest + destLength);
+        i = static_cast<unsigned int>(at.source - sourceBuffer);
+        j = static_cast<unsigned int>(at.dest - dest);
+        if (at.dest != start.dest) continue;
+
+        if (charset == STRING_DATA_UCS2) {
             const UTF32Char c = UTF32::getUTF32Char(sourceBuffer, i, sourceLength);
             VORN_INTERNAL_ASSERT(c <= 0xFFFD,
                                  "non-UCS-2 character detected in a UTF-8 buffer that is marked for UCS-2 only!!");
             dest[j++] = static_cast<UTF16Char>(c);
-        }
-    } else {
-        while (i < sourceLength) {
-            VORN_INTERNAL_ASSERT(j < destLength, "destination buffer too short");
+        } else {
             // The high half of a pair is meant to be stored first, but no value that is read passes the test for it:
             // the low half stands alone, and the units that it was measured to take stay unwritten at the end.
             dest[j++] = static_cast<UTF16Char>(UTF16::getUTF16(sourceBuffer, i, sourceLength));
@@ -490,7 +467,7 @@ template <const auto& Function, class Target, class Source>
 void convertInto(Target* dest, unsigned int destLength, const Source* sourceBuffer, unsigned int sourceLength,
                  StringDataSubCharset charset) {
     if (charset == STRING_DATA_ASCII)
-        convertASCII<Function>(dest, sourceBuffer, sourceLength);
+        convertPlain<Function>(dest, sourceBuffer, sourceLength);
     else if constexpr (sizeof(Source) == 1)
         stringDataConvertToUTF16FromNonASCIIUTF8(charset, dest, destLength, sourceBuffer, sourceLength);
     else
@@ -571,7 +548,7 @@ void stringDataConvertToUTF8(std::string& dest, const UTF16Char* sourceBuffer, c
     if (length == 0) return;
     if (charset == STRING_DATA_ASCII) {
         dest.resize(length);
-        convertASCII<CONVERT_TO_UTF8>(reinterpret_cast<unsigned char*>(dest.data()), sourceBuffer, length);
+        convertPlain<CONVERT_TO_UTF8>(reinterpret_cast<unsigned char*>(dest.data()), sourceBuffer, length);
         return;
     }
 

@@ -97,21 +97,16 @@ public:
     /// byte. Raises `Exception<2>` for a lead with a bad trail byte, as the operations on two, three and four bytes do.
     static unsigned int getUTF32Char(const unsigned char* buffer, unsigned int& i, unsigned int length) {
         if (i >= length) return 0xFFFF;
-        const unsigned int c = getUTF32Char(buffer[i]);
-        switch (c) {
-        case 0xFDD2:
-            i += 2;
-            if (i > length) return VornPrivate::INVALID_CHARACTER;
-            return getUTF32Char(buffer[i - 2], buffer[i - 1]);
-        case 0xFDD3:
-            i += 3;
-            if (i > length) return VornPrivate::INVALID_CHARACTER;
-            return getUTF32Char(buffer[i - 3], buffer[i - 2], buffer[i - 1]);
-        case 0xFDD4:
-            i += 4;
-            if (i > length) return VornPrivate::INVALID_CHARACTER;
-            return getUTF32Char(buffer[i - 4], buffer[i - 3], buffer[i - 2], buffer[i - 1]);
-        default: ++i; return c;
+        const unsigned char lead = buffer[i];
+        if (lead < 0x80) return buffer[i++];
+        const unsigned int bytes = VornPrivate::sequenceLength(lead);
+        i += bytes;
+        if (i > length) return VornPrivate::INVALID_CHARACTER;
+        switch (bytes) {
+        case 2: return getUTF32Char(lead, buffer[i - 1]);
+        case 3: return getUTF32Char(lead, buffer[i - 2], buffer[i - 1]);
+        case 4: return getUTF32Char(lead, buffer[i - 3], buffer[i - 2], buffer[i - 1]);
+        default: return getUTF32Char(lead);
         }
     }
 

@@ -42,6 +42,14 @@ constexpr unsigned int nonCharacterMask(unsigned int code) noexcept {
 constexpr bool isPacked3Bytes(unsigned int seq) noexcept { return (seq & 0x00F0C0C0) == 0x00E08080; }
 constexpr bool isPacked4Bytes(unsigned int seq) noexcept { return (seq & 0xF8C0C0C0) == 0xF0808080; }
 
+/// Bytes of the sequence that a byte above 0x7F leads, for the readers, which guess the branch; 1 for a byte that leads
+/// none.
+constexpr unsigned int sequenceLength(unsigned char lead) noexcept {
+    if ((lead & 0xE0) == 0xC0) return 2;
+    if ((lead & 0xF0) == 0xE0) return 3;
+    return lead >= 0xF0 && lead <= 0xF4 ? 4 : 1;
+}
+
 constexpr unsigned int packBytes(unsigned int b1, unsigned int b2, unsigned int b3) noexcept {
     return (b1 << 16) | (b2 << 8) | b3;
 }
