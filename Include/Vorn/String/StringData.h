@@ -128,6 +128,31 @@ public:
     template <class CharType>
     const CharType* getTerminatedBuffer() const;
 
+    /// Loses the end of a UTF-8 cut that does not end on an ASCII character: the cut is trimmed from its end down to
+    /// the first lead byte that is met, and that byte stays. So a cut that ends with a character of several bytes
+    /// raises `Exception<7>` ("Unmatched lead UTF-8 byte for a 2-byte sequence!" and its relatives), unless it is one
+    /// of two bytes at the end of a terminated text; a final 0xC0 0x80 is dropped. End cuts on ASCII.
+    ///
+    /// A new record, with a count of 0, of `length` units from `offset` on: bytes for `unsigned char`, units for
+    /// `UTF16Char`. A negative offset counts from the end, -1 is the last unit; `length` is cut to what remains. Every
+    /// empty result is the address of `s_emptyString`. In an encoding that the record holds, the new record shares the
+    /// text: one allocation, one scan, no copy. A final first surrogate is left out. The unit behind the text is read
+    /// if the offset points there, and `Exception<4>` with "Invalid Offset!" raised if no character starts at the
+    /// offset or it lies outside the text; `Exception<2>` with "c != 0xFDEF : Invalid UTF-16 buffer detected!" for a
+    /// noncharacter.
+    ///
+    /// In an encoding that the record lacks, only the cut is converted, into a block of its own; a character that does
+    /// not fit into `length` is left out, and an offset behind the end gives the empty result (ASCII text raises).
+    /// @warning The conversions are sound only for an offset of 0 or more, or a negative one whose cut ends before the
+    ///     end of the text. A cut with a negative offset that reaches the end gives: from UTF-16, `Exception<2>` with
+    ///     "j < destLength : destination buffer too short!", or `Exception<7>` if it takes in the whole text; from
+    ///     UTF-8, that many U+0000. A cut from UTF-16 by an offset of 0 or more that holds a surrogate pair raises
+    ///     `Exception<2>`. An offset inside a character raises `Exception<4>` with "Invalid offset!" where the source
+    ///     is UCS-2 or the offset negative, and gives the empty result elsewhere. If a failure comes after the block is
+    ///     allocated, such as a scan that refuses the cut, the block is lost.
+    template <class CharType>
+    StringData* substr(int offset, unsigned int length) const;
+
     /// The record of every empty result. Its count starts at 0; it survives every release.
     static StringData s_emptyString;
 
@@ -160,6 +185,15 @@ private:
         else
             return m_UTF16Buffer;
     }
+
+    // Cut out of the other encoding; see StringDataSubstring.cpp.
+    template <class CharType>
+    StringData* substrConvert(int offset, unsigned int length) const;
+    template <class Target>
+    StringData* substrConvertASCIITo(int offset, unsigned int length) const;
+    StringData* substrConvertUCS2ToUTF8(int offset, unsigned int length) const;
+    StringData* substrConvertUTF16ToUTF8(int offset, unsigned int length) const;
+    StringData* substrConvertUTF8ToUTF16(int offset, unsigned int length) const;
 
     // Terminate by type; see StringDataOwnership.cpp.
     template <class CharType>

@@ -1,0 +1,326 @@
+// Substrings: of the encoding at hand without copying, and of the other encoding by converting the cut alone.
+#include "StringDataHelper.h"
+#include "Vorn/String/StringData.h"
+#include "Vorn/String/Unicode.h"
+
+#include <algorithm>
+#include <cstring>
+#include <type_traits>
+
+namespace Vorn {
+
+namespace {
+
+// Where an offset points to in a text of `length` units; above `length` for an offset that is out of range.
+unsigned int resolveOffset(int offset, unsigned int length) {
+    if (offset >= 0) return static_cast<unsigned int>(offset);
+    const unsigned int back = 0u - static_cast<unsigned int>(offset);
+    return back <= length ? length - back : 0xFFFFFFFF;
+}
+
+} // namespace
+
+template <class CharType>
+StringData* StringData::substr(int offset, unsigned int length) const {
+    if (isNull()) {
+        if (offset != 0) VORN_THROW(4, "Invalid Offset!");
+        return &s_emptyString;
+    }
+    const CharType* const buffer = bufferOf<CharType>();
+    if (!buffer) return substrConvert<CharType>(offset, length);
+
+    StringDataBufferInfo& info = infoOf<CharType>();
+    const unsigned int start = resolveOffset(offset, info.m_length);
+    if (start > info.m_length) VORN_THROW(4, "Invalid Offset!");
+    bool reachesEnd = false;
+    if (length >= info.m_length - start) {
+        length = info.m_length - start;
+        reachesEnd = info.m_nullTerminated;
+    }
+
+    if constexpr (sizeof(CharType) == 1) {
+        if (!UTF8::validUTF8Lead(buffer[start])) VORN_THROW(4, "Invalid Offset!");
+        // Stops on a lead byte and keeps it, so the scan refuses a cut that ends with a character of several bytes.
+        // Callers rely on where the cut ends.
+        while (length != 0 && !UTF8::validUTF8Lead(buffer[start + length - 1])) --length;
+    } else {
+        UTF32Char c = Unicode::getUTF32Char(buffer[start]);
+        VORN_INTERNAL_ASSERT(c != 0xFDEF, "Invalid UTF-16 buffer detected!");
+        if (c == 0xFDD2) VORN_THROW(4, "Invalid Offset!");
+        if (start + length != 0) { // no unit stands before the text
+            c = Unicode::getUTF32Char(buffer[start + length - 1]);
+            VORN_INTERNAL_ASSERT(c != 0xFDEF, "Invalid UTF-16 buffer detected!");
+            if (length != 0 && c == 0xFDD1) --length;
+        }
+    }
+    if (length == 0) return &s_emptyString;
+    if (reachesEnd) ++length; // the unit behind the cut: the terminator, or the first one that was trimmed off
+
+    switch (info.m_allocationType) {
+    case STRING_DATA_STATIC: return new StringData(buffer + start, length, STRING_DATA_STATIC);
+    case STRING_DATA_EXTERNAL:
+    case STRING_DATA_DYNAMIC: break;
+    default: VORN_THROW(2, "Invalid allocation type!");
+    }
+    StringData* const cut = new StringData(buffer + start, length, STRING_DATA_EXTERNAL);
+    StringDataBufferInfo& cutInfo = cut->infoOf<CharType>();
+    cutInfo.m_previous = const_cast<StringData*>(this);
+    cutInfo.m_next = info.m_next;
+    cutInfo.m_offset = info.m_offset + start;
+    if (info.m_next) info.m_next->infoOf<CharType>().m_previous = cut;
+    info.m_next = cut;
+    return cut;
+}
+
+template <class CharType>
+StringData* StringData::substrConvert(int offset, unsigned int length) const {
+    if (m_charset == STRING_DATA_ASCII) return substrConvertASCIITo<CharType>(offset, length);
+    if constexpr (sizeof(CharType) == 1)
+        return m_charset == STRING_DATA_UCS2 ? substrConvertUCS2ToUTF8(offset, length)
+                                             : substrConvertUTF16ToUTF8(offset, length);
+    else
+        return substrConvertUTF8ToUTF16(offset, length);
+}
+
+// A failure behind the allocation, such as a scan that refuses the cut, does not give the block back. So it is promised
+// for this and the other three conversions.
+template <class Target>
+StringData* StringData::substrConvertASCIITo(int offset, unsigned int length) const {
+    using Source = std::conditional_t<sizeof(Target) == 1, UTF16Char, unsigned char>;
+    const Source* const source = bufferOf<Source>();
+    const unsigned int sourceLength = infoOf<Source>().m_length;
+    const unsigned int start = resolveOffset(offset, sourceLength);
+    if (start > sourceLength) VORN_THROW(4, "Invalid offset!");
+    length = std::min(length, sourceLength - start);
+    if (length == 0) return &s_emptyString;
+
+    Target* const block = new Target[static_cast<std::size_t>(length) + 1];
+    for (unsigned int i = 0; i < length; ++i) block[i] = static_cast<Target>(source[start + i]);
+    block[length] = 0;
+    return new StringData(block, length + 1, STRING_DATA_DYNAMIC);
+}
+
+namespace {
+
+// What is cut out of a source, and how many units it takes in the target. With a count of 0 the result is empty.
+struct ConvertedRange {
+    unsigned int start;
+    unsigned int end;
+    unsigned int count;
+};
+
+// The measures of the three conversions. `skip` measures on the way to the cut, `take` inside it, and `back` on the way
+// from the end of the text towards its start; each moves the index over one character.
+
+struct MeasureUCS2AsUTF8 {
+    using Source = UTF16Char;
+    static constexpr char FUNCTION[] = "Vorn::StringData::substrConvertUCS2ToUTF8";
+    static constexpr bool REFUSES_INSIDE = true; // an offset inside a character
+
+    static unsigned int skip(const UTF16Char* buffer, unsigned int& i, unsigned int) { return take(buffer, i, 0); }
+    static unsigned int take(const UTF16Char* buffer, unsigned int& i, unsigned int) {
+        const unsigned int byteCount = UTF8::countUTF8(static_cast<unsigned int>(buffer[i++]));
+        VORN_INTERNAL_ASSERT(byteCount > 0, "Invalid UTF-16 buffer!", FUNCTION);
+        return byteCount;
+    }
+    static unsigned int back(const UTF16Char* buffer, unsigned int& i, unsigned int, bool) {
+        const int byteCount = UTF8::countUTF8(buffer[--i]);
+        VORN_INTERNAL_ASSERT(byteCount > 0, "Invalid UTF-16 buffer!", FUNCTION);
+        return static_cast<unsigned int>(byteCount);
+    }
+};
+
+struct MeasureUTF16AsUTF8 {
+    using Source = UTF16Char;
+    static constexpr char FUNCTION[] = "Vorn::StringData::substrConvertUTF16ToUTF8";
+    static constexpr bool REFUSES_INSIDE = false; // an offset inside a character
+
+    static unsigned int skip(const UTF16Char* buffer, unsigned int& i, unsigned int) {
+        int byteCount = UTF8::countUTF8(buffer[i++]);
+        if (byteCount == -1) {
+            byteCount = UTF8::countUTF8(buffer[i++]);
+            VORN_INTERNAL_ASSERT(byteCount == -2, "Invalid UTF-16 buffer!", FUNCTION);
+            return 4;
+        }
+        VORN_INTERNAL_ASSERT(byteCount > 0, "Invalid UTF-16 buffer!", FUNCTION);
+        return static_cast<unsigned int>(byteCount);
+    }
+
+    // Looks for the second surrogate one unit too far, behind a well-formed pair: a cut that holds a pair fails here, and
+    // callers take that for the answer.
+    static unsigned int take(const UTF16Char* buffer, unsigned int& utf16End, unsigned int bufferLength) {
+        int byteCount = UTF8::countUTF8(buffer[utf16End++]);
+        if (byteCount == -1) {
+            VORN_INTERNAL_ASSERT(++utf16End < bufferLength, "Invalid UTF-16 buffer!", FUNCTION);
+            byteCount = UTF8::countUTF8(buffer[utf16End++]);
+            VORN_INTERNAL_ASSERT(byteCount == -2, "Invalid UTF-16 buffer!", FUNCTION);
+            return 4;
+        }
+        VORN_INTERNAL_ASSERT(byteCount > 0, "Invalid UTF-16 buffer!", FUNCTION);
+        return static_cast<unsigned int>(byteCount);
+    }
+
+    static unsigned int back(const UTF16Char* buffer, unsigned int& i, unsigned int, bool) {
+        int byteCount = UTF8::countUTF8(buffer[--i]);
+        if (byteCount == -2) {
+            byteCount = UTF8::countUTF8(buffer[--i]);
+            VORN_INTERNAL_ASSERT(byteCount == -1, "Invalid UTF-16 buffer!", FUNCTION);
+            return 4;
+        }
+        VORN_INTERNAL_ASSERT(byteCount > 0, "Invalid UTF-16 buffer!", FUNCTION);
+        return static_cast<unsigned int>(byteCount);
+    }
+};
+
+struct MeasureUTF8AsUTF16 {
+    using Source = unsigned char;
+    static constexpr char FUNCTION[] = "Vorn::StringData::substrConvertUTF8ToUTF16";
+    static constexpr bool REFUSES_INSIDE = false; // an offset inside a character
+
+    static unsigned int skip(const unsigned char* buffer, unsigned int& i, unsigned int bufferLength) {
+        return take(buffer, i, bufferLength);
+    }
+    static unsigned int take(const unsigned char* buffer, unsigned int& i, unsigned int bufferLength) {
+        const UTF32Char c = Unicode::getUTF32Char(buffer, i, bufferLength);
+        VORN_INTERNAL_ASSERT(c != 0xFDEF, "Invalid UTF-8 buffer!", FUNCTION);
+        return c < 0x10000 ? 1 : 2;
+    }
+
+    // Moves `i`, the index behind a character, to its first byte. At the start of the text the index wraps around.
+    static unsigned int back(const unsigned char* buffer, unsigned int& i, unsigned int bufferLength, bool behindCut) {
+        UTF32Char c = Unicode::getUTF32Char(buffer[--i]);
+        if (behindCut) VORN_INTERNAL_ASSERT(c, "null byte found in UTF-8!", FUNCTION);
+        if (c < 0x80) return 1;
+        --i;
+        VORN_INTERNAL_ASSERT(c == 0xFDD0 && i < bufferLength, "Invalid UTF-8 buffer!", FUNCTION);
+        c = Unicode::getUTF32Char(buffer[i]);
+        if (c == 0xFDD2) {
+            c = Unicode::getUTF32Char(buffer[i], buffer[i + 1]);
+            VORN_INTERNAL_ASSERT(!c || c >= 0x80, "overlong 2byte sequence!", FUNCTION);
+            return 1;
+        }
+        --i;
+        VORN_INTERNAL_ASSERT(c == 0xFDD0 && i < bufferLength, "Invalid UTF-8 buffer!", FUNCTION);
+        c = Unicode::getUTF32Char(buffer[i]);
+        if (c == 0xFDD3) {
+            c = Unicode::getUTF32Char(buffer[i], buffer[i + 1], buffer[i + 2]);
+            VORN_INTERNAL_ASSERT(c >= 0x800, "overlong 3byte sequence!", FUNCTION);
+            return 1;
+        }
+        --i;
+        VORN_INTERNAL_ASSERT(c == 0xFDD0 && i < bufferLength, "Invalid UTF-8 buffer!", FUNCTION);
+        c = Unicode::getUTF32Char(buffer[i]);
+        VORN_INTERNAL_ASSERT(c == 0xFDD4, "Invalid UTF-8 buffer!", FUNCTION);
+        c = Unicode::getUTF32Char(buffer[i], buffer[i + 1], buffer[i + 2], buffer[i + 3]);
+        VORN_INTERNAL_ASSERT(c >= 0x1000, "overlong 4byte sequence!", FUNCTION);
+        return 2;
+    }
+};
+
+// Walks from the start of the text. An offset inside a character that the measure does not refuse is never met: the
+// walk ends with the text and the result is empty.
+template <class Measure>
+ConvertedRange findFromStart(const typename Measure::Source* buffer, unsigned int bufferLength, unsigned int offset,
+                             unsigned int length) {
+    unsigned int i = 0;
+    for (unsigned int sum = 0; sum != offset && i < bufferLength;) {
+        sum += Measure::skip(buffer, i, bufferLength);
+        if (Measure::REFUSES_INSIDE && sum > offset) VORN_THROW(4, "Invalid offset!", Measure::FUNCTION);
+    }
+
+    ConvertedRange range{i, i, 0};
+    while (i < bufferLength && range.count != length) {
+        const unsigned int measure = Measure::take(buffer, i, bufferLength);
+        if (measure > length - range.count) break;
+        range.count += measure;
+        range.end = i;
+    }
+    return range;
+}
+
+// Walks from the end of the text: first over what stands behind the cut, then over the cut. All numbers count down from
+// 0. A cut that reaches the end of the text has nothing behind it, and its end stays 0; callers rely on what the
+// conversion then makes of the range.
+template <class Measure>
+ConvertedRange findFromEnd(const typename Measure::Source* buffer, unsigned int bufferLength, int offset,
+                           unsigned int length) {
+    const unsigned int tail = std::min(length, 0u - static_cast<unsigned int>(offset));
+    const int endMark = static_cast<int>(static_cast<unsigned int>(offset) + tail);
+    unsigned int i = bufferLength;
+    unsigned int end = 0;
+    int running = 0;
+    while (endMark < running) {
+        if (i == 0) VORN_THROW(4, "Invalid offset!", Measure::FUNCTION);
+        running -= static_cast<int>(Measure::back(buffer, i, bufferLength, true));
+        end = i;
+    }
+
+    ConvertedRange range{end, end, static_cast<unsigned int>(running) - static_cast<unsigned int>(offset)};
+    while (running != offset) {
+        if (offset > running || i == 0) VORN_THROW(4, "Invalid offset!", Measure::FUNCTION);
+        running -= static_cast<int>(Measure::back(buffer, i, bufferLength, false));
+        range.start = i;
+    }
+    return range;
+}
+
+template <class Measure>
+ConvertedRange findRange(const typename Measure::Source* buffer, unsigned int bufferLength, int offset,
+                         unsigned int length) {
+    if (bufferLength == 0 && offset != 0) VORN_THROW(4, "Invalid offset!", Measure::FUNCTION);
+    return offset < 0 ? findFromEnd<Measure>(buffer, bufferLength, offset, length)
+                      : findFromStart<Measure>(buffer, bufferLength, static_cast<unsigned int>(offset), length);
+}
+
+// A block for a cut and its terminator. A range of no units leaves the cut to what the block holds, which is zeros
+// rather than what the allocator had there. `slack` units more may be written by the conversion.
+template <class CharType>
+CharType* allocateCut(const ConvertedRange& range, unsigned int slack) {
+    CharType* const block = new CharType[static_cast<std::size_t>(range.count) + 1 + slack];
+    if (range.start >= range.end) std::memset(block, 0, range.count * sizeof(CharType));
+    return block;
+}
+
+// U+0000 is measured as one byte and written as two, so that the last character can begin in the last byte and be
+// written past the terminator.
+unsigned int overrunOf(const StringData& source) { return source.haveEmbeddedNulls() ? 2 : 0; }
+
+} // namespace
+
+StringData* StringData::substrConvertUCS2ToUTF8(int offset, unsigned int length) const {
+    const ConvertedRange range = findRange<MeasureUCS2AsUTF8>(m_UTF16Buffer, m_utf16Info.m_length, offset, length);
+    if (range.count == 0) return &s_emptyString;
+    unsigned char* const block = allocateCut<unsigned char>(range, overrunOf(*this));
+    stringDataConvertToUTF8FromUCS2(block, range.count, m_UTF16Buffer + range.start, range.end - range.start);
+    block[range.count] = 0;
+    return new StringData(block, range.count + 1, STRING_DATA_DYNAMIC);
+}
+
+StringData* StringData::substrConvertUTF16ToUTF8(int offset, unsigned int length) const {
+    const ConvertedRange range = findRange<MeasureUTF16AsUTF8>(m_UTF16Buffer, m_utf16Info.m_length, offset, length);
+    if (range.count == 0) return &s_emptyString;
+    unsigned char* const block = allocateCut<unsigned char>(range, overrunOf(*this));
+    stringDataConvertToUTF8FromUTF16(block, range.count, m_UTF16Buffer + range.start, range.end - range.start);
+    block[range.count] = 0;
+    return new StringData(block, range.count + 1, STRING_DATA_DYNAMIC);
+}
+
+StringData* StringData::substrConvertUTF8ToUTF16(int offset, unsigned int length) const {
+    const ConvertedRange range = findRange<MeasureUTF8AsUTF16>(m_UTF8Buffer, m_utf8Info.m_length, offset, length);
+    if (range.count == 0) return &s_emptyString;
+    UTF16Char* const block = allocateCut<UTF16Char>(range, 0);
+    unsigned int j = 0;
+    // An overlong form of 4 bytes is measured as one unit and read as two; what has no room is dropped.
+    for (unsigned int i = range.start; i < range.end && j < range.count;) {
+        const unsigned int word = UTF16::getUTF16(m_UTF8Buffer, i, range.end);
+        if (word > 0xFFFF) block[j++] = static_cast<UTF16Char>(word >> 16);
+        if (j < range.count) block[j++] = static_cast<UTF16Char>(word);
+    }
+    block[range.count] = 0;
+    return new StringData(block, range.count + 1, STRING_DATA_DYNAMIC);
+}
+
+template StringData* StringData::substr<unsigned char>(int offset, unsigned int length) const;
+template StringData* StringData::substr<UTF16Char>(int offset, unsigned int length) const;
+
+} // namespace Vorn
