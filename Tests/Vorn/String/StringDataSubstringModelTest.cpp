@@ -1,0 +1,162 @@
+#include "Vorn/String/String.h"
+
+#include "Support/AllocationCounter.h"
+#include "Support/Random.h"
+#include "Support/Texts.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <memory>
+
+namespace {
+
+using namespace Vorn;
+
+constexpr unsigned int ALL = 0xFFFFFFFF;
+
+// Substrings of substrings with random life times, of all kinds of blocks, against plain copies of their texts.
+
+template <class CharType>
+struct Model {
+    using Text = std::basic_string<CharType>;
+
+    struct Entry {
+        std::unique_ptr<CharType[]> callersBlock; // dies behind the record that stands on it
+        String string;
+        Text text;
+    };
+
+    explicit Model(unsigned int seed) : random(seed) {}
+
+    Text randomText() {
+        Codes codes(1 + random() % 12);
+        const unsigned int alphabet[] = {'a', 'b', 'c', 'd', 'e', 0xE9, 0x20AC, 0x1F600};
+        for (unsigned int& c : codes) c = alphabet[random() % 8];
+        if constexpr (sizeof(CharType) == 1) {
+            const std::string text = utf8Of(codes);
+            return Text(text.begin(), text.end());
+        } else {
+            return utf16Of(codes);
+        }
+    }
+
+    // The unit behind the text stays inside the block, where a cut at the end looks for it.
+    void addRoot() {
+        const Text text = randomText();
+        auto block = std::make_unique<CharType[]>(text.size() + 2);
+        std::copy(text.begin(), text.end(), block.get());
+        const unsigned int length = static_cast<unsigned int>(text.size()) + random() % 2;
+        if (random() % 2) {
+            entries.push_back({nullptr, String(block.get(), length, STRING_DATA_DYNAMIC), text});
+            block.release();
+        } else {
+            const String string(block.get(), length, STRING_DATA_EXTERNAL);
+            entries.push_back({std::move(block), string, text});
+        }
+    }
+
+    Entry& pick() { return entries[random.below(static_cast<unsigned int>(entries.size()))]; }
+
+    void cut() {
+        Entry& parent = pick();
+        const int size = static_cast<int>(parent.text.size());
+        const int offset = static_cast<int>(random() % static_cast<unsigned int>(2 * size + 1)) - size;
+        const unsigned int length = random() % 4 == 0 ? ALL : random() % static_cast<unsigned int>(size + 2);
+        const std::size_t start = static_cast<std::size_t>(offset < 0 ? offset + size : offset);
+        try {
+            String string(parent.string.getData()->template substr<CharType>(offset, length));
+            const unsigned int found = string.getData()->getBufferInfo<CharType>().m_length;
+            EXPECT_LE(found, std::min<std::size_t>(length, parent.text.size() - start));
+            EXPECT_TRUE(found == 0 || parent.string.getData()->getCharset() != STRING_DATA_ASCII ||
+                        found == std::min<std::size_t>(length, parent.text.size() - start));
+            Text text = parent.text.substr(start, found);
+            entries.push_back({nullptr, string, text});
+        } catch (const Exception<4>&) {
+        } catch (const Exception<7>&) {
+            EXPECT_EQ(sizeof(CharType), 1u);
+        }
+    }
+
+    void drop() {
+        const std::size_t index = random.below(static_cast<unsigned int>(entries.size()));
+        Entry dying = std::move(entries[index]);
+        entries.erase(entries.begin() + static_cast<std::ptrdiff_t>(index));
+    }
+
+    void check() {
+        for (const Entry& entry : entries) {
+            const StringData& data = *entry.string.getData();
+            const StringDataBufferInfo& info = data.getBufferInfo<CharType>();
+            const Text text(data.getPrivateBuffer<CharType>(), info.m_length);
+            ASSERT_TRUE(text == entry.text);
+            ASSERT_TRUE(!info.m_nullTerminated || data.getPrivateBuffer<CharType>()[info.m_length] == 0);
+            ASSERT_TRUE(!info.m_previous || info.m_previous->template getNext<CharType>() == &data);
+            ASSERT_TRUE(!info.m_previous || info.m_allocationType == STRING_DATA_EXTERNAL);
+            ASSERT_TRUE(!info.m_next || info.m_next->template getPrevious<CharType>() == &data);
+        }
+    }
+
+    void step() {
+        switch (random() % 8) {
+        case 0:
+            if (entries.size() < 24) addRoot();
+            break;
+        case 1:
+        case 2:
+        case 3:
+            if (!entries.empty() && entries.size() < 24) cut();
+            break;
+        case 4:
+            if (!entries.empty()) {
+                Entry& entry = pick();
+                // It leaves the chain if it is not terminated, and nobody tells the others when the block goes.
+                if (entry.callersBlock) keptBlocks.push_back(std::move(entry.callersBlock));
+                const CharType* const text = entry.string.getData()->template getTerminatedBuffer<CharType>();
+                ASSERT_TRUE(Text(text) == entry.text);
+            }
+            break;
+        case 5:
+            if (!entries.empty()) {
+                const Entry& entry = pick();
+                // The record on a caller's block dies with its one handle, and the block with it.
+                const bool standsOnCallersBlock = std::any_of(entries.begin(), entries.end(), [&](const Entry& other) {
+                    return other.callersBlock && other.string.getData() == entry.string.getData();
+                });
+                if (!standsOnCallersBlock && entries.size() < 24) {
+                    const String string = entry.string;
+                    const Text text = entry.text;
+                    entries.push_back({nullptr, string, text});
+                }
+            }
+            break;
+        default:
+            if (!entries.empty()) drop();
+            break;
+        }
+    }
+
+    Random random;
+    std::vector<std::unique_ptr<CharType[]>> keptBlocks;
+    std::vector<Entry> entries;
+};
+
+constexpr int STEPS = repetitions(400000);
+
+template <class CharType>
+void runModel(unsigned int seed) {
+    const std::size_t live = liveAllocationCount();
+    {
+        Model<CharType> model(seed);
+        for (int i = 0; i < STEPS && !testing::Test::HasFatalFailure(); ++i) {
+            model.step();
+            model.check();
+        }
+    }
+    EXPECT_EQ(liveAllocationCount(), live);
+}
+
+TEST(SubstringModel, UTF8) { runModel<unsigned char>(2204); }
+TEST(SubstringModel, UTF16) { runModel<UTF16Char>(2205); }
+
+} // namespace
