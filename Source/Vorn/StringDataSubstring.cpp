@@ -146,8 +146,8 @@ struct MeasureUTF16AsUTF8 {
         return static_cast<unsigned int>(byteCount);
     }
 
-    // Looks for the second surrogate one unit too far, behind a well-formed pair: a cut that holds a pair fails here, and
-    // callers take that for the answer.
+    // Looks for the second surrogate one unit too far, behind a well-formed pair: a cut that holds a pair fails here,
+    // and callers take that for the answer.
     static unsigned int take(const UTF16Char* buffer, unsigned int& utf16End, unsigned int bufferLength) {
         int byteCount = UTF8::countUTF8(buffer[utf16End++]);
         if (byteCount == -1) {

@@ -24,8 +24,8 @@ inline Word loadWord(const CharType* units) {
     return word;
 }
 
-/// Nonzero if one of the units in `word` is not 0x01 to 0x7F; its lowest set bit is in the first of these. Subtracting 1
-/// borrows into the top bits of a zero unit, and larger units have some of these bits themselves.
+/// Nonzero if one of the units in `word` is not 0x01 to 0x7F; its lowest set bit is in the first of these. Subtracting
+/// 1 borrows into the top bits of a zero unit, and larger units have some of these bits themselves.
 template <class CharType>
 inline std::uint64_t oddUnits(std::uint64_t word) {
     constexpr bool BYTES = sizeof(CharType) == 1;
@@ -138,8 +138,10 @@ inline unsigned int skipOrdinary(const unsigned char* buffer, unsigned int i, un
     const unsigned char* const end = Terminated ? nullptr : buffer + length;
     for (;;) {
         const unsigned int start = i;
-        if constexpr (Terminated) i = findPlainEnd(buffer, i);
-        else i = findPlainEnd(buffer, i, length);
+        if constexpr (Terminated)
+            i = findPlainEnd(buffer, i);
+        else
+            i = findPlainEnd(buffer, i, length);
         counts.characters += i - start;
         if (!Terminated && i == length) return i;
 
@@ -174,8 +176,8 @@ struct Conversion {
     UTF16Char* dest;
 };
 
-/// Converts ordinary text and U+0000 as a single byte, up to a character that is neither, to the last three bytes of the
-/// source or to the end of the destination. Of a character of four bytes, the second surrogate is written alone.
+/// Converts ordinary text and U+0000 as a single byte, up to a character that is neither, to the last three bytes of
+/// the source or to the end of the destination. Of a character of four bytes, the second surrogate is written alone.
 template <bool Full>
 [[gnu::noinline]] inline Conversion convertOrdinary(Conversion at, const unsigned char* sourceEnd,
                                                     const UTF16Char* destEnd) {
@@ -211,8 +213,8 @@ inline bool isOrdinaryPair(unsigned int first, unsigned int second) {
            !((first & 0x3F) == 0x3F && (second & 0x3FE) == 0x3FE);
 }
 
-/// What a run of ordinary UTF-16 takes in UTF-8: how many of its units need at least two bytes, and three bytes, if units
-/// from `FirstOfTwo` on need two; and how many pairs it holds.
+/// What a run of ordinary UTF-16 takes in UTF-8: how many of its units need at least two bytes, and three bytes, if
+/// units from `FirstOfTwo` on need two; and how many pairs it holds.
 template <unsigned int FirstOfTwo>
 struct UnitCounts {
     unsigned int twoBytes = 0;
@@ -222,8 +224,8 @@ struct UnitCounts {
 
 constexpr unsigned int UNIT_BLOCK = 32;
 
-/// Counts a block of UNIT_BLOCK units and returns true, or returns false if one of them is no ordinary character. All is
-/// done in words of 16 bits, of which compilers make vectors.
+/// Counts a block of UNIT_BLOCK units and returns true, or returns false if one of them is no ordinary character. All
+/// is done in words of 16 bits, of which compilers make vectors.
 template <unsigned int FirstOfTwo>
 inline bool countOrdinaryBlock(const UTF16Char* units, UnitCounts<FirstOfTwo>& counts) {
     const auto maskOf = [](bool condition) { return static_cast<std::int16_t>(-condition); };
@@ -247,8 +249,8 @@ inline bool countOrdinaryBlock(const UTF16Char* units, UnitCounts<FirstOfTwo>& c
     return true;
 }
 
-/// Steps over ordinary UTF-16 from `i` on. Gives the index of the first unit that is none, or the end. Pairs are ordinary
-/// if `Full` is set.
+/// Steps over ordinary UTF-16 from `i` on. Gives the index of the first unit that is none, or the end. Pairs are
+/// ordinary if `Full` is set.
 template <bool Full, bool Terminated, unsigned int FirstOfTwo>
 inline unsigned int skipOrdinary(const UTF16Char* buffer, unsigned int i, unsigned int end,
                                  UnitCounts<FirstOfTwo>& counts) {
