@@ -1,5 +1,5 @@
-// Single characters in slow, plain arithmetic: what the encodings are by definition, without a mask or a shift. Shares no
-// code with the library.
+// Single characters in slow, plain arithmetic: what the encodings are by definition, without a mask or a shift. Shares
+// no code with the library.
 #pragma once
 
 #include <random>
@@ -48,8 +48,8 @@ constexpr unsigned int codeOfSequence(unsigned int seq, unsigned int size) {
 
 constexpr bool isTrailByte(unsigned int byte) { return within(byte, 0x80, 0xBF); }
 
-/// True if the last `size` bytes of the word are a lead byte of that size and its trail bytes. The bytes before them are
-/// not looked at.
+/// True if the last `size` bytes of the word are a lead byte of that size and its trail bytes. The bytes before them
+/// are not looked at.
 constexpr bool hasPattern(unsigned int seq, unsigned int size) {
     const unsigned int b1 = seq / 0x1000000;
     const unsigned int b2 = seq / 0x10000 % 0x100;
@@ -115,6 +115,7 @@ public:
 
     constexpr Iterator begin() const { return Iterator(m_first); }
     constexpr Iterator end() const { return Iterator(m_last + 1ull); }
+    constexpr unsigned int last() const { return m_last; }
 
 private:
     unsigned int m_first;
@@ -126,8 +127,8 @@ inline constexpr Interval allBytes(0, 0xFF);
 inline constexpr Interval allUnits(0, 0xFFFF);
 inline constexpr Interval allCodes(0, 0x110FFF);
 
-/// Words of 32 bits from the whole range: the surroundings of each power of two, of its sums with the places where codes
-/// change their kind, and random ones.
+/// Words of 32 bits from the whole range: the surroundings of each power of two, of its sums with the places where
+/// codes change their kind, and random ones.
 inline std::vector<unsigned int> wordsOfAllSizes() {
     std::vector<unsigned int> words;
     const unsigned int places[] = {0x80, 0x800, 0xD800, 0xE000, 0xFDD0, 0xFDF0, 0xFFFE, 0x10000, 0x10FFFE, 0x110000};

@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <cstdlib>
+#include <cstring>
 #include <new>
 
 namespace {
@@ -15,6 +16,7 @@ void* allocate(std::size_t size) {
     if (failingAllocation != 0 && --failingAllocation == 0) throw std::bad_alloc();
     void* const block = std::malloc(size ? size : 1);
     if (!block) throw std::bad_alloc();
+    std::memset(block, FRESH_BYTE, size);
     ++allocations;
     ++liveAllocations;
     lastSize = size;

@@ -4,6 +4,9 @@
 
 #include <cstddef>
 
+/// Every byte of a block fresh from `new`, so that a test can tell what was never written.
+inline constexpr unsigned char FRESH_BYTE = 0xA5;
+
 /// Allocations by `new` since the program began.
 std::size_t allocationCount();
 

@@ -1,5 +1,5 @@
-// The outcome of a call as a value: what it returned, or every text of the failure that it raised. Outcomes are compared
-// and printed, so that a table or a reference can tell results and failures alike.
+// The outcome of a call as a value: what it returned, or every text of the failure that it raised. Outcomes are
+// compared and printed, so that a table or a reference can tell results and failures alike.
 #pragma once
 
 #include "Vorn/Exception.h"

@@ -180,9 +180,7 @@ TEST(UTF16, SurrogatePairRefusesOtherCodesInOrder) {
 }
 
 // The pair of a code below 0x100000 + 0x10000, and what is left of any other one.
-unsigned int uncheckedPair(unsigned int c) {
-    return 0xD800DC00 + (c - 0x10000) / 0x400 % 0x400 * 0x10000 + c % 0x400;
-}
+unsigned int uncheckedPair(unsigned int c) { return 0xD800DC00 + (c - 0x10000) / 0x400 % 0x400 * 0x10000 + c % 0x400; }
 
 TEST(UTF16, UTF16OfEveryCode) {
     const auto expected = [](unsigned int c) { return c < 0xFFFE ? narrowed(c) : uncheckedPair(c); };
@@ -232,9 +230,8 @@ TEST(UTF16, PairOfEveryFourBytes) {
 }
 
 TEST(UTF16, PairOfFourBytesAssertsThePattern) {
-    for (const unsigned int seq :
-         {0u, 0x41u, 0x7F808080u, 0xEF808080u, 0xF8808080u, 0xF07F8080u, 0xF0C08080u, 0xF0807F80u, 0xF080C080u,
-          0xF080807Fu, 0xF08080C0u, 0xFFFFFFFFu}) {
+    for (const unsigned int seq : {0u, 0x41u, 0x7F808080u, 0xEF808080u, 0xF8808080u, 0xF07F8080u, 0xF0C08080u,
+                                   0xF0807F80u, 0xF080C080u, 0xF080807Fu, 0xF08080C0u, 0xFFFFFFFFu}) {
         ASSERT_EQ(outcomeOf([&] { return utf16Of4Bytes(seq); }), BAD_4_BYTES) << seq;
     }
 }

@@ -3,12 +3,12 @@
 #include "Vorn/String/Unicode.h"
 
 #include "Reference/CodePoints.h"
+#include "Support/ExactBuffer.h"
 #include "Support/Outcome.h"
 #include "Support/Report.h"
 
 #include <gtest/gtest.h>
 
-#include <memory>
 #include <type_traits>
 
 namespace {
@@ -31,10 +31,8 @@ static_assert(std::is_same_v<decltype(UTF32::getUTF32CharForUTF8(0u)), unsigned 
 const std::string FUNCTION("Vorn::UTF32::getUTF32Char");
 const std::string FILE_TEXT("Include/Vorn/String/UTF32");
 
-const Outcome BAD_FIRST =
-    raised(2, "(first & 0xFC00) == 0xD800 : invalid first surrogate!", FUNCTION, FILE_TEXT);
-const Outcome BAD_SECOND =
-    raised(2, "(second & 0xFC00) == 0xDC00 : invalid second surrogate!", FUNCTION, FILE_TEXT);
+const Outcome BAD_FIRST = raised(2, "(first & 0xFC00) == 0xD800 : invalid first surrogate!", FUNCTION, FILE_TEXT);
+const Outcome BAD_SECOND = raised(2, "(second & 0xFC00) == 0xDC00 : invalid second surrogate!", FUNCTION, FILE_TEXT);
 const Outcome BAD_LEAD2 =
     raised(2, "(lead & 0xE0) == 0xC0 : Invalid lead byte in 2-byte UTF-8 sequence", FUNCTION, FILE_TEXT);
 const Outcome BAD_TRAIL2 =
@@ -241,14 +239,6 @@ TEST(UTF32, CodeOfPackedWords) {
     }
 }
 
-// Units in a heap block of exactly their size, so that the address sanitizer sees any step beyond.
-template <class Unit>
-std::unique_ptr<Unit[]> exactly(const std::vector<Unit>& units, unsigned int length) {
-    std::unique_ptr<Unit[]> block(new Unit[length]);
-    for (unsigned int i = 0; i < length; ++i) block[i] = units[i];
-    return block;
-}
-
 Outcome readOne(const unsigned char* bytes, unsigned int& i, unsigned int length) {
     if (i >= length) return {0xFFFF, {}};
     const unsigned int at = i;
@@ -272,14 +262,15 @@ TEST(UTF32, ByteReaderTakesOneCharacterAndMovesAlsoOnFailure) {
                 for (const unsigned char b4 : others) {
                     const std::vector<unsigned char> bytes{static_cast<unsigned char>(b1), b2, b3, b4};
                     for (unsigned int length = 0; length <= 4; ++length) {
-                        const auto block = exactly(bytes, length);
+                        const ExactBuffer<unsigned char> block(
+                            std::vector<unsigned char>(bytes.begin(), bytes.begin() + length));
                         for (unsigned int start = 0; start <= length + 1; ++start) {
                             // Starts behind the first byte depend on fewer bytes: a part of the rows is enough.
                             if (start > 0 && b1 != 0x41) break;
                             unsigned int i = start;
                             unsigned int expectedIndex = start;
-                            const Outcome expected = readOne(block.get(), expectedIndex, length);
-                            ASSERT_EQ(outcomeOf([&] { return UTF32::getUTF32Char(block.get(), i, length); }), expected)
+                            const Outcome expected = readOne(block.data(), expectedIndex, length);
+                            ASSERT_EQ(outcomeOf([&] { return UTF32::getUTF32Char(block.data(), i, length); }), expected)
                                 << b1 << " " << +b2 << " " << +b3 << " " << +b4 << " of " << length << " at " << start;
                             ASSERT_EQ(i, expectedIndex);
                         }
@@ -327,12 +318,13 @@ TEST(UTF32, WideReaderTakesOneCharacterAndMovesAlsoOnFailure) {
             // Only a first surrogate looks at the unit behind it, and there all are alike.
             if (other != 0x41 && !(reference::isFirstSurrogate(c) && c % 0x40 == 0)) continue;
             for (unsigned int length = 0; length <= 2; ++length) {
-                const auto block = exactly(std::vector<UTF16Char>{unit, other}, length);
+                const UTF16Char units[] = {unit, other};
+                const ExactBuffer<UTF16Char> block(std::vector<UTF16Char>(units, units + length));
                 for (unsigned int start = 0; start <= length + 1; ++start) {
                     unsigned int i = start;
                     unsigned int expectedIndex = start;
-                    const Outcome expected = readOneUnit(block.get(), expectedIndex, length);
-                    ASSERT_EQ(outcomeOf([&] { return UTF32::getUTF32Char(block.get(), i, length); }), expected)
+                    const Outcome expected = readOneUnit(block.data(), expectedIndex, length);
+                    ASSERT_EQ(outcomeOf([&] { return UTF32::getUTF32Char(block.data(), i, length); }), expected)
                         << c << " " << +other << " of " << length << " at " << start;
                     ASSERT_EQ(i, expectedIndex);
                 }
