@@ -73,10 +73,20 @@ inline const std::vector<Script>& scripts() {
         {"emoji in English", {{0x20, 0x7E}, {0x20, 0x7E}, {0x20, 0x7E}, {0x20, 0x7E}, {0x1F300, 0x1F64F}}},
         {"every plane", {{0x10000, 0x1FFFD}, {0x20000, 0x8FFFD}, {0xF0000, 0xFFFFD}, {0x100000, 0x10FFFD}}},
         {"ends of all sizes",
-         {{1, 1}, {0x7F, 0x80}, {0x7FF, 0x800}, {0xD7FF, 0xD7FF}, {0xE000, 0xE000}, {0xFDCF, 0xFDCF}, {0xFDF0, 0xFDF0},
-          {0xFFFD, 0xFFFD}, {0x10000, 0x10000}, {0x3FFFD, 0x3FFFD}, {0x40000, 0x40000}, {0x10FFFD, 0x10FFFD}}},
-        {"everything with nulls", {{0, 0}, {1, 0x7F}, {0x80, 0x7FF}, {0x800, 0xD7FF}, {0xE000, 0xFDCF},
-                                   {0x10000, 0x10FFFD}}},
+         {{1, 1},
+          {0x7F, 0x80},
+          {0x7FF, 0x800},
+          {0xD7FF, 0xD7FF},
+          {0xE000, 0xE000},
+          {0xFDCF, 0xFDCF},
+          {0xFDF0, 0xFDF0},
+          {0xFFFD, 0xFFFD},
+          {0x10000, 0x10000},
+          {0x3FFFD, 0x3FFFD},
+          {0x40000, 0x40000},
+          {0x10FFFD, 0x10FFFD}}},
+        {"everything with nulls",
+         {{0, 0}, {1, 0x7F}, {0x80, 0x7FF}, {0x800, 0xD7FF}, {0xE000, 0xFDCF}, {0x10000, 0x10FFFD}}},
     };
     return all;
 }
@@ -86,8 +96,8 @@ inline Codes randomText(std::mt19937& random, const Script& script, unsigned int
     while (codes.size() < length) {
         const Interval& range = script.ranges[random() % script.ranges.size()];
         const unsigned int first = *range.begin();
-        const auto count = static_cast<unsigned int>(std::uniform_int_distribution<unsigned int>(
-            0, range.last() - first)(random));
+        const auto count =
+            static_cast<unsigned int>(std::uniform_int_distribution<unsigned int>(0, range.last() - first)(random));
         if (isCharacter(first + count)) codes.push_back(first + count);
     }
     return codes;

@@ -140,8 +140,10 @@ inline Outcome unicodeLength(const Bytes& text, unsigned int length, int charset
         const unsigned int kind = kindOfByte(text[i]);
         const unsigned int size = sizeOfKind(kind);
         Outcome code{kind, {}};
-        if (i + size > length) code.value = 0xFDEF;
-        else if (size > 1) code = decoded(text.data() + i, size);
+        if (i + size > length)
+            code.value = 0xFDEF;
+        else if (size > 1)
+            code = decoded(text.data() + i, size);
         if (!code.failure.empty()) return code;
         if (code.value == 0xFDEF) {
             return fails("c != 0xFDEF : Invalid Unicode character detected in UTF-8 buffer!!");

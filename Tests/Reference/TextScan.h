@@ -72,8 +72,8 @@ inline ScanResult scan(const Bytes& bytes, unsigned int length) {
             if (!isTrail(i + 1) || !isTrail(i + 2) || !isTrail(i + 3)) {
                 return {refused("Unmatched first surrogate character!"), length};
             }
-            const unsigned int code = codeOfSequence(
-                byte * 0x1000000 + bytes[i + 1] * 0x10000u + bytes[i + 2] * 0x100u + bytes[i + 3], 4);
+            const unsigned int code =
+                codeOfSequence(byte * 0x1000000 + bytes[i + 1] * 0x10000u + bytes[i + 2] * 0x100u + bytes[i + 3], 4);
             // Overlong forms pass, but for those of surrogates and noncharacters.
             if (isSurrogate(code) || isNonCharacter(code) || code > 0x10FFFD) {
                 return {refused("Invalid character with code ending in FFFE or FFFF!"), length};

@@ -3,6 +3,7 @@
 #include "Reference/SampleTexts.h"
 #include "Reference/TextLength.h"
 #include "Support/AllocationCounter.h"
+#include "Support/BufferInfo.h"
 #include "Support/ExactBuffer.h"
 #include "Support/Outcome.h"
 
@@ -16,21 +17,8 @@ using reference::Units;
 using Vorn::STRING_DATA_ASCII;
 using Vorn::STRING_DATA_UCS2;
 using Vorn::STRING_DATA_UNICODE;
-using Vorn::StringDataBufferInfo;
 using Vorn::StringDataSubCharset;
 using Vorn::UTF16Char;
-
-// Only the length is told; the other members hold nonsense that nobody may look at.
-StringDataBufferInfo infoOf(std::size_t length) {
-    StringDataBufferInfo info{};
-    info.m_previous = reinterpret_cast<Vorn::StringData*>(8);
-    info.m_next = reinterpret_cast<Vorn::StringData*>(16);
-    info.m_length = static_cast<unsigned int>(length);
-    info.m_offset = 0xABCDEF;
-    info.m_allocationType = Vorn::STRING_DATA_STATIC;
-    info.m_nullTerminated = 1;
-    return info;
-}
 
 // The verdicts, and some that are none: those take the branch of STRING_DATA_UNICODE.
 constexpr int CHARSETS[] = {1, 2, 3, 0, 4, -1};
@@ -146,8 +134,7 @@ const char* const OVERLONG2_FULL = "c || c > 127 : Overlong 2-byte UTF-8 charact
 const char* const OVERLONG3 = "c > 0x07FF : Overlong 3-byte UTF-8 character detected!!";
 const char* const OVERLONG4 = "c > 0xFFFF : Overlong 4-byte UTF-8 character detected!!";
 const char* const SECOND = "c != 0xFDD2 : unmatched second UTF-16 surrogate detected!!";
-const char* const FIRST =
-    "Unicode::getUTF32Char(buffer[i]) == 0xFDD2 : unmatched first UTF-16 surrogate detected!!";
+const char* const FIRST = "Unicode::getUTF32Char(buffer[i]) == 0xFDD2 : unmatched first UTF-16 surrogate detected!!";
 
 TEST(StringDataLength, UTF16LengthOfKnownTexts) {
     const BytesRow rows[] = {
@@ -212,9 +199,8 @@ TEST(StringDataLength, UTF16LengthReportsWhatTheDecodersRaise) {
         EXPECT_EQ(utf16Length(three, 3, charset), badThree);
         EXPECT_EQ(unicodeLength(three, 3, charset), badThree);
     }
-    EXPECT_EQ(utf16Length(four, 4, 3),
-              raised(2, "(seq & 0xF8C0C0C0) == 0xF0808080 : Invalid 4-byte UTF-8 sequence!",
-                     "Vorn::UTF8::invalid4ByteUnicode", "Include/Vorn/String/UTF8"));
+    EXPECT_EQ(utf16Length(four, 4, 3), raised(2, "(seq & 0xF8C0C0C0) == 0xF0808080 : Invalid 4-byte UTF-8 sequence!",
+                                              "Vorn::UTF8::invalid4ByteUnicode", "Include/Vorn/String/UTF8"));
 }
 
 TEST(StringDataLength, UTF8LengthOfKnownTexts) {

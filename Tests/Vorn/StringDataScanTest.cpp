@@ -122,7 +122,8 @@ TEST(StringDataScan, VerdictsOfUTF8) {
     };
     for (const auto& row : rows) {
         const auto length = static_cast<unsigned int>(row.bytes.size());
-        EXPECT_EQ(scanned(ExactBuffer<unsigned char>(row.bytes).data(), length), (ScanResult{{row.verdict, {}}, length}))
+        EXPECT_EQ(scanned(ExactBuffer<unsigned char>(row.bytes).data(), length),
+                  (ScanResult{{row.verdict, {}}, length}))
             << row.name;
         Bytes terminated = row.bytes;
         terminated.push_back(0);
@@ -281,9 +282,17 @@ TEST(StringDataScan, FailuresOfUTF16) {
 
 TEST(StringDataScan, NothingBehindTheFirstFailureIsReadInTheTerminatedForm) {
     // No terminator stands behind these: the scan has to raise at the last unit of the block, whatever stood before it.
-    const Bytes byteEnds[] = {{0x80},       {0xFF},       {0xC2, 0x41}, {0xC1, 0x80},       {0xE1, 0x41},
-                              {0xE1, 0x80, 0x41}, {0xED, 0xA0, 0x80}, {0xF0, 0x41}, {0xF1, 0x80, 0x41},
-                              {0xF1, 0x80, 0x80, 0x41}, {0xF4, 0x90, 0x80, 0x80}};
+    const Bytes byteEnds[] = {{0x80},
+                              {0xFF},
+                              {0xC2, 0x41},
+                              {0xC1, 0x80},
+                              {0xE1, 0x41},
+                              {0xE1, 0x80, 0x41},
+                              {0xED, 0xA0, 0x80},
+                              {0xF0, 0x41},
+                              {0xF1, 0x80, 0x41},
+                              {0xF1, 0x80, 0x80, 0x41},
+                              {0xF4, 0x90, 0x80, 0x80}};
     const Units unitEnds[] = {{0xDC00}, {0xFFFF}, {0xD800, 0x41}, {0xD83F, 0xDFFE}};
     for (std::size_t before = 0; before < 40; ++before) {
         for (const Bytes& end : byteEnds) {
@@ -353,9 +362,9 @@ TEST(StringDataScan, EveryUnit) {
 }
 
 TEST(StringDataScan, PairsOfUnitsAtEveryEdge) {
-    const UTF16Char units[] = {0,      0x01,   0x41,   0x7F,   0x80,   0x7FF,  0xD7FF, 0xD800, 0xD83F, 0xD8C0, 0xDA00,
-                               0xDBFE, 0xDBFF, 0xDC00, 0xDC01, 0xDFFD, 0xDFFE, 0xDFFF, 0xE000, 0xFDCF, 0xFDD0, 0xFDEF,
-                               0xFDF0, 0xFFFD, 0xFFFE, 0xFFFF};
+    const UTF16Char units[] = {0,      0x01,   0x41,   0x7F,   0x80,   0x7FF,  0xD7FF, 0xD800, 0xD83F,
+                               0xD8C0, 0xDA00, 0xDBFE, 0xDBFF, 0xDC00, 0xDC01, 0xDFFD, 0xDFFE, 0xDFFF,
+                               0xE000, 0xFDCF, 0xFDD0, 0xFDEF, 0xFDF0, 0xFFFD, 0xFFFE, 0xFFFF};
     for (const UTF16Char first : units) {
         for (const UTF16Char second : units) {
             ASSERT_TRUE(scansAsTold(Units{first, second}));
