@@ -2,6 +2,7 @@
 #pragma once
 
 #include "Reference/CodePoints.h"
+#include "Support/Effort.h"
 
 #include "Vorn/String/StringDataTypes.h"
 #include "Vorn/Types.h"
@@ -119,13 +120,17 @@ inline constexpr unsigned char badBytes[] = {0x00, 0x41, 0x7F, 0x80, 0xBF, 0xC0,
 inline constexpr Vorn::UTF16Char badUnits[] = {0x0000, 0x0041, 0x007F, 0x0080, 0xD800, 0xD8C0, 0xDBFF, 0xDC00,
                                                0xDFFD, 0xDFFE, 0xDFFF, 0xFDD0, 0xFDEF, 0xFFFD, 0xFFFE, 0xFFFF};
 
-/// The texts that differ from `text` by one replaced unit, and all its beginnings.
+/// The texts that differ from `text` by one replaced unit, and all its beginnings; under a sanitizer, a part of them
+/// that touches every place.
 template <class Unit, std::size_t Count>
 std::vector<std::vector<Unit>> damaged(const std::vector<Unit>& text, const Unit (&values)[Count]) {
+    static_assert(Count >= ROW_STEP, "or a place stays untouched");
     std::vector<std::vector<Unit>> texts;
+    std::size_t row = 0;
     for (std::size_t at = 0; at < text.size(); ++at) {
-        texts.emplace_back(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(at));
+        if (row++ % ROW_STEP == 0) texts.emplace_back(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(at));
         for (const Unit value : values) {
+            if (row++ % ROW_STEP != 0) continue;
             texts.push_back(text);
             texts.back()[at] = value;
         }

@@ -33,7 +33,10 @@ TEST(StringDataConvertToUTF16, KnownTexts) {
         {"plain", STRING_DATA_ASCII, {0x61, 0x62, 0x7F}, {0x61, 0x62, 0x7F}},
         {"null crosses as a zero unit", STRING_DATA_UCS2, {0x61, 0xC0, 0x80}, {0x0061, 0x0000}},
         {"two and three bytes", STRING_DATA_UCS2, {0xC3, 0xA9, 0xEF, 0xBF, 0xBD}, {0x00E9, 0xFFFD}},
-        {"last character loses its first surrogate", STRING_DATA_UNICODE, {0xF4, 0x8F, 0xBF, 0xBD}, {0xDFFD, UNWRITTEN}},
+        {"last character loses its first surrogate",
+         STRING_DATA_UNICODE,
+         {0xF4, 0x8F, 0xBF, 0xBD},
+         {0xDFFD, UNWRITTEN}},
         {"and so does one in the midst",
          STRING_DATA_UNICODE,
          {0x61, 0xF0, 0x90, 0x80, 0x80, 0x62},
@@ -58,7 +61,8 @@ TEST(StringDataConvertToUTF16, CopyAsksForTheSizeWithALengthOfZero) {
     EXPECT_EQ(Vorn::stringDataConvertCopyToUTF16(text.data(), infoOf(text.size()), STRING_DATA_UNICODE, &untouched, 0),
               4u);
     EXPECT_EQ(untouched, UNWRITTEN);
-    EXPECT_EQ(Vorn::stringDataConvertCopyToUTF16(text.data(), infoOf(text.size()), STRING_DATA_UNICODE, nullptr, 0), 4u);
+    EXPECT_EQ(Vorn::stringDataConvertCopyToUTF16(text.data(), infoOf(text.size()), STRING_DATA_UNICODE, nullptr, 0),
+              4u);
     EXPECT_EQ(Vorn::stringDataConvertCopyToUTF16(text.data(), infoOf(1), STRING_DATA_ASCII, nullptr, 0), 1u);
 }
 
@@ -120,8 +124,7 @@ TEST(StringDataConvertToUTF16, EveryCharacter) {
         const Bytes bytes = reference::toUTF8(codes);
         Units expected;
         for (const unsigned int code : codes) {
-            expected.push_back(
-                static_cast<UTF16Char>(code > 0xFFFF ? reference::secondSurrogateOf(code) : code));
+            expected.push_back(static_cast<UTF16Char>(code > 0xFFFF ? reference::secondSurrogateOf(code) : code));
         }
         Units dest(codes.size() * 2 + 1, UNWRITTEN);
         const unsigned int n =

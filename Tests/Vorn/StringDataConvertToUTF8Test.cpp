@@ -40,11 +40,17 @@ TEST(StringDataConvertToUTF8, KnownTexts) {
         {"edges", STRING_DATA_UCS2, {0x7F, 0x80, 0x7FF, 0x800}, {0x7F, 0xC2, 0x80, 0xDF, 0xBF, 0xE0, 0xA0, 0x80}},
         {"the last null loses a byte to the terminator", STRING_DATA_UCS2, {0x0041, 0x0000}, {0x41, 0xC0}},
         {"null with the full verdict", STRING_DATA_UNICODE, {0x0000, 0x0041}, {0xC0, 0x80, 0x41}},
-        {"127 leaves a byte unwritten", STRING_DATA_UNICODE, {0x7F, 0x41, 0x7F}, {0x7F, 0x41, 0x7F, UNWRITTEN, UNWRITTEN}},
+        {"127 leaves a byte unwritten",
+         STRING_DATA_UNICODE,
+         {0x7F, 0x41, 0x7F},
+         {0x7F, 0x41, 0x7F, UNWRITTEN, UNWRITTEN}},
         {"first pair", STRING_DATA_UNICODE, {0xD800, 0xDC00}, {0xF0, 0x90, 0x80, 0x80}},
         {"last pair that is right", STRING_DATA_UNICODE, {0xD8BF, 0xDFFF}, {0xF0, 0xBF, 0xBF, 0xBF}},
         {"a malformed pair", STRING_DATA_UNICODE, {0xD8C0, 0xDC00}, {0xF0, 0xC0, 0x80, 0x80}},
-        {"a malformed pair that carries into the lead", STRING_DATA_UNICODE, {0xD8FC, 0xDC00}, {0xF1, 0xCF, 0x80, 0x80}},
+        {"a malformed pair that carries into the lead",
+         STRING_DATA_UNICODE,
+         {0xD8FC, 0xDC00},
+         {0xF1, 0xCF, 0x80, 0x80}},
         {"right again from 0xD900", STRING_DATA_UNICODE, {0xD900, 0xDC00}, {0xF1, 0x90, 0x80, 0x80}},
         {"a malformed pair of the last plane", STRING_DATA_UNICODE, {0xDBC0, 0xDC00}, {0xF3, 0xC0, 0x80, 0x80}},
         {"the last pair", STRING_DATA_UNICODE, {0xDBFF, 0xDFFD}, {0xF0, 0xCF, 0xBF, 0xBD}},
@@ -106,9 +112,10 @@ TEST(StringDataConvertToUTF8, CopyAsksForTheSizeAndWritesNoTerminator) {
                   10u);
         EXPECT_EQ(dest, Bytes(11, UNWRITTEN));
     }
-    EXPECT_EQ(Vorn::stringDataConvertCopyToUTF8(text.data(), infoOf(text.size()), STRING_DATA_UNICODE, nullptr, 0), 10u);
-    EXPECT_EQ(
-        Vorn::stringDataConvertCopyToUTF8(text.data(), infoOf(text.size()), STRING_DATA_UNICODE, dest.data(), 10), 10u);
+    EXPECT_EQ(Vorn::stringDataConvertCopyToUTF8(text.data(), infoOf(text.size()), STRING_DATA_UNICODE, nullptr, 0),
+              10u);
+    EXPECT_EQ(Vorn::stringDataConvertCopyToUTF8(text.data(), infoOf(text.size()), STRING_DATA_UNICODE, dest.data(), 10),
+              10u);
     EXPECT_EQ(dest, (Bytes{0x61, 0xC3, 0xA9, 0xE2, 0x82, 0xAC, 0xF0, 0x9F, 0x98, 0x80, UNWRITTEN}));
 }
 
@@ -198,7 +205,8 @@ TEST(StringDataConvertToUTF8, InnerLoopTakesAnySecondUnitBehindAFirstSurrogate) 
 }
 
 TEST(StringDataConvertToUTF8, InnerLoopsTestTheRoomAtTheStartOfACharacterOnly) {
-    const Units texts[] = {{0x41}, {0}, {0xE9}, {0x20AC}, {0xD83D, 0xDE00}, {0x41, 0xE9, 0x20AC, 0xD83D, 0xDE00, 0x42, 0}};
+    const Units texts[] = {
+        {0x41}, {0}, {0xE9}, {0x20AC}, {0xD83D, 0xDE00}, {0x41, 0xE9, 0x20AC, 0xD83D, 0xDE00, 0x42, 0}};
     for (const Units& text : texts) {
         const auto length = static_cast<unsigned int>(text.size());
         for (unsigned int destLength = 0; destLength <= 16; ++destLength) {
@@ -260,9 +268,8 @@ TEST(StringDataConvertToUTF8, StandardStringIsClearedWhateverComesNext) {
     const UTF16Char text[] = {0x41, 0xFFFF};
     for (const int charset : {2, 3}) {
         std::string dest("what stood here before");
-        EXPECT_THROW(
-            Vorn::stringDataConvertToUTF8(dest, text, infoOf(2), static_cast<StringDataSubCharset>(charset)),
-            Vorn::Exception<2>);
+        EXPECT_THROW(Vorn::stringDataConvertToUTF8(dest, text, infoOf(2), static_cast<StringDataSubCharset>(charset)),
+                     Vorn::Exception<2>);
         EXPECT_EQ(dest, "") << "measuring comes before the first byte";
     }
 }

@@ -316,7 +316,7 @@ TEST(StringDataScan, EveryByteAndEveryTwoBytes) {
         ASSERT_TRUE(scansAsTold(Bytes{byte}));
         // Behind ASCII the second byte stands alone: one such row is enough.
         if (first > 0x41 && first < 0x7F) continue;
-        for (const unsigned int second : reference::allBytes) {
+        for (unsigned int second = first % ROW_STEP; second <= 0xFF; second += ROW_STEP) {
             ASSERT_TRUE(scansAsTold(Bytes{byte, static_cast<unsigned char>(second)}));
         }
     }

@@ -3,6 +3,7 @@
 #include "Vorn/String/Unicode.h"
 
 #include "Reference/CodePoints.h"
+#include "Support/Effort.h"
 #include "Support/ExactBuffer.h"
 #include "Support/Outcome.h"
 #include "Support/Report.h"
@@ -122,7 +123,8 @@ TEST(UTF32, KindOfEveryByte) {
 
 TEST(UTF32, CodeOfEveryTwoBytes) {
     for (const unsigned int lead : reference::allBytes) {
-        for (const unsigned int trail : reference::allBytes) {
+        const unsigned int step = reference::within(lead, 0xC0, 0xDF) ? 1 : ROW_STEP;
+        for (unsigned int trail = lead % step; trail <= 0xFF; trail += step) {
             ASSERT_EQ(outcomeOf([&] {
                           return UTF32::getUTF32Char(static_cast<unsigned char>(lead),
                                                      static_cast<unsigned char>(trail));
@@ -196,14 +198,15 @@ Outcome codeForUTF8(unsigned int seq) {
 
 TEST(UTF32, CodeOfPackedWords) {
     // Most words have no pattern: a part of them shows that they are refused, and the rest would cost seconds.
+    std::vector<unsigned int> words;
     unsigned int refused = 0;
+    for (const unsigned int word : reference::packedWords()) {
+        const bool known = word < 0x80 || reference::hasPattern(word, 2) || reference::hasPattern(word, 3) ||
+                           reference::hasPattern(word, 4);
+        if (known || ++refused % (32 * ROW_STEP) == 0) words.push_back(word);
+    }
     expectSameOver(
-        reference::packedWords(),
-        [&](unsigned int seq) {
-            const Outcome expected = codeForUTF8(seq);
-            if (!expected.failure.empty() && ++refused % 16 != 0) return expected;
-            return outcomeOf([&] { return UTF32::getUTF32CharForUTF8(seq); });
-        },
+        words, [](unsigned int seq) { return outcomeOf([&] { return UTF32::getUTF32CharForUTF8(seq); }); },
         codeForUTF8);
     const struct {
         const char* name;
@@ -260,6 +263,8 @@ TEST(UTF32, ByteReaderTakesOneCharacterAndMovesAlsoOnFailure) {
         for (const unsigned char b2 : seconds) {
             for (const unsigned char b3 : others) {
                 for (const unsigned char b4 : others) {
+                    // What stands behind a byte that leads nothing takes no part: one such row is enough.
+                    if ((b1 < 0xC0 || b1 > 0xF4) && b2 + b3 + b4 != 0) continue;
                     const std::vector<unsigned char> bytes{static_cast<unsigned char>(b1), b2, b3, b4};
                     for (unsigned int length = 0; length <= 4; ++length) {
                         const ExactBuffer<unsigned char> block(
