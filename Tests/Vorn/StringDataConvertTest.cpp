@@ -257,7 +257,7 @@ TYPED_TEST(Conversion, EmptySourceGivesATerminatorAlone) {
 }
 
 TYPED_TEST(Conversion, RandomTextsOfAllScripts) {
-    for (const Codes& codes : reference::randomTexts({1, 2, 3, 7, 8, 9, 15, 16, 17, 33, 64, 200})) {
+    for (const Codes& codes : reference::randomTexts({1, 2, 3, 7, 8, 9, 15, 16, 17, 33, 64, 200, 3000})) {
         ASSERT_TRUE(TestFixture::convertsAsTold(Direction<TypeParam>::encode(codes), reference::charsetOf(codes)));
     }
 }
@@ -283,6 +283,21 @@ TYPED_TEST(Conversion, DamageInLongPlainTextLeavesWhatWasWrittenBefore) {
     for (const auto& text :
          reference::damaged(Direction<TypeParam>::encode(codes), Direction<TypeParam>::badValues())) {
         ASSERT_TRUE(TestFixture::convertsAsTold(text, 1));
+    }
+}
+
+TYPED_TEST(Conversion, FaultsFarInsidePlainText) {
+    for (const std::size_t length : {1023u, 1024u, 1025u, 2049u, 5000u}) {
+        std::vector<TypeParam> text(length, TypeParam(0x61));
+        ASSERT_TRUE(TestFixture::convertsAsTold(text, 1));
+        for (const std::size_t at : {0u, 1u, 1021u, 1022u, 1023u, 1024u, 1025u, 2047u, 2048u, 4095u, 4999u}) {
+            if (at >= length) break;
+            for (const unsigned int fault : {0u, 0x80u, 0xFFu}) {
+                text[at] = static_cast<TypeParam>(fault);
+                ASSERT_TRUE(TestFixture::convertsAsTold(text, 1));
+            }
+            text[at] = TypeParam(0x7F);
+        }
     }
 }
 

@@ -314,7 +314,7 @@ TEST(StringDataConvertToUTF8, StandardStringReservesTheCountedLength) {
 }
 
 TEST(StringDataConvertToUTF8, StandardStringOfRandomAndDamagedTexts) {
-    for (const Codes& codes : reference::randomTexts({0, 1, 2, 9, 64, 200})) {
+    for (const Codes& codes : reference::randomTexts({0, 1, 2, 9, 64, 200, 3000})) {
         const Units units = reference::toUTF16(codes);
         for (const int charset : {1, 2, 3, 0}) ASSERT_TRUE(replacesString(units, charset));
     }

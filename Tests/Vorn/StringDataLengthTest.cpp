@@ -313,7 +313,7 @@ std::ptrdiff_t miscount(const Codes& codes) {
 }
 
 TEST(StringDataLength, RandomTextsOfAllScripts) {
-    for (const Codes& codes : reference::randomTexts({0, 1, 2, 7, 8, 9, 16, 31, 64, 200})) {
+    for (const Codes& codes : reference::randomTexts({0, 1, 2, 7, 8, 9, 16, 31, 64, 200, 3000})) {
         const Bytes bytes = reference::toUTF8(codes);
         const Units units = reference::toUTF16(codes);
         const StringDataSubCharset charset = reference::charsetOf(codes);

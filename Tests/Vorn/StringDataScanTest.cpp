@@ -376,7 +376,7 @@ TEST(StringDataScan, PairsOfUnitsAtEveryEdge) {
 }
 
 TEST(StringDataScan, RandomTextsOfAllScripts) {
-    for (const Codes& codes : reference::randomTexts({0, 1, 2, 3, 7, 8, 9, 15, 16, 17, 31, 33, 64, 200})) {
+    for (const Codes& codes : reference::randomTexts({0, 1, 2, 3, 7, 8, 9, 15, 16, 17, 31, 33, 64, 200, 3000})) {
         const unsigned int word =
             static_cast<unsigned int>(reference::charsetOf(codes)) + (reference::holds(codes, 0) ? 4 : 0);
         const Bytes bytes = reference::toUTF8(codes);
