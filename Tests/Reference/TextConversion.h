@@ -14,22 +14,19 @@ inline Outcome converted() { return {}; }
 template <class Source, class Target>
 Outcome convertASCII(const std::vector<Source>& source, unsigned int length, std::vector<Target>& dest,
                      const std::string& function) {
-    const bool fromUTF8 = sizeof(Source) == 1;
+    const char* const null =
+        sizeof(Source) == 1
+            ? "sourceBuffer[i] : ASCII null detected in UTF-8 buffer! This implementation of UTF-8 does not support "
+              "ASCII null!"
+            : "sourceBuffer[i] : null detected in a buffer marked as ASCII only! This is not allowed!";
+    const char* const nonASCII = sizeof(Source) == 1
+                                     ? "sourceBuffer[i] <= 127 : non-ASCII character detected in UTF-8 buffer! This "
+                                       "buffer is marked as ASCII only!"
+                                     : "sourceBuffer[i] <= 127 : non-ASCII character detected in UTF-16 buffer! This "
+                                       "buffer is marked as ASCII only!";
     for (unsigned int i = 0; i < length; ++i) {
-        if (source[i] == 0) {
-            return raised(2,
-                          fromUTF8 ? "sourceBuffer[i] : ASCII null detected in UTF-8 buffer! This implementation of "
-                                     "UTF-8 does not support ASCII null!"
-                                   : "sourceBuffer[i] : null detected in a buffer marked as ASCII only! This is not "
-                                     "allowed!",
-                          function, HELPER_FILE);
-        }
-        if (source[i] > 127) {
-            return raised(2,
-                          std::string("sourceBuffer[i] <= 127 : non-ASCII character detected in ") +
-                              (fromUTF8 ? "UTF-8" : "UTF-16") + " buffer! This buffer is marked as ASCII only!",
-                          function, HELPER_FILE);
-        }
+        if (source[i] == 0) return raised(2, null, function, HELPER_FILE);
+        if (source[i] > 127) return raised(2, nonASCII, function, HELPER_FILE);
         dest[i] = static_cast<Target>(source[i]);
     }
     return converted();

@@ -41,21 +41,17 @@ inline unsigned int sizeOfKind(unsigned int kind) {
 /// The checks of an ASCII text of either encoding.
 template <class Unit>
 Outcome asciiLength(const std::vector<Unit>& text, unsigned int length, const std::string& function) {
-    const bool utf8 = sizeof(Unit) == 1;
+    const char* const null =
+        sizeof(Unit) == 1
+            ? "buffer[i] : ASCII null detected in UTF-8 buffer!! This implementation of UTF-8 does not support ASCII "
+              "null!"
+            : "buffer[i] : null detected in UTF-16 buffer that is marked as ASCII only!! This not allowed!";
+    const char* const nonASCII = sizeof(Unit) == 1
+                                     ? "buffer[i] <= 127 : non-ASCII detected in UTF-8 buffer marked for ASCII only!!"
+                                     : "buffer[i] <= 127 : non-ASCII detected in UTF-16 buffer marked for ASCII only!!";
     for (unsigned int i = 0; i < length; ++i) {
-        if (text[i] == 0) {
-            return raised(2,
-                          utf8 ? "buffer[i] : " + NULL_IN_UTF8
-                               : "buffer[i] : null detected in UTF-16 buffer that is marked as ASCII only!! This not "
-                                 "allowed!",
-                          function, HELPER_FILE);
-        }
-        if (text[i] > 127) {
-            return raised(2,
-                          std::string("buffer[i] <= 127 : non-ASCII detected in ") + (utf8 ? "UTF-8" : "UTF-16") +
-                              " buffer marked for ASCII only!!",
-                          function, HELPER_FILE);
-        }
+        if (text[i] == 0) return raised(2, null, function, HELPER_FILE);
+        if (text[i] > 127) return raised(2, nonASCII, function, HELPER_FILE);
     }
     return {length, {}};
 }

@@ -201,6 +201,18 @@ TEST(StringDataScan, ZeroByteIsRefusedByTheCountAndEndsTheTerminatedForm) {
     EXPECT_EQ(scanned(letters, 2), (ScanResult{{1, {}}, 2}));
 }
 
+TEST(StringDataScan, OnlyTheLargestLengthMeansATerminator) {
+    Bytes bytes(256, 0x61);
+    bytes[1] = 0x00;
+    Units units(256, 0x61);
+    units[1] = 0x0000;
+    units[2] = 0xDC00;
+    for (const unsigned int length : {0xFFFFFFF0u, 0xFFFFFFFEu}) {
+        EXPECT_EQ(scanned(bytes.data(), length), (ScanResult{reference::refused(NO_NULL), length}));
+        EXPECT_EQ(scanned(units.data(), length), (ScanResult{reference::refused(SECOND), length}));
+    }
+}
+
 TEST(StringDataScan, VerdictsOfUTF16) {
     const struct {
         const char* name;
