@@ -25,7 +25,9 @@ ExceptionString::ExceptionString(const std::string& text, float) : ExceptionStri
 ExceptionString::ExceptionString(const String& text, float) : ExceptionString() {
     const StringData* const data = text.getData();
     const unsigned int size = data ? data->getUTF8Length() : 0;
-    char* const block = createString(static_cast<int>(size));
+    // A text with U+0000 can be written up to two bytes longer than it is measured.
+    const unsigned int slack = text.haveEmbeddedNulls() ? 2 : 0;
+    char* const block = createString(static_cast<int>(size + slack));
     if (data) data->copyToUTF8(reinterpret_cast<unsigned char*>(block), size);
     doneCreateString(static_cast<int>(size));
 }

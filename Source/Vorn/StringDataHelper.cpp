@@ -5,6 +5,7 @@
 #include "Vorn/String/Unicode.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <memory>
 
 namespace Vorn {
@@ -323,35 +324,36 @@ constexpr char CONVERT_COPY_TO_UTF8[] = "Vorn::stringDataConvertCopyToUTF8";
 // Checks and copies ASCII in blocks that stay in the cache between the two.
 constexpr unsigned int ASCII_BLOCK = 1024;
 
+// Raises from unit `i`, where plain ASCII ends, unless that is the end of the text.
 template <const auto& Function>
-void convertPlain(UTF16Char* dest, const unsigned char* sourceBuffer, unsigned int length) {
-    for (unsigned int i = 0; i < length;) {
-        const unsigned int blockEnd = i + std::min(length - i, ASCII_BLOCK);
-        const unsigned int end = findPlainEnd(sourceBuffer, i, blockEnd);
-        for (; i < end; ++i) dest[i] = sourceBuffer[i];
-        if (end == blockEnd) continue;
-        VORN_INTERNAL_ASSERT(sourceBuffer[i],
-                             "ASCII null detected in UTF-8 buffer! This implementation of UTF-8 does not support "
-                             "ASCII null!",
-                             Function);
-        VORN_INTERNAL_ASSERT(sourceBuffer[i] <= 127,
-                             "non-ASCII character detected in UTF-8 buffer! This buffer is marked as ASCII only!",
-                             Function);
-    }
+void checkASCII(const unsigned char* sourceBuffer, unsigned int i, unsigned int length) {
+    if (i == length) return;
+    VORN_INTERNAL_ASSERT(sourceBuffer[i],
+                         "ASCII null detected in UTF-8 buffer! This implementation of UTF-8 does not support ASCII "
+                         "null!",
+                         Function);
+    VORN_INTERNAL_ASSERT(sourceBuffer[i] <= 127,
+                         "non-ASCII character detected in UTF-8 buffer! This buffer is marked as ASCII only!",
+                         Function);
 }
 
 template <const auto& Function>
-void convertPlain(unsigned char* dest, const UTF16Char* sourceBuffer, unsigned int length) {
+void checkASCII(const UTF16Char* sourceBuffer, unsigned int i, unsigned int length) {
+    if (i == length) return;
+    VORN_INTERNAL_ASSERT(sourceBuffer[i], "null detected in a buffer marked as ASCII only! This is not allowed!",
+                         Function);
+    VORN_INTERNAL_ASSERT(sourceBuffer[i] <= 127,
+                         "non-ASCII character detected in UTF-16 buffer! This buffer is marked as ASCII only!",
+                         Function);
+}
+
+template <const auto& Function, class Target, class Source>
+void convertPlain(Target* dest, const Source* sourceBuffer, unsigned int length) {
     for (unsigned int i = 0; i < length;) {
         const unsigned int blockEnd = i + std::min(length - i, ASCII_BLOCK);
         const unsigned int end = findPlainEnd(sourceBuffer, i, blockEnd);
-        for (; i < end; ++i) dest[i] = static_cast<unsigned char>(sourceBuffer[i]);
-        if (end == blockEnd) continue;
-        VORN_INTERNAL_ASSERT(sourceBuffer[i], "null detected in a buffer marked as ASCII only! This is not allowed!",
-                             Function);
-        VORN_INTERNAL_ASSERT(sourceBuffer[i] <= 127,
-                             "non-ASCII character detected in UTF-16 buffer! This buffer is marked as ASCII only!",
-                             Function);
+        for (; i < end; ++i) dest[i] = static_cast<Target>(sourceBuffer[i]);
+        checkASCII<Function>(sourceBuffer, end, blockEnd);
     }
 }
 
@@ -381,6 +383,11 @@ void stringDataConvertToUTF16FromNonASCIIUTF8(StringDataSubCharset charset, UTF1
         }
     }
 }
+
+constexpr unsigned int LONGEST_CHARACTER = 4; // in bytes
+
+// A caller's memory, of which only `destLength` is known: a character that begins inside is written whole.
+constexpr std::size_t UNKNOWN_SIZE = SIZE_MAX;
 
 // Writes a unit that is no first surrogate and returns the byte behind it.
 inline unsigned char* encodeUnit(unsigned char* dest, unsigned int unit) {
@@ -415,38 +422,47 @@ inline unsigned char* encodeCharacter(unsigned char* dest, const UTF16Char* sour
     return encodeUnit(dest, unit);
 }
 
-void stringDataConvertToUTF8FromWide(StringDataSubCharset charset, unsigned char* dest, unsigned int destLength,
-                                     const UTF16Char* sourceBuffer, unsigned int sourceLength) {
-    if (charset == STRING_DATA_UCS2) {
-        stringDataConvertToUTF8FromUCS2(dest, destLength, sourceBuffer, sourceLength);
-    } else {
-        stringDataConvertToUTF8FromUTF16(dest, destLength, sourceBuffer, sourceLength);
+// Writes a text as UTF-8. Room is tested against `destLength` at the start of a character only; of one that
+// begins inside and ends behind `blockSize` bytes, what has no place in the block is dropped.
+template <bool Pairs, const auto& Function>
+void encodeText(unsigned char* dest, unsigned int destLength, std::size_t blockSize, const UTF16Char* sourceBuffer,
+                unsigned int sourceLength) {
+    unsigned int j = 0;
+    for (unsigned int i = 0; i < sourceLength;) {
+        VORN_INTERNAL_ASSERT(j < destLength, "destination buffer too short!", Function);
+        if (blockSize - j >= LONGEST_CHARACTER) {
+            j = static_cast<unsigned int>(encodeCharacter<Pairs>(dest + j, sourceBuffer, i) - dest);
+        } else {
+            unsigned char character[LONGEST_CHARACTER];
+            const auto size = static_cast<unsigned int>(encodeCharacter<Pairs>(character, sourceBuffer, i) - character);
+            std::copy_n(character, std::min<std::size_t>(size, blockSize - j), dest + j);
+            j += size;
+        }
     }
 }
 
-template <class CharType>
-std::unique_ptr<CharType[]> allocateText(unsigned int length) {
-    return std::unique_ptr<CharType[]>(new CharType[static_cast<std::size_t>(length) + 1]);
+constexpr char FROM_UCS2[] = "Vorn::stringDataConvertToUTF8FromUCS2";
+constexpr char FROM_UTF16[] = "Vorn::stringDataConvertToUTF8FromUTF16";
+
+void stringDataConvertToUTF8FromWide(StringDataSubCharset charset, unsigned char* dest, unsigned int destLength,
+                                     std::size_t blockSize, const UTF16Char* sourceBuffer, unsigned int sourceLength) {
+    if (charset == STRING_DATA_UCS2) {
+        encodeText<false, FROM_UCS2>(dest, destLength, blockSize, sourceBuffer, sourceLength);
+    } else {
+        encodeText<true, FROM_UTF16>(dest, destLength, blockSize, sourceBuffer, sourceLength);
+    }
 }
 
 } // namespace
 
 void stringDataConvertToUTF8FromUCS2(unsigned char* dest, unsigned int destLength, const UTF16Char* sourceBuffer,
                                      unsigned int sourceLength) {
-    unsigned int j = 0;
-    for (unsigned int i = 0; i < sourceLength;) {
-        VORN_INTERNAL_ASSERT(j < destLength, "destination buffer too short!");
-        j = static_cast<unsigned int>(encodeCharacter<false>(dest + j, sourceBuffer, i) - dest);
-    }
+    encodeText<false, FROM_UCS2>(dest, destLength, UNKNOWN_SIZE, sourceBuffer, sourceLength);
 }
 
 void stringDataConvertToUTF8FromUTF16(unsigned char* dest, unsigned int destLength, const UTF16Char* sourceBuffer,
                                       unsigned int sourceLength) {
-    unsigned int j = 0;
-    for (unsigned int i = 0; i < sourceLength;) {
-        VORN_INTERNAL_ASSERT(j < destLength, "destination buffer too short!");
-        j = static_cast<unsigned int>(encodeCharacter<true>(dest + j, sourceBuffer, i) - dest);
-    }
+    encodeText<true, FROM_UTF16>(dest, destLength, UNKNOWN_SIZE, sourceBuffer, sourceLength);
 }
 
 namespace {
@@ -464,22 +480,23 @@ unsigned int measureConverted(const Source* sourceBuffer, const StringDataBuffer
 }
 
 template <const auto& Function, class Target, class Source>
-void convertInto(Target* dest, unsigned int destLength, const Source* sourceBuffer, unsigned int sourceLength,
-                 StringDataSubCharset charset) {
+void convertInto(Target* dest, unsigned int destLength, std::size_t blockSize, const Source* sourceBuffer,
+                 unsigned int sourceLength, StringDataSubCharset charset) {
     if (charset == STRING_DATA_ASCII)
         convertPlain<Function>(dest, sourceBuffer, sourceLength);
     else if constexpr (sizeof(Source) == 1)
         stringDataConvertToUTF16FromNonASCIIUTF8(charset, dest, destLength, sourceBuffer, sourceLength);
     else
-        stringDataConvertToUTF8FromWide(charset, dest, destLength, sourceBuffer, sourceLength);
+        stringDataConvertToUTF8FromWide(charset, dest, destLength, blockSize, sourceBuffer, sourceLength);
 }
 
 template <const auto& Function, class Target, class Source>
 Target* convertToNew(const Source* sourceBuffer, const StringDataBufferInfo& sourceInfo, StringDataSubCharset charset,
                      StringDataBufferInfo& destInfo) {
     const unsigned int length = measureConverted(sourceBuffer, sourceInfo, charset);
-    auto dest = allocateText<Target>(length);
-    convertInto<Function>(dest.get(), length, sourceBuffer, sourceInfo.m_length, charset);
+    const std::size_t blockSize = static_cast<std::size_t>(length) + 1;
+    std::unique_ptr<Target[]> dest(new Target[blockSize]);
+    convertInto<Function>(dest.get(), length, blockSize, sourceBuffer, sourceInfo.m_length, charset);
     dest[length] = 0;
     destInfo.m_length = length;
     destInfo.m_allocationType = STRING_DATA_DYNAMIC;
@@ -492,10 +509,11 @@ Target* convertToRoom(const Source* sourceBuffer, const StringDataBufferInfo& so
                       unsigned int capacity) {
     const unsigned int length = measureConverted(sourceBuffer, sourceInfo, charset);
     const unsigned int room = std::max(capacity, length);
-    auto dest = allocateText<Target>(room);
+    const std::size_t blockSize = static_cast<std::size_t>(room) + 1;
+    std::unique_ptr<Target[]> dest(new Target[blockSize]);
     // Only text that becomes UTF-16 may use the whole room.
     const unsigned int destLength = sizeof(Target) == 2 ? room : length;
-    convertInto<Function>(dest.get(), destLength, sourceBuffer, sourceInfo.m_length, charset);
+    convertInto<Function>(dest.get(), destLength, blockSize, sourceBuffer, sourceInfo.m_length, charset);
     dest[room] = 0;
     dest[length] = 0;
     return dest.release();
@@ -505,7 +523,8 @@ template <const auto& Function, class Target, class Source>
 unsigned int convertToCopy(const Source* sourceBuffer, const StringDataBufferInfo& sourceInfo,
                            StringDataSubCharset charset, Target* dest, unsigned int destLength) {
     const unsigned int length = measureConverted(sourceBuffer, sourceInfo, charset);
-    if (destLength >= length) convertInto<Function>(dest, destLength, sourceBuffer, sourceInfo.m_length, charset);
+    if (destLength >= length)
+        convertInto<Function>(dest, destLength, UNKNOWN_SIZE, sourceBuffer, sourceInfo.m_length, charset);
     return length;
 }
 
@@ -547,8 +566,11 @@ void stringDataConvertToUTF8(std::string& dest, const UTF16Char* sourceBuffer, c
     const unsigned int length = sourceInfo.m_length;
     if (length == 0) return;
     if (charset == STRING_DATA_ASCII) {
-        dest.resize(length);
-        convertPlain<CONVERT_TO_UTF8>(reinterpret_cast<unsigned char*>(dest.data()), sourceBuffer, length);
+        const unsigned int end = findPlainEnd(sourceBuffer, 0, length);
+        dest.reserve(length);
+        dest.resize(end);
+        for (unsigned int i = 0; i < end; ++i) dest[i] = static_cast<char>(sourceBuffer[i]);
+        checkASCII<CONVERT_TO_UTF8>(sourceBuffer, end, length);
         return;
     }
 

@@ -96,16 +96,6 @@ inline Outcome convertInto(const Units& source, unsigned int length, int charset
     return fill(charset != 2, dest, destLength, source, length);
 }
 
-/// True if the loop to UTF-8 under UCS-2 would run past `blockSize`: each null takes a byte more than it counts, and
-/// the last character begins where room is left.
-inline bool runsPast(const Units& source, unsigned int length, unsigned int destLength, unsigned int blockSize) {
-    unsigned int j = 0;
-    for (unsigned int i = 0; i < length && j < destLength;)
-        j += static_cast<unsigned int>(encoded(source, i, false).size());
-    return j > blockSize;
-}
-inline bool runsPast(const Bytes&, unsigned int, unsigned int, unsigned int) { return false; }
-
 /// Replaces a standard string.
 inline Outcome toStandardString(const Units& source, unsigned int length, int charset, std::string& dest) {
     dest.clear();

@@ -103,6 +103,23 @@ TEST(StringDataConvertToUTF8, NullBeforeAnotherCharacterRunsOutOfRoomUnderUCS2) 
     EXPECT_EQ(Bytes(dest, dest + 5), (Bytes{0x41, 0xC0, 0x80, UNWRITTEN, UNWRITTEN}));
 }
 
+TEST(StringDataConvertToUTF8, ThreeBytesBehindNullsStayInTheNewBlock) {
+    // The last character begins on the last byte that was counted. Its second byte gives way to the terminator, and its
+    // third has no place in the block at all: the address sanitizer tells whether it was written.
+    const UTF16Char text[] = {0x0000, 0x0000, 0x20AC};
+    const Bytes expected{0xC0, 0x80, 0xC0, 0x80, 0xE2, 0x00};
+    StringDataBufferInfo destInfo = infoOf(0);
+    const std::unique_ptr<unsigned char[]> dest(
+        Vorn::stringDataConvertToUTF8(text, infoOf(3), STRING_DATA_UCS2, destInfo));
+    EXPECT_EQ(destInfo.m_length, 5u);
+    EXPECT_EQ(lastAllocationSize(), 6u);
+    EXPECT_EQ(Bytes(dest.get(), dest.get() + 6), expected);
+    const std::unique_ptr<unsigned char[]> room(
+        Vorn::stringDataConvertCreateUTF8(text, infoOf(3), STRING_DATA_UCS2, 0));
+    EXPECT_EQ(lastAllocationSize(), 6u);
+    EXPECT_EQ(Bytes(room.get(), room.get() + 6), expected);
+}
+
 TEST(StringDataConvertToUTF8, CopyAsksForTheSizeAndWritesNoTerminator) {
     const Units text = reference::toUTF16({0x61, 0xE9, 0x20AC, 0x1F600});
     Bytes dest(11, UNWRITTEN);
@@ -160,6 +177,7 @@ TEST(StringDataConvertToUTF8, FailuresNameTheOuterFunction) {
         EXPECT_EQ(Bytes(dest, dest + 3), (Bytes{0x61, UNWRITTEN, UNWRITTEN}));
         expectRaises<2>([&] { Vorn::stringDataConvertToUTF8(string, text, infoOf(3), STRING_DATA_ASCII); }, message,
                         "Vorn::stringDataConvertToUTF8", file);
+        EXPECT_EQ(string, "a") << "what stood before the fault was appended, and nothing else";
     }
 }
 
