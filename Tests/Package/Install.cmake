@@ -1,0 +1,31 @@
+# Installs the build, looks at what arrived, and moves the prefix away.
+include("${CMAKE_CURRENT_LIST_DIR}/Common.cmake")
+
+file(REMOVE_RECURSE "${SCRATCH_DIR}")
+run(${CMAKE_COMMAND} --install "${BUILD_DIR}" --prefix "${INSTALL_PREFIX}")
+
+file(GLOB_RECURSE headers RELATIVE "${REPOSITORY}/Include" "${REPOSITORY}/Include/*")
+file(GLOB_RECURSE installed RELATIVE "${INSTALL_PREFIX}/${INCLUDE_DIR}" "${INSTALL_PREFIX}/${INCLUDE_DIR}/*")
+if(NOT headers STREQUAL installed)
+    message(FATAL_ERROR "headers: ${headers}\ninstalled: ${installed}")
+endif()
+
+string(REGEX MATCH "^[0-9]+" major "${VERSION}")
+file(READ_SYMLINK "${INSTALL_PREFIX}/${LIB_DIR}/libVorn.so" link)
+file(READ_SYMLINK "${INSTALL_PREFIX}/${LIB_DIR}/libVorn.so.${major}" soname_link)
+if(NOT link STREQUAL "libVorn.so.${major}" OR NOT soname_link STREQUAL "libVorn.so.${VERSION}")
+    message(FATAL_ERROR "links: libVorn.so -> ${link} -> ${soname_link}")
+endif()
+
+execute_process(COMMAND objdump -p "${INSTALL_PREFIX}/${LIB_DIR}/libVorn.so.${VERSION}" OUTPUT_VARIABLE dynamic
+    COMMAND_ERROR_IS_FATAL ANY)
+if(NOT dynamic MATCHES "SONAME +libVorn\\.so\\.${major}\n")
+    message(FATAL_ERROR "no soname libVorn.so.${major}:\n${dynamic}")
+endif()
+if(dynamic MATCHES "R(UN)?PATH[^\n]*")
+    message(FATAL_ERROR "the library searches folders of the machine that built it: ${CMAKE_MATCH_0}")
+endif()
+
+get_filename_component(moved_to "${PREFIX}" DIRECTORY)
+file(MAKE_DIRECTORY "${moved_to}")
+file(RENAME "${INSTALL_PREFIX}" "${PREFIX}")

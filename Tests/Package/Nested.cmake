@@ -1,0 +1,10 @@
+# The repository as a part of another project: it builds, and brings none of its own tests, examples and warnings.
+include("${CMAKE_CURRENT_LIST_DIR}/Common.cmake")
+
+make_outside_dir(outside)
+file(COPY "${CMAKE_CURRENT_LIST_DIR}/Nested" "${CMAKE_CURRENT_LIST_DIR}/Consumer/Consumer.cpp" DESTINATION "${outside}")
+run(${CMAKE_COMMAND} -S "${outside}/Nested" -B "${outside}/build" -G "${GENERATOR}"
+    "-DCMAKE_CXX_COMPILER=${CXX_COMPILER}" -DCMAKE_CXX_FLAGS=-O0 "-DVORN_REPOSITORY=${REPOSITORY}")
+run(${CMAKE_COMMAND} --build "${outside}/build")
+run("${outside}/build/Consumer")
+file(REMOVE_RECURSE "${outside}")
