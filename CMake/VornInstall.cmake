@@ -16,6 +16,11 @@ install(FILES "${CMAKE_CURRENT_BINARY_DIR}/VornConfig.cmake" "${CMAKE_CURRENT_BI
     DESTINATION ${VORN_PACKAGE_DIR})
 
 # pkg-config files find the rest of the installation from their own place, so that a prefix can be moved.
+foreach(folder LIBDIR INCLUDEDIR)
+    if(IS_ABSOLUTE "${CMAKE_INSTALL_${folder}}")
+        message(FATAL_ERROR "CMAKE_INSTALL_${folder} must be relative to the prefix")
+    endif()
+endforeach()
 file(RELATIVE_PATH VORN_PC_TO_PREFIX "/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/")
 string(REGEX REPLACE "/$" "" VORN_PC_TO_PREFIX "${VORN_PC_TO_PREFIX}")
 configure_file(CMake/vorn.pc.in vorn.pc @ONLY)

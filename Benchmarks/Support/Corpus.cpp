@@ -11,7 +11,7 @@
 
 namespace {
 
-// Characters of a script, and how often (in 16 characters) a word ends.
+// A run of characters that a script is drawn from.
 struct Script {
     const char* name;
     unsigned int first;

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <fstream>
-#include <iterator>
 #include <stdexcept>
 #include <system_error>
 
@@ -14,7 +13,9 @@ using Bytes = std::vector<unsigned char>;
 Bytes readBytes(const std::filesystem::path& path) {
     std::ifstream file(path, std::ios::binary);
     if (!file) throw std::runtime_error(path.string() + ": " + std::generic_category().message(errno));
-    Bytes bytes{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    Bytes bytes;
+    char block[65536];
+    while (file.read(block, sizeof(block)), file.gcount() > 0) bytes.insert(bytes.end(), block, block + file.gcount());
     if (file.bad()) throw std::runtime_error(path.string() + ": reading failed");
     if (bytes.size() >= 0xFFFFFFFF) throw std::runtime_error(path.string() + ": too large for one text");
     return bytes;

@@ -5,7 +5,8 @@
 // Each file becomes one row: how it is encoded, how long it is in bytes, characters and units of the other encoding,
 // what repertoire it needs, whether converting it gives the text that it should, and how fast the library takes it in.
 // Without arguments it reads the sample texts beside this source. A file that is no valid text gets a row with the
-// library's report; a file that cannot be read gets a message, and the program then ends with 1.
+// library's report and the place of the first bad unit, not counting a byte order mark; a file that cannot be read gets
+// a message, and the program then ends with 1.
 #include "PlainUnicode.h"
 #include "TextFile.h"
 
@@ -194,7 +195,7 @@ int main(int argumentCount, char** arguments) {
             failures.emplace_back(error.what());
         }
     }
-    print(rows);
+    if (!rows.empty()) print(rows);
     for (const std::string& failure : failures) std::cerr << "TextReport: cannot read " << failure << '\n';
     return failures.empty() ? 0 : 1;
 }

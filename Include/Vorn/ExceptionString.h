@@ -21,8 +21,8 @@ class String;
 
 /// Text of a failure report: null, static (somebody else's characters) or dynamic (a shared heap block).
 /// @warning Length and flags share one word without a guard. A length with bit 14 or bit 15 set (16384 to 65535, for
-///     example) is stored in full, but `size` reports it without these bits, and a static text of such a length is
-///     taken for a dynamic one.
+///     example) is stored in full, but `size` reports it without these bits. With bit 14 the text reads as being
+///     created, and a static text with bit 15 is taken for a dynamic one.
 class VORN_API ExceptionString {
 public:
     /// A null text.

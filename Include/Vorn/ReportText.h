@@ -31,15 +31,13 @@ constexpr bool isIdentifierCharacter(char c) {
 /// The source path of a report from a compiler's path: without its ending, and for a header of this library from the
 /// repository's root, wherever the header is installed ("Include/Vorn/String/StringData"). The paths of sources are
 /// shortened by the build.
-template <int Size>
-constexpr FixedText<Size + 8> sourcePath(const char (&path)[Size]) {
+/// `ownPath` is what the compiler calls this header: public headers lie in the same folder.
+template <int Size, int OwnSize = sizeof(__FILE__)>
+constexpr FixedText<Size + 8> sourcePath(const char (&path)[Size], const char (&ownPath)[OwnSize] = __FILE__) {
     int name = 0;       // start of the file's name
     int end = Size - 1; // behind the last character that is kept
-    int library = -1;   // start of the last folder called Vorn
-    for (int i = 0; i < Size - 1; ++i) {
-        if (i == name && (startsWith(path + i, "Vorn/") || startsWith(path + i, "Vorn\\"))) library = i;
+    for (int i = 0; i < Size - 1; ++i)
         if (path[i] == '/' || path[i] == '\\') name = i + 1;
-    }
     for (int i = Size - 2; i > name; --i) {
         if (path[i] == '.') {
             end = i;
@@ -48,9 +46,14 @@ constexpr FixedText<Size + 8> sourcePath(const char (&path)[Size]) {
     }
 
     FixedText<Size + 8> result;
-    const bool isLibraryHeader = library >= 0 && startsWith(path + end, ".h") && end + 3 == Size;
-    if (isLibraryHeader) result.append("Include/", 8);
-    for (int i = isLibraryHeader ? library : 0; i < end; ++i) result.append(path[i] == '\\' ? '/' : path[i]);
+    constexpr int OWN_NAME = sizeof("ReportText.h") - 1;
+    constexpr int LIBRARY = sizeof("Vorn/") - 1;
+    constexpr int COMMON = OwnSize - 1 - OWN_NAME; // length of the folder, "Vorn/" included
+    int common = 0;
+    while (common < COMMON && common < Size - 1 && path[common] == ownPath[common]) ++common;
+    const bool isPublicHeader = common == COMMON;
+    if (isPublicHeader) result.append("Include/", 8);
+    for (int i = isPublicHeader ? COMMON - LIBRARY : 0; i < end; ++i) result.append(path[i] == '\\' ? '/' : path[i]);
     return result;
 }
 
@@ -77,6 +80,9 @@ public:
                 --depth;
                 ++m_position;
             } else if (depth > 0) {
+                ++m_position;
+            } else if (c == '(' && m_description[m_position + 1] == '*') {
+                m_name.clear(); // the result is a pointer to a function: "void (* f())(int)"
                 ++m_position;
             } else if (c == '(') {
                 m_complete = true;

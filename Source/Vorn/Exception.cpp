@@ -35,13 +35,11 @@ void formatMessage(ExceptionString& message, const ExceptionString& prefix, cons
     message.doneCreateString(total);
 }
 
-// Raises from a formatting function, whose arguments cannot be handed on to a constructor.
+// Raises for a formatting function, whose arguments cannot be handed on to a constructor.
 template <int N>
 [[noreturn]] void raiseFormatted(const ExceptionString& type, const ExceptionString& file,
                                  const ExceptionString& function, const ExceptionString& lineString, unsigned int line,
-                                 const ExceptionString& prefix, const char* format, std::va_list arguments) {
-    ExceptionString message;
-    formatMessage(message, prefix, format, arguments);
+                                 const ExceptionString& message) {
     const Exception<N> exception(type, file, function, lineString, line, message);
     throw exception; // a copy, which shares the texts and does not report again
 }
@@ -160,10 +158,12 @@ void throwAssert(const ExceptionString& file, const ExceptionString& function, c
 
 void throwAssert(const ExceptionString& file, const ExceptionString& function, const ExceptionString& lineString,
                  unsigned int line, const ExceptionString& prefix, const char* format, ...) {
+    ExceptionString message;
     std::va_list arguments;
     va_start(arguments, format);
-    raiseFormatted<E::ASSERT>(VornPrivate::codeName<E::ASSERT>(), file, function, lineString, line, prefix, format,
-                              arguments);
+    formatMessage(message, prefix, format, arguments);
+    va_end(arguments);
+    raiseFormatted<E::ASSERT>(VornPrivate::codeName<E::ASSERT>(), file, function, lineString, line, message);
 }
 
 void throwInternalAssert(const ExceptionString& file, const ExceptionString& function,
@@ -174,10 +174,12 @@ void throwInternalAssert(const ExceptionString& file, const ExceptionString& fun
 void throwInternalAssert(const ExceptionString& file, const ExceptionString& function,
                          const ExceptionString& lineString, unsigned int line, const ExceptionString& prefix,
                          const char* format, ...) {
+    ExceptionString message;
     std::va_list arguments;
     va_start(arguments, format);
-    raiseFormatted<E::INTERNAL>(VornPrivate::codeName<E::INTERNAL>(), file, function, lineString, line, prefix, format,
-                                arguments);
+    formatMessage(message, prefix, format, arguments);
+    va_end(arguments);
+    raiseFormatted<E::INTERNAL>(VornPrivate::codeName<E::INTERNAL>(), file, function, lineString, line, message);
 }
 
 } // namespace Vorn

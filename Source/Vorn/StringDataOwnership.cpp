@@ -199,13 +199,13 @@ void StringData::detachExternalBuffer() {
     }
 }
 
-template const unsigned char* StringData::nullTerminateExternalString<unsigned char>() const;
-template const unsigned char* StringData::nullTerminateStaticString<unsigned char>() const;
-template const unsigned char* StringData::nullTerminateDynamicString<unsigned char>() const;
-template void StringData::detachExternalBuffer<unsigned char>();
-template const UTF16Char* StringData::nullTerminateExternalString<UTF16Char>() const;
-template const UTF16Char* StringData::nullTerminateStaticString<UTF16Char>() const;
-template const UTF16Char* StringData::nullTerminateDynamicString<UTF16Char>() const;
-template void StringData::detachExternalBuffer<UTF16Char>();
+template VORN_API const unsigned char* StringData::nullTerminateExternalString<unsigned char>() const;
+template VORN_API const unsigned char* StringData::nullTerminateStaticString<unsigned char>() const;
+template VORN_API const unsigned char* StringData::nullTerminateDynamicString<unsigned char>() const;
+template VORN_API void StringData::detachExternalBuffer<unsigned char>();
+template VORN_API const UTF16Char* StringData::nullTerminateExternalString<UTF16Char>() const;
+template VORN_API const UTF16Char* StringData::nullTerminateStaticString<UTF16Char>() const;
+template VORN_API const UTF16Char* StringData::nullTerminateDynamicString<UTF16Char>() const;
+template VORN_API void StringData::detachExternalBuffer<UTF16Char>();
 
 } // namespace Vorn

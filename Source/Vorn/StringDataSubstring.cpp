@@ -320,7 +320,7 @@ StringData* StringData::substrConvertUTF8ToUTF16(int offset, unsigned int length
     return new StringData(block, range.count + 1, STRING_DATA_DYNAMIC);
 }
 
-template StringData* StringData::substr<unsigned char>(int offset, unsigned int length) const;
-template StringData* StringData::substr<UTF16Char>(int offset, unsigned int length) const;
+template VORN_API StringData* StringData::substr<unsigned char>(int offset, unsigned int length) const;
+template VORN_API StringData* StringData::substr<UTF16Char>(int offset, unsigned int length) const;
 
 } // namespace Vorn

@@ -113,21 +113,34 @@ TEST(QualifiedName, ReadsTheDescriptionsOfBothCompilers) {
     EXPECT_NAME("Vorn::f()::<lambda(int)>", "Vorn::f");
     EXPECT_NAME("auto Vorn::f()::(anonymous class)::operator()(int) const", "Vorn::f");
     EXPECT_NAME("void Vorn::myoperator(int)", "Vorn::myoperator");
+    EXPECT_NAME("void (* Vorn::R::getDeleter())(void*)", "Vorn::R::getDeleter");
+    EXPECT_NAME("void (*Vorn::R::getDeleter(int))(void *)", "Vorn::R::getDeleter");
 #undef EXPECT_NAME
 }
 
-TEST(SourcePath, IsTheSameWhereverAHeaderIsInstalled) {
-#define EXPECT_PATH(path, text) EXPECT_STREQ(VornPrivate::sourcePath(path).characters, text)
-    EXPECT_PATH("Include/Vorn/String/StringData.h", "Include/Vorn/String/StringData");
-    EXPECT_PATH("/usr/include/Vorn/String/StringData.h", "Include/Vorn/String/StringData");
-    EXPECT_PATH("/home/Vorn/prefix.d/include/Vorn/Assert.h", "Include/Vorn/Assert");
-    EXPECT_PATH("C:\\include\\Vorn\\String\\UTF8.h", "Include/Vorn/String/UTF8");
-    EXPECT_PATH("Vorn/Assert.h", "Include/Vorn/Assert");
+TEST(SourcePath, OfAPublicHeaderIsTheSameWhereverItIsInstalled) {
+#define EXPECT_PATH(folder, path, text) \
+    EXPECT_STREQ(VornPrivate::sourcePath(folder path, folder "Vorn/ReportText.h").characters, text)
+    EXPECT_PATH("Include/", "Vorn/String/StringData.h", "Include/Vorn/String/StringData");
+    EXPECT_PATH("/usr/include/", "Vorn/String/StringData.h", "Include/Vorn/String/StringData");
+    EXPECT_PATH("/home/Vorn/prefix.d/include/", "Vorn/Assert.h", "Include/Vorn/Assert");
+    EXPECT_PATH("", "Vorn/Assert.h", "Include/Vorn/Assert");
+#undef EXPECT_PATH
+    EXPECT_STREQ(
+        VornPrivate::sourcePath("C:\\include\\Vorn\\String\\UTF8.h", "C:\\include\\Vorn\\ReportText.h").characters,
+        "Include/Vorn/String/UTF8");
+}
+
+TEST(SourcePath, OfAnyOtherFileLosesItsEndingOnly) {
+#define EXPECT_PATH(path, text) \
+    EXPECT_STREQ(VornPrivate::sourcePath(path, "Include/Vorn/ReportText.h").characters, text)
     EXPECT_PATH("Source/Vorn/ParseInt.cpp", "Source/Vorn/ParseInt");
+    EXPECT_PATH("Source/Vorn/TextRuns.h", "Source/Vorn/TextRuns");
+    EXPECT_PATH("Include/VornGame/Door.h", "Include/VornGame/Door");
+    EXPECT_PATH("Vorn/Door.h", "Vorn/Door");
     EXPECT_PATH("Game/Door.cpp", "Game/Door");
     EXPECT_PATH("Game.d/Door", "Game.d/Door");
-    EXPECT_PATH("Game/Door.h", "Game/Door");
-    EXPECT_PATH("MyVorn/Door.h", "MyVorn/Door");
+    EXPECT_PATH("", "");
 #undef EXPECT_PATH
 }
 

@@ -79,6 +79,8 @@ public:
 
     /// Copies the text as UTF-8 into `dest`, without a terminator, and returns its length. Nothing is written if
     /// `capacity` is smaller; the result is then 0xFFFFFFFF if the record has a UTF-8 buffer, else the length.
+    /// Raises what `stringDataConvertCopyToUTF8` raises.
+    /// @warning A text with U+0000 that is held as UTF-16 only is written up to two bytes past `capacity`.
     unsigned int copyToUTF8(unsigned char* dest, unsigned int capacity) const;
 
     /// The same for UTF-16; `capacity` and result count units.
@@ -120,10 +122,10 @@ public:
 
     /// The buffer of this encoding with a zero unit behind the text. Builds it if it is missing, and moves or copies
     /// the text if there is no such unit yet.
-    /// @warning The pointer dies at the next call that can move the buffer: one on a string that was cut from this one
-    /// or
-    ///     that this one was cut from, and for a text that was copied because it was static or somebody else's also the
-    ///     next call on this very record. From that second call on it stays.
+    /// @warning The pointer dies at the next call that can move the buffer: a call on a string that shares the block
+    /// and,
+    ///     for a text that was copied because it was static or somebody else's, the next call on this very record. From
+    ///     that second call on it stays.
     /// Raises `Exception<1>` for a static constant record without both terminated buffers.
     template <class CharType>
     const CharType* getTerminatedBuffer() const;

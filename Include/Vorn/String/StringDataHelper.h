@@ -54,11 +54,12 @@ VORN_API unsigned int stringDataConvertCopyToUTF16(const unsigned char* sourceBu
                                                    const StringDataBufferInfo& sourceInfo, StringDataSubCharset charset,
                                                    UTF16Char* dest, unsigned int destLength);
 
-/// Garbles some text: pairs whose first unit ends in 0xC0 to 0xFF (planes 4, 8, 12, 16 and beyond plane 3 in general)
-/// become malformed bytes; U+0000 fails under `STRING_DATA_UCS2` unless it is the last character, and then loses its
-/// second byte; under `STRING_DATA_UNICODE` one byte at the end stays unwritten for each U+007F.
-/// Returns a new terminated buffer, the caller's to free with array delete, and fills length, type and terminated flag
-/// of `destInfo`. Raises `Exception<2>` if the text does not fit the verdict, and leaves no buffer behind.
+/// Garbles some text: pairs of the planes 4, 8, 12 and 16, whose first unit ends in 0xC0 to 0xFF, become malformed
+/// bytes; under `STRING_DATA_UCS2` each U+0000 is written as two bytes and counted as one, so that the end of the text
+/// is cut by as many bytes, or fails with "j < destLength : destination buffer too short!" if a character starts behind
+/// the counted length; under `STRING_DATA_UNICODE` one byte at the end stays unwritten for each U+007F. Returns a new
+/// terminated buffer, the caller's to free with array delete, and fills length, type and terminated flag of `destInfo`.
+/// Raises `Exception<2>` if the text does not fit the verdict, and leaves no buffer behind.
 VORN_API unsigned char* stringDataConvertToUTF8(const UTF16Char* sourceBuffer, const StringDataBufferInfo& sourceInfo,
                                                 StringDataSubCharset charset, StringDataBufferInfo& destInfo);
 
@@ -70,6 +71,8 @@ VORN_API unsigned char* stringDataConvertCreateUTF8(const UTF16Char* sourceBuffe
 
 /// As `stringDataConvertToUTF8`, into the caller's memory and without a terminator. Returns the length in bytes, and
 /// writes nothing if `destLength` is below that.
+/// @warning A text with U+0000 under `STRING_DATA_UCS2` is written up to two bytes past `destLength`: leave room for
+///     them. It does not fail as long as its characters start below `destLength`.
 VORN_API unsigned int stringDataConvertCopyToUTF8(const UTF16Char* sourceBuffer, const StringDataBufferInfo& sourceInfo,
                                                   StringDataSubCharset charset, unsigned char* dest,
                                                   unsigned int destLength);

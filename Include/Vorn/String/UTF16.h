@@ -68,8 +68,9 @@ public:
         return VornPrivate::packSurrogates(c);
     }
 
-    /// Sets the lowest bit of every even code below 0xFFFE, as `getUCS2Char` does, and packs everything from there on
-    /// without a check: 0xFFFE gives 0xDBFFDFFE and 0x110000 gives 0xD800DC00. For a pair take `getSurrogatePair`.
+    /// Sets the lowest bit of every even valid code below 0xFFFE, as `getUCS2Char` does, and packs everything from
+    /// there on without a check: 0xFFFE gives 0xDBFFDFFE and 0x110000 gives 0xD800DC00. For a pair take
+    /// `getSurrogatePair`.
     static constexpr unsigned int getUTF16(unsigned int c) noexcept {
         const unsigned int unit = getUCS2Char(c);
         return VornPrivate::select(VornPrivate::belowMask(unit, 0xFFFF), unit, VornPrivate::packSurrogates(c));
@@ -86,7 +87,8 @@ public:
 
     /// Not what the name promises: 0xFF000000 is added to ASCII (0x41 gives 0xFF000041), and the first unit of a pair
     /// comes out 0xC0 too low (0xF0908080 gives 0xD740DC00). A 3-byte word gives what `UTF32::getUTF32CharForUTF8`
-    /// gives, any other word comes back unchanged. For bytes take `getUTF16` on four bytes or on a buffer.
+    /// gives, a 2-byte word its code, any other word itself; to these two kinds 0xFF000000 is added below 0xC280. For
+    /// bytes take `getUTF16` on four bytes or on a buffer.
     /// Raises `Exception<2>` with "p || seq < 0x80 : Invalid sequence!" for a word such as 0x10C080.
     static unsigned int getUTF16ForUTF8(unsigned int seq) {
         if (VornPrivate::isPacked4Bytes(seq)) {

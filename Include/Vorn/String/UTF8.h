@@ -1,7 +1,8 @@
 // UTF8: single characters as UTF-8, packed big-endian into a word of 32 bits ("seq": 0xC3A9 for U+00E9).
 //
-// The members are small, inline, free of branches where they check nothing, and touch no memory: they are the bricks of
-// whole-buffer loops. For whole buffers take the functions of StringDataHelper.h.
+// The members are small and inline and touch no memory; where they check nothing they hold no branch but the choice of
+// `getUTF8` by the number of bytes. They are the bricks of whole-buffer loops. For whole buffers take the functions of
+// StringDataHelper.h.
 //
 // A code is valid from 0 to 0x10FFFF unless it is a surrogate or a noncharacter (0xFDD0 to 0xFDEF, or 0xFFFE and 0xFFFF
 // in the low 16 bits). Results that are no character are noncharacters themselves: 0xFDD1 for a first surrogate, 0xFDD2
@@ -74,7 +75,9 @@ public:
 
     /// The packed sequence of a unit that is a character by itself, or 0xFDEF; surrogates are plainly invalid here.
     static constexpr unsigned int getUTF8ForUCS2(UTF16Char c) noexcept {
-        return VornPrivate::select(VornPrivate::surrogateMask(c), VornPrivate::INVALID_CHARACTER, getUTF8(c));
+        using namespace VornPrivate;
+        const unsigned int seq = select(belowMask(c, 0x80), c, select(belowMask(c, 0x800), packCode2(c), packCode3(c)));
+        return select(surrogateMask(c) | nonCharacterMask(c), INVALID_CHARACTER, seq);
     }
 
     /// Right only for a `first` below 0xD8C0 (planes 1 to 3): beyond, two bits of it are lost or reach the wrong place,
