@@ -1,9 +1,13 @@
 #include "Support/AllocationCounter.h"
 
 #include <atomic>
+#include <cstdint>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <mutex>
 #include <new>
+#include <unordered_map>
 
 namespace {
 
@@ -11,21 +15,68 @@ std::atomic<std::size_t> allocations{0};
 std::atomic<std::size_t> liveAllocations{0};
 std::atomic<std::size_t> lastSize{0};
 std::atomic<std::size_t> failingAllocation{0};
+std::atomic<const void*> lastArray{nullptr};
 
-void* allocate(std::size_t size) {
+// The ledger must not count itself.
+template <class T>
+struct UncountedAllocator {
+    using value_type = T;
+    UncountedAllocator() = default;
+    template <class Other>
+    UncountedAllocator(const UncountedAllocator<Other>&) {}
+    T* allocate(std::size_t n) { return static_cast<T*>(std::malloc(n * sizeof(T))); }
+    void deallocate(T* block, std::size_t) { std::free(block); }
+    bool operator==(const UncountedAllocator&) const { return true; }
+};
+
+struct Block {
+    std::size_t size;
+    bool isArray;
+};
+
+using Ledger = std::unordered_map<std::uintptr_t, Block, std::hash<std::uintptr_t>, std::equal_to<std::uintptr_t>,
+                                  UncountedAllocator<std::pair<const std::uintptr_t, Block>>>;
+
+// An address that stood in the ledger as it is would keep its block from being a leak.
+std::uintptr_t disguised(const void* block) { return ~reinterpret_cast<std::uintptr_t>(block); }
+
+std::mutex ledgerMutex;
+
+// Never destroyed: blocks are released until the very end of the program.
+Ledger& ledger() {
+    alignas(Ledger) static unsigned char storage[sizeof(Ledger)];
+    static Ledger* const blocks = ::new (storage) Ledger;
+    return *blocks;
+}
+
+void* allocate(std::size_t size, bool isArray) {
     if (failingAllocation != 0 && --failingAllocation == 0) throw std::bad_alloc();
     void* const block = std::malloc(size ? size : 1);
     if (!block) throw std::bad_alloc();
     std::memset(block, FRESH_BYTE, size);
+    const std::lock_guard<std::mutex> lock(ledgerMutex);
+    ledger()[disguised(block)] = Block{size, isArray};
     ++allocations;
     ++liveAllocations;
     lastSize = size;
     return block;
 }
 
-void release(void* block) noexcept {
+void release(void* block, bool isArray) noexcept {
     if (!block) return;
+    {
+        const std::lock_guard<std::mutex> lock(ledgerMutex);
+        const auto entry = ledger().find(disguised(block));
+        if (entry == ledger().end() || entry->second.isArray != isArray) {
+            std::fputs(entry == ledger().end() ? "delete of an address that new did not give\n"
+                                               : "new and delete do not agree about arrays\n",
+                       stderr);
+            std::abort();
+        }
+        ledger().erase(entry);
+    }
     --liveAllocations;
+    if (isArray) lastArray = block;
     std::free(block);
 }
 
@@ -36,9 +87,17 @@ std::size_t liveAllocationCount() { return liveAllocations; }
 std::size_t lastAllocationSize() { return lastSize; }
 void failAllocation(std::size_t n) { failingAllocation = n; }
 
-void* operator new(std::size_t size) { return allocate(size); }
-void* operator new[](std::size_t size) { return allocate(size); }
-void operator delete(void* block) noexcept { release(block); }
-void operator delete[](void* block) noexcept { release(block); }
-void operator delete(void* block, std::size_t) noexcept { release(block); }
-void operator delete[](void* block, std::size_t) noexcept { release(block); }
+std::size_t liveArraySize(const void* block) {
+    const std::lock_guard<std::mutex> lock(ledgerMutex);
+    const auto entry = ledger().find(disguised(block));
+    return entry != ledger().end() && entry->second.isArray ? entry->second.size : 0;
+}
+
+const void* lastReleasedArray() { return lastArray; }
+
+void* operator new(std::size_t size) { return allocate(size, false); }
+void* operator new[](std::size_t size) { return allocate(size, true); }
+void operator delete(void* block) noexcept { release(block, false); }
+void operator delete[](void* block) noexcept { release(block, true); }
+void operator delete(void* block, std::size_t) noexcept { release(block, false); }
+void operator delete[](void* block, std::size_t) noexcept { release(block, true); }

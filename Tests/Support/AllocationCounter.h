@@ -1,4 +1,5 @@
-// Counts what the program takes from the heap by `new`, in every module of it, and fails allocations on request.
+// Counts what the program takes from the heap by `new`, in every module of it, and fails allocations on request. A
+// delete of an address that new did not give, or in the form for arrays where new was not, ends the program.
 // Support/AllocationCounter.cpp replaces the global operators; link it into the test program that wants the count.
 #pragma once
 
@@ -18,6 +19,12 @@ std::size_t lastAllocationSize();
 
 /// Lets the n-th allocation from now on (1 for the next one) throw `std::bad_alloc`; 0 for none.
 void failAllocation(std::size_t n);
+
+/// Bytes of the live block that array new gave at this very address; 0 if there is none.
+std::size_t liveArraySize(const void* block);
+
+/// The address that array delete released last.
+const void* lastReleasedArray();
 
 /// Allocations by `new` while `run` runs.
 template <class Callable>
