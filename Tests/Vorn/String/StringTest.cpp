@@ -437,4 +437,13 @@ TEST(ExceptionStringFromString, NullCharacterFailsUnlessItIsTheLast) {
     EXPECT_EQ(std::memcmp(text.getString(), "a\xC0\0", 3), 0);
 }
 
+// The last character begins on the last byte that was measured, and is written behind it.
+TEST(ExceptionStringFromString, CharacterBehindNullsStaysInTheBlock) {
+    const UTF16Char units[] = {0, 0, 0x20AC};
+    const ExceptionString text(String(units, 3, STRING_DATA_STATIC), 0.0f);
+    EXPECT_EQ(text.size(), 5);
+    EXPECT_EQ(std::memcmp(text.getString(), "\xC0\x80\xC0\x80\xE2\0", 6), 0);
+    EXPECT_GE(lastAllocationSize(), sizeof(int) + 7); // the count and all that was written
+}
+
 } // namespace
