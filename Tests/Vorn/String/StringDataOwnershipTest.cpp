@@ -1,4 +1,5 @@
 #include "Support/AllocationCounter.h"
+#include "Support/Effort.h"
 #include "Support/Report.h"
 #include "Support/StringDataChains.h"
 #include "Support/StringDataProbe.h"
@@ -332,18 +333,13 @@ TYPED_TEST(StringDataOwnership, EveryOrderOfTerminatingAndDroppingKeepsTheTexts)
         {"a caller's and terminated", std::string_view("abcdefgh\0", 9), false},
     };
     static const std::array<std::string, 4> texts = {"abcdefgh", "bcd", "defgh", "fg"};
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__) || !defined(__OPTIMIZE__)
-    constexpr int Step = 31;
-#else
-    constexpr int Step = 1;
-#endif
     const std::size_t live = liveAllocationCount();
     for (const auto& root : roots) {
         // Each string stands twice in the order: it is terminated at the first place and dropped at the second.
         std::array<int, 8> order = {0, 0, 1, 1, 2, 2, 3, 3};
-        int number = 0;
+        unsigned int number = 0;
         do {
-            if (number++ % Step != 0) continue;
+            if (number++ % ROW_STEP != 0) continue;
             SCOPED_TRACE(root.name);
             auto buffer = callerBuffer<TypeParam>(root.units);
             std::array<String, 4> strings;
@@ -377,7 +373,7 @@ TYPED_TEST(StringDataOwnership, EveryOrderOfTerminatingAndDroppingKeepsTheTexts)
                 }
             }
         } while (std::next_permutation(order.begin(), order.end()));
-        EXPECT_EQ(number, 2520);
+        EXPECT_EQ(number, 2520u);
     }
     EXPECT_EQ(liveAllocationCount(), live);
 }
