@@ -71,6 +71,8 @@ StringData::~StringData() {
     }
 }
 
+void StringData::destroy() { delete this; }
+
 void StringData::copyTo(std::string& dest) const {
     if (m_UTF8Buffer) {
         dest.assign(reinterpret_cast<const char*>(m_UTF8Buffer), m_utf8Info.m_length);

@@ -43,9 +43,3 @@ struct StringDataProbe {
 };
 
 } // namespace VornPrivate
-
-/// The record, without what the compiler knows of it: it would follow counts into branches that are never taken.
-inline Vorn::StringData* opaque(Vorn::StringData* record) {
-    Vorn::StringData* volatile hidden = record;
-    return hidden;
-}

@@ -50,7 +50,7 @@ public:
 
     /// One handle less; with the last one, the record destroys and frees itself. A static record survives.
     void decRefCount() {
-        if (m_refCount-- == 1 && !m_staticConstString) delete this;
+        if (m_refCount-- == 1 && !m_staticConstString) destroy();
     }
 
     unsigned int getRefCount() const noexcept { return m_refCount; } ///< number of handles
@@ -168,6 +168,9 @@ private:
         : m_utf8Info{nullptr, nullptr, length, 0, STRING_DATA_STATIC, 1},
           m_utf16Info{nullptr, nullptr, length, 0, STRING_DATA_STATIC, 1}, m_UTF8Buffer(utf8), m_UTF16Buffer(utf16),
           m_refCount(refCount), m_charset(STRING_DATA_ASCII), m_embeddedNulls(0), m_staticConstString(1) {}
+
+    // Destroys and frees the record. Out of line, or compilers that see two handles in one function warn of the second.
+    void destroy();
 
     template <class CharType>
     void initialise(const CharType* buffer, unsigned int length, StringAllocationType type);

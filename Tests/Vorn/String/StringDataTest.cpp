@@ -219,15 +219,15 @@ TEST(StringData, InvalidTextIsRefusedAndTheBufferStaysWithTheCaller) {
 TEST(StringData, CountsHandlesAndDiesWithTheLast) {
     const std::size_t live = liveAllocationCount();
     auto* const record = new StringData(newBlock<unsigned char>("abc"), 3, STRING_DATA_DYNAMIC);
-    EXPECT_EQ(opaque(record)->getRefCount(), 0u);
-    opaque(record)->incRefCount();
-    EXPECT_EQ(opaque(record)->getRefCount(), 1u);
-    opaque(record)->incRefCount();
-    EXPECT_EQ(opaque(record)->getRefCount(), 2u);
-    opaque(record)->decRefCount();
-    EXPECT_EQ(opaque(record)->getRefCount(), 1u);
+    EXPECT_EQ(record->getRefCount(), 0u);
+    record->incRefCount();
+    EXPECT_EQ(record->getRefCount(), 1u);
+    record->incRefCount();
+    EXPECT_EQ(record->getRefCount(), 2u);
+    record->decRefCount();
+    EXPECT_EQ(record->getRefCount(), 1u);
     EXPECT_EQ(liveAllocationCount(), live + 2);
-    opaque(record)->decRefCount();
+    record->decRefCount();
     EXPECT_EQ(liveAllocationCount(), live);
 }
 
@@ -238,10 +238,10 @@ TEST(StringData, StaticRecordSurvivesEveryRelease) {
     const std::size_t live = liveAllocationCount();
     EXPECT_TRUE(record->isStaticConstString());
     for (int round = 0; round < 3; ++round) {
-        opaque(record)->incRefCount();
-        EXPECT_EQ(opaque(record)->getRefCount(), 1u);
-        opaque(record)->decRefCount();
-        EXPECT_EQ(opaque(record)->getRefCount(), 0u);
+        record->incRefCount();
+        EXPECT_EQ(record->getRefCount(), 1u);
+        record->decRefCount();
+        EXPECT_EQ(record->getRefCount(), 0u);
     }
     EXPECT_EQ(liveAllocationCount(), live);
     delete record;
@@ -326,7 +326,7 @@ TEST(StringData, StaticEmptyRecordIsBuiltInBothEncodings) {
 TEST(StringData, CountOfTheStaticEmptyRecordStartsAtNoneAndReturnsThere) {
     EXPECT_EQ(StringData::s_emptyString.getRefCount(), 0u);
     {
-        const String handle(opaque(&StringData::s_emptyString));
+        const String handle(&StringData::s_emptyString);
         EXPECT_EQ(StringData::s_emptyString.getRefCount(), 1u);
     }
     EXPECT_EQ(StringData::s_emptyString.getRefCount(), 0u);

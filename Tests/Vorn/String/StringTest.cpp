@@ -145,7 +145,7 @@ TEST(String, TakesAShareOfARecord) {
         const String string(record);
         EXPECT_EQ(string.getData(), record);
         EXPECT_EQ(record->getRefCount(), 1u);
-        const auto second = std::make_unique<String>(opaque(record));
+        const auto second = std::make_unique<String>(record);
         EXPECT_EQ(record->getRefCount(), 2u);
     }
     EXPECT_EQ(liveAllocationCount(), live);
