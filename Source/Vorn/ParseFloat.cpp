@@ -1,0 +1,198 @@
+#include "Vorn/ParseFloat.h"
+
+#include "Vorn/Assert.h"
+#include "Vorn/ParseDigits.h"
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+#include <limits>
+
+// All arithmetic is done in double and rounded to the target type where a variable of that type is written. Products of
+// floats are exact in double, so the compiler may shorten them; sums are not.
+
+namespace VornPrivate {
+
+template <class T>
+struct FloatType;
+
+template <>
+struct FloatType<float> {
+    using Whole = unsigned long long; // the whole part, and a hexadecimal fraction
+    using Bits = unsigned int;
+    static constexpr unsigned int HEX_FRACTION_DIGITS = 6;
+    static constexpr float TENTH = 0.1f;
+};
+
+template <>
+struct FloatType<double> {
+    using Whole = unsigned int;
+    using Bits = unsigned long long;
+    static constexpr unsigned int HEX_FRACTION_DIGITS = 12;
+    static constexpr double TENTH = 0.1;
+};
+
+static_assert(std::numeric_limits<float>::is_iec559 && std::numeric_limits<double>::is_iec559);
+
+template <class T>
+constexpr T NOT_A_NUMBER = std::numeric_limits<T>::quiet_NaN();
+
+/// The code of a letter with its case removed.
+template <class CharType>
+constexpr unsigned int upperCase(CharType c) noexcept {
+    return static_cast<unsigned int>(c) & ~0x20u;
+}
+
+/// `base` to the power `exponent`, each product rounded to `T`.
+template <class T>
+constexpr T integerPower(T base, int exponent) noexcept {
+    const unsigned int sign = signMask(static_cast<unsigned int>(exponent));
+    unsigned int n = (static_cast<unsigned int>(exponent) ^ sign) - sign;
+    T result = 1;
+    while (true) {
+        if (n & 1) result *= base;
+        n >>= 1;
+        if (n == 0) break;
+        base *= base;
+    }
+    return sign ? T(1) / result : result;
+}
+
+/// Adds the digits from index `i` on to `value` and returns the index behind them.
+template <class T, class CharType>
+unsigned int parseFraction(const CharType* str, unsigned int i, unsigned int length, T& value) noexcept {
+    constexpr double factor = FloatType<T>::TENTH;
+    T weight = FloatType<T>::TENTH;
+    const auto addDigit = [&] {
+        const int digit = getDecimal(str[i]);
+        if (digit < 0) return false;
+        value = static_cast<T>(static_cast<double>(value) + static_cast<double>(weight) * digit);
+        weight = static_cast<T>(static_cast<double>(weight) * factor);
+        ++i;
+        return true;
+    };
+    while (i < length && length - i >= 4) {
+        if (!addDigit() || !addDigit() || !addDigit() || !addDigit()) return i;
+    }
+    while (i < length && addDigit()) {}
+    return i;
+}
+
+/// A decimal number without a sign; `i` is the index of its first unit first and of the first unit not read at the end.
+template <class T, class CharType>
+T parseDecimal(const CharType* str, unsigned int& i, unsigned int length) noexcept {
+    unsigned int count;
+    T value = static_cast<T>(parseDecimalDigits<typename FloatType<T>::Whole>(str + i, &count, length - i));
+    i += count;
+    if (str[i] == '.') i = parseFraction(str, i + 1, length, value);
+    if (i + 2 < length && upperCase(str[i]) == 'E') {
+        ++i;
+        const int exponent = parseSignedDecimalDigits<int>(str + i, &count, length - i);
+        i += count;
+        value = integerPower(T(10), exponent) * value;
+    }
+    return value;
+}
+
+/// A hexadecimal number without a sign; `i` is the index behind its "0x" first and of the first unit not read at the
+/// end.
+template <class T, class CharType>
+T parseHexadecimal(const CharType* str, unsigned int& i, unsigned int length) noexcept {
+    using Whole = typename FloatType<T>::Whole;
+    unsigned int count;
+    T value = static_cast<T>(parseHexadecimalDigits<Whole>(str + i, &count, length - i));
+    i += count;
+    if (count == 0 || i >= length) return value;
+
+    Whole fraction = 0;
+    unsigned int digits = 0;
+    if (str[i] == '.') {
+        ++i;
+        if (i >= length) return value;
+        fraction = parseHexadecimalDigits<Whole>(str + i, &digits,
+                                                 std::min(length - i, FloatType<T>::HEX_FRACTION_DIGITS));
+        i += digits;
+        if (i < length) { // digits beyond the limit are consumed, too
+            parseHexadecimalDigits<Whole>(str + i, &count, length - i);
+            i += count;
+        }
+    }
+
+    int exponent = 0;
+    if (i + 1 < length && upperCase(str[i]) == 'P') {
+        ++i;
+        exponent = parseSignedDecimalDigits<int>(str + i, &count, length - i);
+        i += count;
+    }
+    if (fraction != 0) {
+        // Half of the denominator is one bit in a signed word of 32 bits. It wraps from 8 digits on, and with exactly 8
+        // digits it is negative.
+        const double half = static_cast<int>(1u << ((4 * digits - 1) % 32));
+        const double denominator = 2 * half;
+        const T numerator = static_cast<T>(denominator * static_cast<double>(value) + static_cast<double>(fraction));
+        value = static_cast<T>(static_cast<double>(numerator) / denominator);
+    }
+    return static_cast<T>(std::ldexp(static_cast<double>(value), exponent));
+}
+
+template <class T, class CharType>
+T parseFloatType(const CharType* str, unsigned int* count, unsigned int length) {
+    using Bits = typename FloatType<T>::Bits;
+    VORN_ASSERT(str, "null pointer!");
+    const auto finish = [count](T value, unsigned int end) {
+        if (count) *count = end;
+        return value;
+    };
+
+    unsigned int i = skipWhiteSpace(str);
+    if (upperCase(str[i]) == 'N') return finish(NOT_A_NUMBER<T>, 0);
+
+    Bits sign = 0;
+    if (str[i] == '+' || str[i] == ',' || str[i] == '-') {
+        if (static_cast<int>(length - i + 1) < 0 || str[i] == ',') return NOT_A_NUMBER<T>; // `count` stays as it was
+        sign = static_cast<Bits>(str[i] == '-') << (sizeof(T) * 8 - 1);
+        ++i;
+    }
+    if (upperCase(str[i]) == 'I') return finish(NOT_A_NUMBER<T>, 0);
+
+    T value;
+    if (i + 2 < length && str[i] == '0' && upperCase(str[i + 1]) == 'X') {
+        i += 2;
+        value = parseHexadecimal<T>(str, i, length);
+    } else if (i >= length) {
+        return finish(T(0), 0);
+    } else {
+        value = parseDecimal<T>(str, i, length);
+    }
+    return finish(std::bit_cast<T>(std::bit_cast<Bits>(value) | sign), i);
+}
+
+} // namespace VornPrivate
+
+namespace Vorn {
+
+float parseFloat(const unsigned char* str, unsigned int* count, unsigned int length) {
+    return VornPrivate::parseFloatType<float>(str, count, length);
+}
+
+float parseFloat(const UTF16Char* str, unsigned int* count, unsigned int length) {
+    return VornPrivate::parseFloatType<float>(str, count, length);
+}
+
+double parseDouble(const unsigned char* str, unsigned int* count, unsigned int length) {
+    return VornPrivate::parseFloatType<double>(str, count, length);
+}
+
+double parseDouble(const UTF16Char* str, unsigned int* count, unsigned int length) {
+    return VornPrivate::parseFloatType<double>(str, count, length);
+}
+
+float parseReal(const unsigned char* str, unsigned int* count, unsigned int length) {
+    return VornPrivate::parseFloatType<float>(str, count, length);
+}
+
+float parseReal(const UTF16Char* str, unsigned int* count, unsigned int length) {
+    return VornPrivate::parseFloatType<float>(str, count, length);
+}
+
+} // namespace Vorn

@@ -1,0 +1,142 @@
+#include "Vorn/ParseInt.h"
+
+#include "Vorn/Assert.h"
+#include "Vorn/DecoratedName.h"
+#include "Vorn/ParseDigits.h"
+#include "Vorn/Types.h"
+
+namespace VornPrivate {
+
+template <class T, class CharType>
+T parseUIntInline(const CharType* str, unsigned int* count, unsigned int length) {
+    VORN_ASSERT(str, "null pointer!");
+    VORN_ASSERT(length > 0, "empty string!");
+    return parseAutoRadix<T>(str, count, length);
+}
+
+template <class T, class CharType>
+T parseIntInline(const CharType* str, unsigned int* count, unsigned int length) {
+    VORN_ASSERT(str, "null pointer!");
+    VORN_ASSERT(length > 0, "empty string!");
+    const unsigned int sign = str[0];
+    if (sign != '-' && sign != '+') return parseAutoRadix<T>(str, count, length);
+
+    const T value = parseAutoRadix<T>(str + 1, count, length - 1);
+    if (count && *count != 0) ++*count;
+    return sign == '-' ? negated(value) : value;
+}
+
+template <class T, class CharType>
+T parseUHexInline(const CharType* str, unsigned int* count, unsigned int length) {
+    VORN_ASSERT(str, "null pointer!");
+    VORN_ASSERT(length > 0, "empty string!");
+    return parseHexadecimalDigits<T>(str, count, length);
+}
+
+template <class T, class CharType>
+T parseUDecInline(const CharType* str, unsigned int* count, unsigned int length) {
+    VORN_ASSERT(str, "null pointer!");
+    VORN_ASSERT(length > 0, "empty string!");
+    return parseDecimalDigits<T>(str, count, length);
+}
+
+/// The parser of signed numbers of one radix. Reports name this instance in full.
+template <class T, class CharType, int radix, int (*getFirst)(const CharType*, unsigned int&, unsigned int),
+          int (*getDigit)(unsigned int)>
+struct ParseSignedNum {
+    static constexpr DecoratedName::Text NAME = [] {
+        DecoratedName name;
+        name.add("VornPrivate::ParseSignedNum<");
+        name.addTypes<T, CharType>();
+        name.add(",");
+        name.addNumber<radix>();
+        name.add(",");
+        name.addFunction<getFirst, CharType>();
+        name.add(",");
+        name.addFunction<getDigit>();
+        name.add(">::parse");
+        return name.text();
+    }();
+
+    static T parse(const CharType* str, unsigned int* count, unsigned int length) {
+        VORN_ASSERT(str, "null pointer!", NAME);
+        VORN_ASSERT(length > 0, "empty buffer!", NAME);
+        return parseSignedDigits<T, CharType, radix, getFirst, getDigit>(str, count, length);
+    }
+};
+
+template <class T, class CharType>
+T parseHexInline(const CharType* str, unsigned int* count, unsigned int length) {
+    return ParseSignedNum<T, CharType, 16, &getFirstHexaValue<CharType>, &getHexa>::parse(str, count, length);
+}
+
+template <class T, class CharType>
+T parseDecInline(const CharType* str, unsigned int* count, unsigned int length) {
+    return ParseSignedNum<T, CharType, 10, &getFirstValue<CharType>, &getDecimal>::parse(str, count, length);
+}
+
+} // namespace VornPrivate
+
+namespace Vorn {
+
+template <class T, class CharType>
+T parseInt(const CharType* str, unsigned int* count, unsigned int length) {
+    return VornPrivate::parseIntInline<T>(str, count, length);
+}
+
+template <class T, class CharType>
+T parseUInt(const CharType* str, unsigned int* count, unsigned int length) {
+    return VornPrivate::parseUIntInline<T>(str, count, length);
+}
+
+template <class T, class CharType>
+T parseHex(const CharType* str, unsigned int* count, unsigned int length) {
+    return VornPrivate::parseHexInline<T>(str, count, length);
+}
+
+template <class T, class CharType>
+T parseUHex(const CharType* str, unsigned int* count, unsigned int length) {
+    return VornPrivate::parseUHexInline<T>(str, count, length);
+}
+
+template <class T, class CharType>
+T parseDec(const CharType* str, unsigned int* count, unsigned int length) {
+    return VornPrivate::parseDecInline<T>(str, count, length);
+}
+
+template <class T, class CharType>
+T parseUDec(const CharType* str, unsigned int* count, unsigned int length) {
+    return VornPrivate::parseUDecInline<T>(str, count, length);
+}
+
+// All instances that the library holds. Fixed-width types are the same types under another name, whichever of `int`,
+// `long` and `long long` a platform makes them of.
+
+#define VORN_INSTANTIATE(parser, T)                                              \
+    template VORN_API T parser(const unsigned char*, unsigned int*, unsigned int); \
+    template VORN_API T parser(const UTF16Char*, unsigned int*, unsigned int);
+
+#define VORN_INSTANTIATE_SIGNED(T) \
+    VORN_INSTANTIATE(parseInt, T)  \
+    VORN_INSTANTIATE(parseHex, T)  \
+    VORN_INSTANTIATE(parseDec, T)
+
+#define VORN_INSTANTIATE_UNSIGNED(T) \
+    VORN_INSTANTIATE(parseUInt, T)   \
+    VORN_INSTANTIATE(parseUHex, T)   \
+    VORN_INSTANTIATE(parseUDec, T)
+
+VORN_INSTANTIATE_SIGNED(char)
+VORN_INSTANTIATE_SIGNED(signed char)
+VORN_INSTANTIATE_SIGNED(short)
+VORN_INSTANTIATE_SIGNED(int)
+VORN_INSTANTIATE_SIGNED(long)
+VORN_INSTANTIATE_SIGNED(long long)
+
+VORN_INSTANTIATE_UNSIGNED(unsigned char)
+VORN_INSTANTIATE_UNSIGNED(unsigned short)
+VORN_INSTANTIATE_UNSIGNED(unsigned int)
+VORN_INSTANTIATE_UNSIGNED(unsigned long)
+VORN_INSTANTIATE_UNSIGNED(unsigned long long)
+
+} // namespace Vorn

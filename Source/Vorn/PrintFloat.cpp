@@ -1,0 +1,270 @@
+#include "Vorn/PrintFloat.h"
+
+#include "Vorn/Assert.h"
+#include "Vorn/HexDigit.h"
+#include "Vorn/PrintInt.h"
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+#include <limits>
+#include <locale>
+#include <ostream>
+#include <streambuf>
+#include <type_traits>
+
+namespace VornPrivate {
+
+using Vorn::FloatExponent;
+
+/// The character of the stream that prints units of a type. Streams know `char` and `wchar_t`, however wide that is.
+template <class CharType>
+using StreamChar = std::conditional_t<sizeof(CharType) == 1, char, wchar_t>;
+
+/// A stream buffer that counts characters and stores them if it has somewhere to. It has no put area, so that each
+/// character arrives in `overflow`. It checks no bound.
+template <class CharType>
+class FloatOutBuf : public std::basic_streambuf<StreamChar<CharType>> {
+    using Base = std::basic_streambuf<StreamChar<CharType>>;
+
+public:
+    FloatOutBuf() : m_buffer(nullptr), m_count(0) {}
+
+    unsigned int getCount() const { return m_count; }
+
+    void reset(CharType* buffer) {
+        m_buffer = buffer;
+        m_count = 0;
+    }
+
+protected:
+    typename Base::int_type overflow(typename Base::int_type c) override {
+        if (m_buffer) m_buffer[m_count] = static_cast<CharType>(c);
+        ++m_count;
+        return c;
+    }
+
+private:
+    CharType* m_buffer;   // null: count only
+    unsigned int m_count; // characters since the last reset
+};
+
+/// One pass: the number of characters that the stream makes of `value`.
+template <class T, class CharType>
+unsigned int writePass(std::basic_ostream<StreamChar<CharType>>& stream, FloatOutBuf<CharType>& buffer, T value) {
+    stream << value;
+    stream.flush();
+    return buffer.getCount();
+}
+
+/// The passes that find the size. Flags are only ever added: after the two passes of the automatic layout both are set,
+/// and a pass that follows prints as the second one did, whichever was the shorter.
+template <class T, class CharType>
+unsigned int countPasses(std::basic_ostream<StreamChar<CharType>>& stream, FloatOutBuf<CharType>& buffer, T value,
+                         FloatExponent exponent) {
+    if (exponent == Vorn::FLOAT_EXPONENT_NONE) {
+        stream.setf(std::ios_base::fixed);
+        return writePass(stream, buffer, value);
+    }
+    stream.setf(std::ios_base::scientific);
+    const unsigned int first = writePass(stream, buffer, value);
+    if (exponent == Vorn::FLOAT_EXPONENT_ALWAYS) return first;
+
+    buffer.reset(nullptr);
+    stream.setf(std::ios_base::fixed);
+    const unsigned int second = writePass(stream, buffer, value);
+    return first < second ? first : second;
+}
+
+/// Runs on the global locale, unlike `printDecFloat`.
+template <class T>
+unsigned int measureDecFloat(T value, unsigned int precision, FloatExponent exponent) {
+    FloatOutBuf<char> buffer;
+    std::basic_ostream<char> stream(&buffer);
+    stream.precision(static_cast<std::streamsize>(precision));
+    stream.width(0);
+    return countPasses(stream, buffer, value, exponent);
+}
+
+template <class T, class CharType>
+unsigned int printDecFloat(T value, CharType* destination, unsigned int destinationSize, unsigned int precision,
+                           FloatExponent exponent) {
+    FloatOutBuf<CharType> buffer;
+    const std::locale locale("C");
+    buffer.pubimbue(locale);
+    std::basic_ostream<StreamChar<CharType>> stream(&buffer);
+    stream.imbue(locale);
+    stream.precision(static_cast<std::streamsize>(precision));
+    stream.width(0);
+    const unsigned int count = countPasses(stream, buffer, value, exponent);
+    if (destination && count <= destinationSize) {
+        buffer.reset(destination);
+        writePass(stream, buffer, value);
+    }
+    return count;
+}
+
+/// The stored bits of a value.
+template <class T>
+struct FloatBits;
+
+template <>
+struct FloatBits<float> {
+    static constexpr unsigned int BUFFER_SIZE = 16; // one less than the longest text and a unit behind it need
+
+    explicit FloatBits(float value) : high(std::bit_cast<unsigned int>(value)), low(0) {}
+
+    unsigned int high; // sign, exponent and the upper bits of the mantissa
+    unsigned int low;  // further bits of the mantissa
+};
+
+template <>
+struct FloatBits<double> {
+    static constexpr unsigned int BUFFER_SIZE = 24; // as above
+
+    explicit FloatBits(double value)
+        : high(static_cast<unsigned int>(std::bit_cast<unsigned long long>(value) >> 32)),
+          low(static_cast<unsigned int>(std::bit_cast<unsigned long long>(value))) {}
+
+    unsigned int high;
+    unsigned int low;
+};
+
+/// The masks are those of a `float` for both types: of the exponent of a `double` they cover the upper eight bits, and
+/// the lower three count as mantissa.
+template <class T>
+bool isNaNBits(FloatBits<T> bits) noexcept {
+    return (bits.low != 0 || (bits.high & 0x7FFFFF) != 0) && (bits.high & 0x7F800000) == 0x7F800000;
+}
+
+template <class T>
+unsigned int isNegative(FloatBits<T> bits) noexcept {
+    return bits.high >> 31;
+}
+
+/// A magnitude as 1 and a fraction below 1, times a power of two. All of this is exact.
+struct BinaryParts {
+    explicit BinaryParts(double magnitude) noexcept {
+        fraction = std::ldexp(std::frexp(magnitude, &exponent), 1) - 1;
+        --exponent;
+    }
+
+    /// Takes the next hexadecimal digit of the fraction away.
+    unsigned int takeDigit() noexcept {
+        double digit;
+        fraction = std::modf(std::ldexp(fraction, 4), &digit);
+        return static_cast<unsigned int>(digit);
+    }
+
+    double fraction;
+    int exponent;
+};
+
+template <class T>
+unsigned int measureHexFloat(T value) noexcept {
+    const FloatBits<T> bits(value);
+    if (isNaNBits(bits)) return 3;
+    unsigned int count = 3 + isNegative(bits);
+    const T magnitude = std::abs(value);
+    if (magnitude == std::numeric_limits<T>::infinity() || magnitude == 0) return count;
+
+    BinaryParts parts(magnitude);
+    if (parts.fraction > 0) ++count;
+    for (; parts.fraction > 0; ++count) parts.takeDigit();
+    if (parts.exponent != 0) count += 1 + Vorn::measureDec(parts.exponent);
+    return count;
+}
+
+/// Prints three characters behind the sign.
+template <class CharType>
+unsigned int printSpecial(const char* text, unsigned int negative, CharType* destination,
+                          unsigned int destinationSize) noexcept {
+    const unsigned int total = 3 + negative;
+    if (total > destinationSize) return total;
+    if (negative) *destination++ = '-';
+    std::copy_n(text, 3, destination);
+    return total;
+}
+
+template <class T, class CharType>
+unsigned int printHexFloat(T value, CharType* destination, unsigned int destinationSize) {
+    if (!destination) return measureHexFloat(value);
+    const FloatBits<T> bits(value);
+    if (isNaNBits(bits)) return printSpecial("NAN", 0, destination, destinationSize);
+    const unsigned int negative = isNegative(bits);
+    const T magnitude = std::abs(value);
+    if (magnitude == std::numeric_limits<T>::infinity()) {
+        return printSpecial("INF", negative, destination, destinationSize);
+    }
+    if (magnitude == 0) return printSpecial("0x0", negative, destination, destinationSize);
+
+    constexpr unsigned int bufferSize = FloatBits<T>::BUFFER_SIZE;
+    CharType buffer[bufferSize] = {}; // zeros stay where printDec leaves a part of the exponent out
+    unsigned int count = 0;
+    if (negative) buffer[count++] = '-';
+    for (const char c : {'0', 'x', '1'}) buffer[count++] = static_cast<CharType>(c);
+    BinaryParts parts(magnitude);
+    if (parts.fraction > 0) buffer[count++] = '.';
+    while (parts.fraction > 0) buffer[count++] = hexDigitChar(parts.takeDigit());
+    if (parts.exponent != 0) {
+        buffer[count++] = 'p';
+        count += Vorn::printDec(parts.exponent, buffer + count, bufferSize - count);
+    }
+    VORN_INTERNAL_ASSERT(count < bufferSize, "unexpected large exponent");
+    if (count <= destinationSize) std::copy_n(buffer, count, destination);
+    return count;
+}
+
+} // namespace VornPrivate
+
+namespace Vorn {
+
+unsigned int measureDec(float value, unsigned int precision, FloatExponent exponent) {
+    return VornPrivate::measureDecFloat(value, precision, exponent);
+}
+
+unsigned int measureDec(double value, unsigned int precision, FloatExponent exponent) {
+    return VornPrivate::measureDecFloat(value, precision, exponent);
+}
+
+unsigned int printDec(float value, unsigned char* buffer, unsigned int bufferSize, unsigned int precision,
+                      FloatExponent exponent) {
+    return VornPrivate::printDecFloat(value, buffer, bufferSize, precision, exponent);
+}
+
+unsigned int printDec(float value, UTF16Char* buffer, unsigned int bufferSize, unsigned int precision,
+                      FloatExponent exponent) {
+    return VornPrivate::printDecFloat(value, buffer, bufferSize, precision, exponent);
+}
+
+unsigned int printDec(double value, unsigned char* buffer, unsigned int bufferSize, unsigned int precision,
+                      FloatExponent exponent) {
+    return VornPrivate::printDecFloat(value, buffer, bufferSize, precision, exponent);
+}
+
+unsigned int printDec(double value, UTF16Char* buffer, unsigned int bufferSize, unsigned int precision,
+                      FloatExponent exponent) {
+    return VornPrivate::printDecFloat(value, buffer, bufferSize, precision, exponent);
+}
+
+unsigned int measureHex(float value) noexcept { return VornPrivate::measureHexFloat(value); }
+
+unsigned int measureHex(double value) noexcept { return VornPrivate::measureHexFloat(value); }
+
+unsigned int printHex(float value, unsigned char* buffer, unsigned int bufferSize) {
+    return VornPrivate::printHexFloat(value, buffer, bufferSize);
+}
+
+unsigned int printHex(float value, UTF16Char* buffer, unsigned int bufferSize) {
+    return VornPrivate::printHexFloat(value, buffer, bufferSize);
+}
+
+unsigned int printHex(double value, unsigned char* buffer, unsigned int bufferSize) {
+    return VornPrivate::printHexFloat(value, buffer, bufferSize);
+}
+
+unsigned int printHex(double value, UTF16Char* buffer, unsigned int bufferSize) {
+    return VornPrivate::printHexFloat(value, buffer, bufferSize);
+}
+
+} // namespace Vorn
