@@ -127,7 +127,7 @@ void expectRows(const std::string& family, const std::string& type, const std::v
         ++members;
         for (const Row& row : rows) {
             SCOPED_TRACE(member.description() + " of \"" + row.text + "\", length " + std::to_string(row.length));
-            const Units text(std::string_view(row.text));
+            const Units text(std::string_view{row.text});
             const unsigned int length = row.length == WHOLE ? text.size() : row.length;
             unsigned int count = UNTOUCHED;
             EXPECT_EQ(member.parse(text, &count, length), row.value);
