@@ -1,0 +1,391 @@
+#include "Vorn/PrintFloat.h"
+
+#include "Vorn/ParseFloat.h"
+
+#include "Support/AllocationCounter.h"
+#include "Support/Printed.h"
+#include "Support/Random.h"
+#include "Support/Report.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+#include <limits>
+#include <locale>
+#include <sstream>
+
+namespace {
+
+using Vorn::FLOAT_EXPONENT_ALWAYS;
+using Vorn::FLOAT_EXPONENT_AUTO;
+using Vorn::FLOAT_EXPONENT_NONE;
+using Vorn::FloatExponent;
+using Vorn::UTF16Char;
+
+template <class T>
+constexpr T INFINITE = std::numeric_limits<T>::infinity();
+template <class T>
+constexpr T NOT_A_NUMBER = std::numeric_limits<T>::quiet_NaN();
+
+// Hexadecimal text ----------------------------------------------------------------------------------------------------
+
+// The text of a value as it should be, from its stored bits, and the size of its exponent without the "p".
+struct HexText {
+    explicit HexText(float value) : HexText(static_cast<double>(value), std::isnan(value)) {}
+
+    explicit HexText(double value)
+        : HexText(value, std::isnan(value) || std::abs(value) > 0x1p1017) {} // the special rule of double
+
+    HexText(double value, bool isNaN) {
+        if (isNaN) {
+            text = "NAN";
+            return;
+        }
+        const unsigned long long bits = std::bit_cast<unsigned long long>(value);
+        if (bits >> 63) text = "-";
+        if (std::isinf(value)) {
+            text += "INF";
+            return;
+        }
+        if (value == 0) {
+            text += "0x0";
+            return;
+        }
+        constexpr unsigned long long ONE = 1ull << 52;
+        unsigned long long mantissa = bits & (ONE - 1);
+        int exponent = static_cast<int>((bits >> 52) & 0x7FF) - 1023;
+        if (exponent == -1023) {
+            ++exponent;
+            for (; mantissa < ONE; mantissa *= 2) --exponent;
+            mantissa -= ONE;
+        }
+        text += "0x1";
+        if (mantissa != 0) text += '.';
+        for (; mantissa != 0; mantissa = (mantissa * 16) % ONE) text += "0123456789ABCDEF"[mantissa * 16 / ONE];
+        if (exponent == 0) return;
+        text += 'p';
+        const std::string digits = std::to_string(exponent);
+        text += digits;
+        exponentSize = digits.size();
+    }
+
+    // Of the exponent only as many bytes arrive as it has units.
+    std::u16string wide() const {
+        std::u16string units(text.begin(), text.end());
+        const std::size_t exponentStart = units.size() - exponentSize;
+        for (std::size_t i = exponentStart + (exponentSize + 1) / 2; i < units.size(); ++i) units[i] = 0;
+        return units;
+    }
+
+    std::string text;
+    std::size_t exponentSize = 0;
+};
+
+template <class T>
+void expectHex(T value) {
+    const HexText expected(value);
+    SCOPED_TRACE(expected.text);
+    const unsigned int size = static_cast<unsigned int>(expected.text.size());
+    const auto printBytes = [&](unsigned char* buffer, unsigned int room) {
+        return Vorn::printHex(value, buffer, room);
+    };
+    const auto printUnits = [&](UTF16Char* buffer, unsigned int room) { return Vorn::printHex(value, buffer, room); };
+    EXPECT_EQ(Vorn::measureHex(value), size);
+    EXPECT_EQ(Vorn::printHex(value, static_cast<unsigned char*>(nullptr), 99), size);
+    EXPECT_EQ(Vorn::printHex(value, static_cast<UTF16Char*>(nullptr), 0), size);
+
+    if (size >= (sizeof(T) == 4 ? 16 : 24)) {
+        for (const unsigned int room : {0u, 40u}) {
+            const Printed<unsigned char> printed(room, [&](unsigned char* buffer, unsigned int) {
+                expectRaises<2>([&] { printBytes(buffer, room); }, "count < bufferSize : unexpected large exponent",
+                                "VornPrivate::printHexFloat", "Source/Vorn/PrintFloat");
+                return 0u;
+            });
+            EXPECT_TRUE(printed.isUntouched());
+            UTF16Char units[40];
+            expectRaises<2>([&] { printUnits(units, room); }, "count < bufferSize : unexpected large exponent",
+                            "VornPrivate::printHexFloat", "Source/Vorn/PrintFloat");
+        }
+        return;
+    }
+    expectPrinted(widened<unsigned char>(expected.text), printBytes);
+    const std::u16string wide = expected.wide();
+    expectPrinted(std::basic_string<UTF16Char>(wide.begin(), wide.end()), printUnits);
+}
+
+template <class T>
+std::string hexOf(T value) {
+    unsigned char buffer[40];
+    return narrow(buffer, Vorn::printHex(value, buffer, 40));
+}
+
+TEST(PrintHexFloat, Texts) {
+    EXPECT_EQ(hexOf(1.0f), "0x1");
+    EXPECT_EQ(hexOf(1.5f), "0x1.8");
+    EXPECT_EQ(hexOf(-1.5f), "-0x1.8");
+    EXPECT_EQ(hexOf(0.5f), "0x1p-1");
+    EXPECT_EQ(hexOf(3.0f), "0x1.8p1");
+    EXPECT_EQ(hexOf(0.0f), "0x0");
+    EXPECT_EQ(hexOf(-0.0f), "-0x0");
+    EXPECT_EQ(hexOf(0.1f), "0x1.99999Ap-4");
+    EXPECT_EQ(hexOf(0.1), "0x1.999999999999Ap-4");
+    EXPECT_EQ(hexOf(-0.0), "-0x0");
+    EXPECT_EQ(hexOf(1024.0), "0x1p10");
+    EXPECT_EQ(hexOf(std::numeric_limits<float>::denorm_min()), "0x1p-149");
+    EXPECT_EQ(hexOf(std::numeric_limits<double>::denorm_min()), "0x1p-1074");
+    EXPECT_EQ(hexOf(INFINITE<float>), "INF");
+    EXPECT_EQ(hexOf(-INFINITE<float>), "-INF");
+    EXPECT_EQ(hexOf(NOT_A_NUMBER<float>), "NAN");
+    EXPECT_EQ(hexOf(-NOT_A_NUMBER<float>), "NAN");
+}
+
+TEST(PrintHexFloat, SpecialValuesInEveryRoom) {
+    for (const float value : {0.0f, INFINITE<float>, NOT_A_NUMBER<float>, 1.0f}) {
+        expectHex(value);
+        expectHex(-value);
+    }
+    expectHex(0.0);
+    expectHex(-0.0);
+    expectHex(NOT_A_NUMBER<double>);
+}
+
+TEST(PrintHexFloat, LargeDoublesAreTakenForNaN) {
+    EXPECT_EQ(hexOf(INFINITE<double>), "NAN");
+    EXPECT_EQ(hexOf(-INFINITE<double>), "NAN");
+    EXPECT_EQ(hexOf(0x1p1020), "NAN");
+    EXPECT_EQ(hexOf(std::numeric_limits<double>::max()), "NAN");
+    EXPECT_EQ(hexOf(0x1p1017), "0x1p1017");
+    EXPECT_EQ(hexOf(-0x1p1017), "-0x1p1017");
+    EXPECT_EQ(hexOf(std::nextafter(0x1p1017, INFINITE<double>)), "NAN"); // a bit in the low word only
+    EXPECT_EQ(hexOf(0x1p1017 * 1.5), "NAN");
+    EXPECT_EQ(hexOf(std::nextafter(0x1p1017, 0.0)), "0x1.FFFFFFFFFFFFFp1016");
+    EXPECT_EQ(Vorn::measureHex(INFINITE<double>), 3u);
+    EXPECT_EQ(Vorn::measureHex(-INFINITE<double>), 3u);
+}
+
+TEST(PrintHexFloat, EveryExponent) {
+    for (const unsigned int mantissa : {0u, 1u, 0x7FFFFFu, 0x400000u, 0x555555u, 0x123450u}) {
+        for (unsigned int exponent = 0; exponent < 256; ++exponent) {
+            const float value = std::bit_cast<float>((exponent << 23) | mantissa);
+            expectHex(value);
+            expectHex(-value);
+        }
+    }
+    for (const unsigned long long mantissa : {0x0ull, 0x1ull, 0xFFFFFFFFFFFFFull, 0x5555555555550ull}) {
+        for (unsigned long long exponent = 0; exponent < 2048; ++exponent) {
+            const double value = std::bit_cast<double>((exponent << 52) | mantissa);
+            expectHex(value);
+            expectHex(-value);
+        }
+    }
+    for (int bit = 0; bit < 52; ++bit) {
+        expectHex(std::bit_cast<double>(1ull << bit)); // the subnormal powers of two
+        expectHex(-std::bit_cast<double>((2ull << bit) - 1));
+    }
+    for (int bit = 0; bit < 23; ++bit) {
+        expectHex(std::bit_cast<float>(1u << bit));
+        expectHex(-std::bit_cast<float>((2u << bit) - 1));
+    }
+}
+
+TEST(PrintHexFloat, LongestTextsAreRejected) {
+    const float full = 0x1.FFFFFEp-126f; // 15 units
+    EXPECT_EQ(hexOf(full), "0x1.FFFFFEp-126");
+    EXPECT_EQ(Vorn::measureHex(-full), 16u);
+    unsigned char buffer[40];
+    expectRaises<2>([&] { Vorn::printHex(-full, buffer, 40); }, "count < bufferSize : unexpected large exponent",
+                    "VornPrivate::printHexFloat", "Source/Vorn/PrintFloat");
+    EXPECT_EQ(hexOf(-0x1.FFFFFEp-99f), "-0x1.FFFFFEp-99");
+    EXPECT_EQ(hexOf(-0x1.FFFFFEp126f), "-0x1.FFFFFEp126");
+    EXPECT_EQ(hexOf(0x1.FFFFFFFFFFFFFp-1022), "0x1.FFFFFFFFFFFFFp-1022");
+    EXPECT_EQ(hexOf(-0x1.FFFFFFFFFFFFFp-999), "-0x1.FFFFFFFFFFFFFp-999");
+    EXPECT_EQ(Vorn::measureHex(-0x1.FFFFFFFFFFFFFp-1000), 24u);
+    expectRaises<2>([&] { Vorn::printHex(-0x1.FFFFFFFFFFFFFp-1000, buffer, 40); },
+                    "count < bufferSize : unexpected large exponent");
+}
+
+TEST(PrintHexFloat, WideExponentsArriveHalf) {
+    UTF16Char units[16];
+    for (UTF16Char& unit : units) unit = 0xABCD;
+    EXPECT_EQ(Vorn::printHex(0x1.8p-126f, units, 16), 10u);
+    const UTF16Char expected[] = {'0', 'x', '1', '.', '8', 'p', '-', '1', 0, 0, 0xABCD};
+    for (int i = 0; i < 11; ++i) EXPECT_EQ(units[i], expected[i]) << i;
+}
+
+TEST(PrintHexFloat, RandomValues) {
+    Random random(5);
+    for (int round = 0; round < repetitions(20000); ++round) {
+        expectHex(std::bit_cast<float>(random()));
+        expectHex(std::bit_cast<double>(random.bits64()));
+        if (HasFailure()) return;
+    }
+}
+
+TEST(PrintHexFloat, ParsingGivesThePrintedFloatBack) {
+    const auto expectRoundTrip = [](float value) {
+        unsigned char buffer[17];
+        if (std::isnan(value) || std::isinf(value) || Vorn::measureHex(value) == 16) return;
+        const unsigned int size = Vorn::printHex(value, buffer, 16);
+        buffer[size] = 0;
+        unsigned int count;
+        const float parsed = Vorn::parseFloat(buffer, &count, size);
+        ASSERT_EQ(std::bit_cast<unsigned int>(parsed), std::bit_cast<unsigned int>(value)) << narrow(buffer, size);
+        ASSERT_EQ(count, size);
+    };
+    for (unsigned int exponent = 0; exponent < 255; ++exponent) {
+        const unsigned int power = exponent << 23;
+        for (const unsigned int bits : {power, power + 1, power - 1}) {
+            expectRoundTrip(std::bit_cast<float>(bits));
+            expectRoundTrip(std::bit_cast<float>(bits | 0x80000000));
+        }
+    }
+    for (int bit = 0; bit < 23; ++bit) expectRoundTrip(std::bit_cast<float>(1u << bit));
+    Random random(6);
+    for (int round = 0; round < repetitions(10000000); ++round) expectRoundTrip(std::bit_cast<float>(random()));
+}
+
+// Decimal text --------------------------------------------------------------------------------------------------------
+
+// What a stream of the standard library makes of a value.
+template <class T>
+std::string streamed(T value, unsigned int precision, std::ios_base::fmtflags flags, const std::locale& locale) {
+    std::ostringstream stream;
+    stream.imbue(locale);
+    stream.setf(flags);
+    stream.precision(static_cast<std::streamsize>(precision));
+    stream << value;
+    return stream.str();
+}
+
+constexpr std::ios_base::fmtflags FIXED = std::ios_base::fixed;
+constexpr std::ios_base::fmtflags SCIENTIFIC = std::ios_base::scientific;
+
+template <class T>
+void expectDec(T value, unsigned int precision, FloatExponent exponent, const std::string& text) {
+    SCOPED_TRACE(text);
+    expectPrinted(widened<unsigned char>(text), [&](unsigned char* buffer, unsigned int room) {
+        return Vorn::printDec(value, buffer, room, precision, exponent);
+    });
+    expectPrinted(widened<UTF16Char>(text), [&](UTF16Char* buffer, unsigned int room) {
+        return Vorn::printDec(value, buffer, room, precision, exponent);
+    });
+    EXPECT_EQ(Vorn::measureDec(value, precision, exponent), text.size());
+    EXPECT_EQ(Vorn::printDec(value, static_cast<unsigned char*>(nullptr), 0, precision, exponent), text.size());
+    EXPECT_EQ(Vorn::printDec(value, static_cast<UTF16Char*>(nullptr), 99, precision, exponent), text.size());
+}
+
+TEST(PrintDecFloat, FixedAndScientificTexts) {
+    expectDec(1.5f, 2, FLOAT_EXPONENT_NONE, "1.50");
+    expectDec(1.5f, 2, FLOAT_EXPONENT_ALWAYS, "1.50e+00");
+    expectDec(-2.5, 0, FLOAT_EXPONENT_NONE, "-2");
+    expectDec(0.0, 0, FLOAT_EXPONENT_NONE, "0");
+    expectDec(-0.0f, 1, FLOAT_EXPONENT_NONE, "-0.0");
+    expectDec(1234567.0, 1, FLOAT_EXPONENT_NONE, "1234567.0");
+    expectDec(0.1f, 12, FLOAT_EXPONENT_NONE, "0.100000001490");
+    expectDec(0.1, 12, FLOAT_EXPONENT_NONE, "0.100000000000");
+    expectDec(INFINITE<float>, 3, FLOAT_EXPONENT_NONE, "inf");
+    expectDec(-INFINITE<double>, 3, FLOAT_EXPONENT_ALWAYS, "-inf");
+    expectDec(NOT_A_NUMBER<double>, 3, FLOAT_EXPONENT_NONE, "nan");
+}
+
+TEST(PrintDecFloat, TextsAreThoseOfAStream) {
+    const std::locale& classic = std::locale::classic();
+    for (const double value : {0.0, 1.0, -1.5, 0.1, 123.456, -98765.4321, 1e10, 1e-10, 6.02e23, -1.6e-19}) {
+        for (const unsigned int precision : {0u, 1u, 2u, 6u, 9u, 15u}) {
+            const float single = static_cast<float>(value);
+            expectDec(value, precision, FLOAT_EXPONENT_NONE, streamed(value, precision, FIXED, classic));
+            expectDec(single, precision, FLOAT_EXPONENT_NONE, streamed(single, precision, FIXED, classic));
+            expectDec(value, precision, FLOAT_EXPONENT_ALWAYS, streamed(value, precision, SCIENTIFIC, classic));
+            expectDec(single, precision, FLOAT_EXPONENT_ALWAYS, streamed(single, precision, SCIENTIFIC, classic));
+        }
+    }
+}
+
+// The automatic layout counts the shorter text and writes the one with both flags.
+template <class T, class CharType>
+void expectAuto(T value, unsigned int precision, FloatExponent exponent) {
+    const std::locale& classic = std::locale::classic();
+    const std::string first = streamed(value, precision, SCIENTIFIC, classic);
+    const std::string second = streamed(value, precision, SCIENTIFIC | FIXED, classic);
+    const unsigned int count = static_cast<unsigned int>(std::min(first.size(), second.size()));
+    SCOPED_TRACE(first + " or " + second);
+    CharType buffer[64];
+    for (unsigned int room = count - 1; room <= count + 1; ++room) {
+        for (CharType& unit : buffer) unit = Printed<CharType>::UNTOUCHED;
+        EXPECT_EQ(Vorn::printDec(value, buffer, room, precision, exponent), count);
+        if (room < count) {
+            EXPECT_EQ(buffer[0], Printed<CharType>::UNTOUCHED);
+        } else {
+            EXPECT_EQ(narrow(buffer, second.size()), second); // over the end if that is the longer one
+            EXPECT_EQ(buffer[second.size()], Printed<CharType>::UNTOUCHED);
+        }
+    }
+    EXPECT_EQ(Vorn::measureDec(value, precision, exponent), count);
+    EXPECT_EQ(Vorn::printDec(value, static_cast<CharType*>(nullptr), 0, precision, exponent), count);
+}
+
+TEST(PrintDecFloat, AutomaticLayoutCountsTheShorterTextAndWritesTheLast) {
+    bool firstWon = false;
+    bool secondWon = false;
+    for (const double value : {0.0, 1.0, -1.5, 0.1, 123.456, 1e10, -1e-10, 6.02e23}) {
+        for (const unsigned int precision : {0u, 2u, 9u}) {
+            for (const int exponent : {0, 3}) { // all that is not one of the two others
+                const FloatExponent layout = static_cast<FloatExponent>(exponent);
+                const float single = static_cast<float>(value);
+                expectAuto<double, unsigned char>(value, precision, layout);
+                expectAuto<double, UTF16Char>(value, precision, layout);
+                expectAuto<float, unsigned char>(single, precision, layout);
+                expectAuto<float, UTF16Char>(single, precision, layout);
+            }
+            const std::size_t first = streamed(value, precision, SCIENTIFIC, std::locale::classic()).size();
+            const std::size_t second = streamed(value, precision, SCIENTIFIC | FIXED, std::locale::classic()).size();
+            firstWon |= first < second;
+            secondWon |= second < first;
+        }
+    }
+    EXPECT_TRUE(firstWon && secondWon) << "the values must show both outcomes";
+}
+
+class Grouping : public std::numpunct<char> {
+protected:
+    std::string do_grouping() const override { return "\3"; }
+    char do_thousands_sep() const override { return '\''; }
+};
+
+// Installs a global locale for as long as it lives.
+class GlobalLocale {
+public:
+    explicit GlobalLocale(const std::locale& locale) : m_former(std::locale::global(locale)) {}
+    ~GlobalLocale() { std::locale::global(m_former); }
+
+private:
+    std::locale m_former;
+};
+
+TEST(PrintDecFloat, OnlyMeasuringFollowsTheGlobalLocale) {
+    const GlobalLocale global(std::locale(std::locale::classic(), new Grouping));
+    EXPECT_EQ(Vorn::measureDec(1234567.0, 0, FLOAT_EXPONENT_NONE), 9u); // 1'234'567
+    EXPECT_EQ(Vorn::measureDec(1234567.0f, 0, FLOAT_EXPONENT_NONE), 9u);
+    unsigned char bytes[16];
+    ASSERT_EQ(Vorn::printDec(1234567.0, bytes, 16, 0, FLOAT_EXPONENT_NONE), 7u);
+    EXPECT_EQ(narrow(bytes, 7), "1234567");
+    UTF16Char units[16];
+    ASSERT_EQ(Vorn::printDec(1234567.0f, units, 16, 0, FLOAT_EXPONENT_NONE), 7u);
+    EXPECT_EQ(narrow(units, 7), "1234567");
+    EXPECT_EQ(Vorn::printDec(1234567.0, static_cast<unsigned char*>(nullptr), 0, 0, FLOAT_EXPONENT_NONE), 7u);
+}
+
+TEST(PrintHexFloat, PrintersTakeNothingFromTheHeap) {
+    unsigned char bytes[40];
+    UTF16Char units[40];
+    EXPECT_EQ(allocationsDuring([&] {
+                  Vorn::printHex(0.1f, bytes, 40);
+                  Vorn::printHex(0.1, units, 40);
+                  Vorn::measureHex(0.1);
+              }),
+              0u);
+}
+
+} // namespace
