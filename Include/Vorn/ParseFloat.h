@@ -6,10 +6,10 @@
 // A fast scanner that is not correctly rounded: digits are summed in the target type, so the last bits may differ from
 // the nearest value. The bits are the same on every platform. Where the nearest value is needed, take std::from_chars.
 //
-// White space (9 to 13 and 32), then a sign, then a decimal number with fraction and exponent, or "0x" and a hexadecimal
-// number with fraction and binary exponent. Letters count in both cases. There is no spelling of infinity or NaN: text
-// that begins with one gives NaN with a count of 0, as does every other text whose first letter is "n" (or "i", which a
-// sign may precede).
+// White space (9 to 13 and 32), then a sign, then a decimal number with fraction and exponent, or "0x" and a
+// hexadecimal number with fraction and binary exponent. Letters count in both cases. There is no spelling of infinity
+// or NaN: text that begins with one gives NaN with a count of 0, as does every other text whose first letter is "n" (or
+// "i", which a sign may precede).
 //
 // Cost: one pass, no allocation, no locale. Threads: pure functions of their arguments.
 #pragma once
@@ -33,7 +33,8 @@ class String;
 ///
 /// Raise `Exception<1>` "str : null pointer!" for a null `str`; nothing else is a failure.
 ///
-/// @warning `length` is no strict bound; the text must be followed by a unit that is neither digit nor white space. White
+/// @warning `length` is no strict bound; the text must be followed by a unit that is neither digit nor white space.
+/// White
 ///     space is skipped without regard to it, the unit behind a whole part is always looked at for a point, and what
 ///     ParseInt.h says of its bounds holds for the parts.
 /// @warning A decimal exponent needs two units behind the "e" within `length`: "1e5" with a length of 3 is 1, with a
@@ -50,6 +51,17 @@ VORN_API double parseDouble(const UTF16Char* str, unsigned int* count = nullptr,
 /// `parseFloat` under a second name.
 VORN_API float parseReal(const unsigned char* str, unsigned int* count = nullptr, unsigned int length = 0xFFFFFFFF);
 VORN_API float parseReal(const UTF16Char* str, unsigned int* count = nullptr, unsigned int length = 0xFFFFFFFF);
+/// @}
+
+/// @name Floating-point numbers from a string
+///
+/// As above, read from the UTF-16 buffer of the string if it has one, else from the UTF-8 buffer: the other way round
+/// than the integer parsers. Nothing is converted. A null string gives NaN and an empty one 0; nothing is raised. The
+/// warnings hold for the units behind the text.
+/// @{
+VORN_API float parseFloat(String str);
+VORN_API double parseDouble(String str);
+VORN_API float parseReal(String str);
 /// @}
 
 } // namespace Vorn

@@ -11,8 +11,9 @@
 //     parseDec    signed     10                              "-" or "+"
 //     parseUDec   unsigned   10                              none
 //
-// Each reads bytes, UTF-16 units and strings. White space (9 to 13 and 32) is skipped in front of the digits, and behind
-// a sign too, but not in front of a sign: " -5" is no number and "- 5" is -5. Only a lower-case "x" makes a prefix.
+// Each reads bytes, UTF-16 units and strings. White space (9 to 13 and 32) is skipped in front of the digits, and
+// behind a sign too, but not in front of a sign: " -5" is no number and "- 5" is -5. Only a lower-case "x" makes a
+// prefix.
 //
 // The parsers are lenient: text that is no number gives 0, text behind a number is left alone, and a value that is too
 // large wraps around without a word. To tell "0" from no number, or to notice what follows, look at `count`; where
@@ -59,6 +60,27 @@ template <class T, class CharType>
 VORN_API T parseDec(const CharType* str, unsigned int* count = nullptr, unsigned int length = 0xFFFFFFFF);
 template <class T, class CharType>
 VORN_API T parseUDec(const CharType* str, unsigned int* count = nullptr, unsigned int length = 0xFFFFFFFF);
+/// @}
+
+/// @name Integers from a string
+///
+/// As above, read from the UTF-8 buffer of the string if it has one, else from the UTF-16 buffer; nothing is converted.
+/// These forms cannot tell "0" from text that is no number. The warning holds for the unit behind the text.
+///
+/// Raise `Exception<4>` "null string!" for a null string and the `Exception<1>` of a zero length for an empty one.
+/// @{
+template <class T>
+VORN_API T parseInt(const String& str);
+template <class T>
+VORN_API T parseUInt(const String& str);
+template <class T>
+VORN_API T parseHex(const String& str);
+template <class T>
+VORN_API T parseUHex(const String& str);
+template <class T>
+VORN_API T parseDec(const String& str);
+template <class T>
+VORN_API T parseUDec(const String& str);
 /// @}
 
 } // namespace Vorn

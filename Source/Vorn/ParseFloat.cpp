@@ -2,6 +2,7 @@
 
 #include "Vorn/Assert.h"
 #include "Vorn/ParseDigits.h"
+#include "Vorn/String/String.h"
 
 #include <algorithm>
 #include <bit>
@@ -74,7 +75,8 @@ unsigned int parseFraction(const CharType* str, unsigned int i, unsigned int len
     while (i < length && length - i >= 4) {
         if (!addDigit() || !addDigit() || !addDigit() || !addDigit()) return i;
     }
-    while (i < length && addDigit()) {}
+    while (i < length && addDigit()) {
+    }
     return i;
 }
 
@@ -109,8 +111,8 @@ T parseHexadecimal(const CharType* str, unsigned int& i, unsigned int length) no
     if (str[i] == '.') {
         ++i;
         if (i >= length) return value;
-        fraction = parseHexadecimalDigits<Whole>(str + i, &digits,
-                                                 std::min(length - i, FloatType<T>::HEX_FRACTION_DIGITS));
+        fraction =
+            parseHexadecimalDigits<Whole>(str + i, &digits, std::min(length - i, FloatType<T>::HEX_FRACTION_DIGITS));
         i += digits;
         if (i < length) { // digits beyond the limit are consumed, too
             parseHexadecimalDigits<Whole>(str + i, &count, length - i);
@@ -167,6 +169,18 @@ T parseFloatType(const CharType* str, unsigned int* count, unsigned int length) 
     return finish(std::bit_cast<T>(std::bit_cast<Bits>(value) | sign), i);
 }
 
+/// Reads the UTF-16 buffer of a string if it has one, unlike the integer parsers.
+template <class T>
+T parseFloatString(const Vorn::String& str) {
+    if (const Vorn::StringData* const data = str.getData()) {
+        if (const Vorn::UTF16Char* const utf16 = data->getPrivateBuffer<Vorn::UTF16Char>())
+            return parseFloatType<T>(utf16, nullptr, data->getBufferInfo<Vorn::UTF16Char>().m_length);
+        if (const unsigned char* const utf8 = data->getPrivateBuffer<unsigned char>())
+            return parseFloatType<T>(utf8, nullptr, data->getBufferInfo<unsigned char>().m_length);
+    }
+    return NOT_A_NUMBER<T>;
+}
+
 } // namespace VornPrivate
 
 namespace Vorn {
@@ -179,6 +193,8 @@ float parseFloat(const UTF16Char* str, unsigned int* count, unsigned int length)
     return VornPrivate::parseFloatType<float>(str, count, length);
 }
 
+float parseFloat(String str) { return VornPrivate::parseFloatString<float>(str); }
+
 double parseDouble(const unsigned char* str, unsigned int* count, unsigned int length) {
     return VornPrivate::parseFloatType<double>(str, count, length);
 }
@@ -187,6 +203,8 @@ double parseDouble(const UTF16Char* str, unsigned int* count, unsigned int lengt
     return VornPrivate::parseFloatType<double>(str, count, length);
 }
 
+double parseDouble(String str) { return VornPrivate::parseFloatString<double>(str); }
+
 float parseReal(const unsigned char* str, unsigned int* count, unsigned int length) {
     return VornPrivate::parseFloatType<float>(str, count, length);
 }
@@ -194,5 +212,7 @@ float parseReal(const unsigned char* str, unsigned int* count, unsigned int leng
 float parseReal(const UTF16Char* str, unsigned int* count, unsigned int length) {
     return VornPrivate::parseFloatType<float>(str, count, length);
 }
+
+float parseReal(String str) { return VornPrivate::parseFloatString<float>(str); }
 
 } // namespace Vorn

@@ -3,6 +3,7 @@
 #include "Vorn/Assert.h"
 #include "Vorn/DecoratedName.h"
 #include "Vorn/ParseDigits.h"
+#include "Vorn/String/String.h"
 #include "Vorn/Types.h"
 
 namespace VornPrivate {
@@ -75,6 +76,33 @@ T parseDecInline(const CharType* str, unsigned int* count, unsigned int length) 
     return ParseSignedNum<T, CharType, 10, &getFirstValue<CharType>, &getDecimal>::parse(str, count, length);
 }
 
+/// The form of a parser that reads strings, from their UTF-8 buffer if they have one.
+template <class T, T (*parse8)(const unsigned char*, unsigned int*, unsigned int),
+          T (*parse16)(const Vorn::UTF16Char*, unsigned int*, unsigned int)>
+struct ParseStrNum {
+    static constexpr DecoratedName::Text NAME = [] {
+        DecoratedName name;
+        name.add("VornPrivate::ParseStrNum<");
+        name.addType<T>();
+        name.add(",");
+        name.addFunction<parse8, T, unsigned char>();
+        name.add(",");
+        name.addFunction<parse16, T, Vorn::UTF16Char>();
+        name.add(">::parse");
+        return name.text();
+    }();
+
+    static T parse(const Vorn::String& str) {
+        if (const Vorn::StringData* const data = str.getData()) {
+            if (const unsigned char* const utf8 = data->getPrivateBuffer<unsigned char>())
+                return parse8(utf8, nullptr, data->getBufferInfo<unsigned char>().m_length);
+            if (const Vorn::UTF16Char* const utf16 = data->getPrivateBuffer<Vorn::UTF16Char>())
+                return parse16(utf16, nullptr, data->getBufferInfo<Vorn::UTF16Char>().m_length);
+        }
+        VORN_THROW(4, "null string!", NAME);
+    }
+};
+
 } // namespace VornPrivate
 
 namespace Vorn {
@@ -84,9 +112,21 @@ T parseInt(const CharType* str, unsigned int* count, unsigned int length) {
     return VornPrivate::parseIntInline<T>(str, count, length);
 }
 
+template <class T>
+T parseInt(const String& str) {
+    return VornPrivate::ParseStrNum<T, &VornPrivate::parseIntInline<T, unsigned char>,
+                                    &VornPrivate::parseIntInline<T, UTF16Char>>::parse(str);
+}
+
 template <class T, class CharType>
 T parseUInt(const CharType* str, unsigned int* count, unsigned int length) {
     return VornPrivate::parseUIntInline<T>(str, count, length);
+}
+
+template <class T>
+T parseUInt(const String& str) {
+    return VornPrivate::ParseStrNum<T, &VornPrivate::parseUIntInline<T, unsigned char>,
+                                    &VornPrivate::parseUIntInline<T, UTF16Char>>::parse(str);
 }
 
 template <class T, class CharType>
@@ -94,9 +134,21 @@ T parseHex(const CharType* str, unsigned int* count, unsigned int length) {
     return VornPrivate::parseHexInline<T>(str, count, length);
 }
 
+template <class T>
+T parseHex(const String& str) {
+    return VornPrivate::ParseStrNum<T, &VornPrivate::parseHexInline<T, unsigned char>,
+                                    &VornPrivate::parseHexInline<T, UTF16Char>>::parse(str);
+}
+
 template <class T, class CharType>
 T parseUHex(const CharType* str, unsigned int* count, unsigned int length) {
     return VornPrivate::parseUHexInline<T>(str, count, length);
+}
+
+template <class T>
+T parseUHex(const String& str) {
+    return VornPrivate::ParseStrNum<T, &VornPrivate::parseUHexInline<T, unsigned char>,
+                                    &VornPrivate::parseUHexInline<T, UTF16Char>>::parse(str);
 }
 
 template <class T, class CharType>
@@ -104,17 +156,30 @@ T parseDec(const CharType* str, unsigned int* count, unsigned int length) {
     return VornPrivate::parseDecInline<T>(str, count, length);
 }
 
+template <class T>
+T parseDec(const String& str) {
+    return VornPrivate::ParseStrNum<T, &VornPrivate::parseDecInline<T, unsigned char>,
+                                    &VornPrivate::parseDecInline<T, UTF16Char>>::parse(str);
+}
+
 template <class T, class CharType>
 T parseUDec(const CharType* str, unsigned int* count, unsigned int length) {
     return VornPrivate::parseUDecInline<T>(str, count, length);
 }
 
+template <class T>
+T parseUDec(const String& str) {
+    return VornPrivate::ParseStrNum<T, &VornPrivate::parseUDecInline<T, unsigned char>,
+                                    &VornPrivate::parseUDecInline<T, UTF16Char>>::parse(str);
+}
+
 // All instances that the library holds. Fixed-width types are the same types under another name, whichever of `int`,
 // `long` and `long long` a platform makes them of.
 
-#define VORN_INSTANTIATE(parser, T)                                              \
+#define VORN_INSTANTIATE(parser, T)                                                \
     template VORN_API T parser(const unsigned char*, unsigned int*, unsigned int); \
-    template VORN_API T parser(const UTF16Char*, unsigned int*, unsigned int);
+    template VORN_API T parser(const UTF16Char*, unsigned int*, unsigned int);     \
+    template VORN_API T parser(const String&);
 
 #define VORN_INSTANTIATE_SIGNED(T) \
     VORN_INSTANTIATE(parseInt, T)  \

@@ -1,5 +1,7 @@
 #include "Vorn/ParseFloat.h"
 
+#include "Vorn/String/String.h"
+
 #include "Reference/FloatParser.h"
 #include "Support/AllocationCounter.h"
 #include "Support/Random.h"
@@ -484,6 +486,44 @@ TEST(ParseFloat, NullPointersAreRefused) {
     expectRefused([&] { Vorn::parseReal(bytes, &count, 0); });
     expectRefused([&] { Vorn::parseReal(units, &count, 0); });
     EXPECT_EQ(count, UNTOUCHED);
+}
+
+TEST(ParseFloatString, EitherBufferIsRead) {
+    const Units text("-2.5x");
+    for (const Vorn::String& string : {Vorn::String(text.bytes()), Vorn::String(text.units())}) {
+        EXPECT_EQ(Vorn::parseFloat(string), -2.5f);
+        EXPECT_EQ(Vorn::parseDouble(string), -2.5);
+        EXPECT_EQ(Vorn::parseReal(string), -2.5f);
+        EXPECT_EQ(string.getData()->getRefCount(), 1u);
+    }
+    const Vorn::String utf8(text.bytes());
+    Vorn::parseFloat(utf8);
+    EXPECT_EQ(utf8.getData()->getPrivateBuffer<UTF16Char>(), nullptr) << "nothing is converted";
+}
+
+TEST(ParseFloatString, UTF16IsReadWhereThereAreBoth) {
+    unsigned char text[] = {'4', '2', 0};
+    const Vorn::String string(text);
+    ASSERT_NE(string.getData()->getBuffer<UTF16Char>(), nullptr);
+    text[0] = '7'; // now the two differ
+    EXPECT_EQ(Vorn::parseFloat(string), 42.0f);
+    EXPECT_EQ(Vorn::parseDouble(string), 42.0);
+    EXPECT_EQ(Vorn::parseReal(string), 42.0f);
+}
+
+TEST(ParseFloatString, LengthBoundsTheText) {
+    const Units text("1.5e5");
+    EXPECT_EQ(Vorn::parseDouble(Vorn::String(text.bytes())), 1.5); // two units must follow the letter
+    EXPECT_EQ(Vorn::parseFloat(Vorn::String(text.units(), 1)), 1.0f);
+}
+
+TEST(ParseFloatString, NullStringsAreNaNAndEmptyOnesZero) {
+    EXPECT_EQ(bitsOf(Vorn::parseFloat(Vorn::String())), 0x7FC00000u);
+    EXPECT_EQ(bitsOf(Vorn::parseReal(Vorn::String())), 0x7FC00000u);
+    EXPECT_EQ(bitsOf(Vorn::parseDouble(Vorn::String())), 0x7FF8000000000000u);
+    EXPECT_EQ(bitsOf(Vorn::parseFloat(Vorn::String::getEmptyString())), 0u);
+    EXPECT_EQ(bitsOf(Vorn::parseReal(Vorn::String::getEmptyString())), 0u);
+    EXPECT_EQ(bitsOf(Vorn::parseDouble(Vorn::String::getEmptyString())), 0u);
 }
 
 TEST(ParseFloat, ParsersTakeNothingFromTheHeap) {

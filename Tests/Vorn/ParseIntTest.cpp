@@ -1,5 +1,7 @@
 #include "Vorn/ParseInt.h"
 
+#include "Vorn/String/String.h"
+
 #include "Reference/IntegerParser.h"
 #include "Support/AllocationCounter.h"
 #include "Support/Random.h"
@@ -444,6 +446,98 @@ TEST(ParseInteger, DecoratedNamesAreSpelledInFull) {
                     "VornPrivate::ParseSignedNum<int,unsigned char,10,&int __cdecl "
                     "VornPrivate::getFirstValue<unsigned char>(unsigned char const *,unsigned int &,unsigned int),&int "
                     "__cdecl VornPrivate::getDecimal(unsigned int)>::parse");
+}
+
+// One parser of strings, with its type taken off.
+struct StringMember {
+    std::string family;
+    std::string type;
+    long long (*parse)(const Vorn::String& text);
+
+    // The name that reports give to the string form.
+    std::string function() const {
+        const auto inlineParser = [&](const std::string& unit) {
+            return "&" + type + " __cdecl VornPrivate::" + family + "Inline<" + type + "," + unit + ">(" + unit +
+                   " const *,unsigned int *,unsigned int)";
+        };
+        return "VornPrivate::ParseStrNum<" + type + "," + inlineParser("unsigned char") + "," +
+               inlineParser("wchar_t") + ">::parse";
+    }
+};
+
+template <class T, T (*parser)(const Vorn::String&)>
+StringMember stringMember(const char* family) {
+    return {family, typeName<T>(), [](const Vorn::String& text) { return static_cast<long long>(parser(text)); }};
+}
+
+template <class... Types>
+void addSignedStrings(std::vector<StringMember>& members) {
+    (members.push_back(stringMember<Types, &Vorn::parseInt<Types>>("parseInt")), ...);
+    (members.push_back(stringMember<Types, &Vorn::parseHex<Types>>("parseHex")), ...);
+    (members.push_back(stringMember<Types, &Vorn::parseDec<Types>>("parseDec")), ...);
+}
+
+template <class... Types>
+void addUnsignedStrings(std::vector<StringMember>& members) {
+    (members.push_back(stringMember<Types, &Vorn::parseUInt<Types>>("parseUInt")), ...);
+    (members.push_back(stringMember<Types, &Vorn::parseUHex<Types>>("parseUHex")), ...);
+    (members.push_back(stringMember<Types, &Vorn::parseUDec<Types>>("parseUDec")), ...);
+}
+
+std::vector<StringMember> allStringMembers() {
+    std::vector<StringMember> members;
+    addSignedStrings<char, signed char, short, int, long, long long>(members);
+    addUnsignedStrings<unsigned char, unsigned short, unsigned int, unsigned long, unsigned long long>(members);
+    return members;
+}
+
+TEST(ParseIntegerString, EitherBufferIsRead) {
+    const Units text("102");
+    const Vorn::String utf8(text.bytes());
+    const Vorn::String utf16(text.units());
+    for (const StringMember& member : allStringMembers()) {
+        const bool isHex = member.family == "parseHex" || member.family == "parseUHex";
+        const bool isByte = member.type.find("char") != std::string::npos;
+        const long long expected = !isHex ? 102 : isByte ? 2 : 0x102;
+        EXPECT_EQ(member.parse(utf8), expected) << member.function();
+        EXPECT_EQ(member.parse(utf16), expected) << member.function();
+    }
+    EXPECT_EQ(utf16.getData()->getPrivateBuffer<unsigned char>(), nullptr) << "nothing is converted";
+}
+
+TEST(ParseIntegerString, UTF8IsReadWhereThereAreBoth) {
+    unsigned char text[] = {'4', '2', 0};
+    const Vorn::String string(text);
+    ASSERT_NE(string.getData()->getBuffer<UTF16Char>(), nullptr);
+    text[0] = '7'; // now the two differ
+    EXPECT_EQ(Vorn::parseDec<int>(string), 72);
+    EXPECT_EQ(Vorn::parseUInt<unsigned int>(string), 72u);
+}
+
+TEST(ParseIntegerString, LengthBoundsTheText) {
+    const Units text("12345");
+    EXPECT_EQ(Vorn::parseInt<int>(Vorn::String(text.bytes(), 3)), 123);
+    EXPECT_EQ(Vorn::parseInt<int>(Vorn::String(text.units(), 2)), 12);
+}
+
+TEST(ParseIntegerString, NullStringsAreRefused) {
+    for (const StringMember& member : allStringMembers()) {
+        expectRaises<4>([&] { member.parse(Vorn::String()); }, "null string!", member.function(), FILE_TEXT);
+    }
+    const Report report = reportOf<4>([] { Vorn::parseInt<int>(Vorn::String()); });
+    EXPECT_EQ(report.type, "::Vorn::E::PARAMETER");
+    EXPECT_EQ(report.function, "VornPrivate::ParseStrNum<int,&int __cdecl VornPrivate::parseIntInline<int,unsigned "
+                               "char>(unsigned char const *,unsigned int *,unsigned int),&int __cdecl "
+                               "VornPrivate::parseIntInline<int,wchar_t>(wchar_t const *,unsigned int *,unsigned "
+                               "int)>::parse");
+}
+
+TEST(ParseIntegerString, EmptyStringsFailTheCheckOfTheParser) {
+    for (const StringMember& member : allStringMembers()) {
+        const bool isSignedNum = member.family == "parseHex" || member.family == "parseDec";
+        expectRaises<1>([&] { member.parse(Vorn::String::getEmptyString()); },
+                        isSignedNum ? "length > 0 : empty buffer!" : "length > 0 : empty string!");
+    }
 }
 
 TEST(ParseInteger, ParsersTakeNothingFromTheHeap) {
