@@ -9,8 +9,8 @@
 #include <cmath>
 #include <limits>
 
-// All arithmetic is done in double and rounded to the target type where a variable of that type is written. Products of
-// floats are exact in double, so the compiler may shorten them; sums are not.
+// Sums are formed in double and rounded to the target type where a variable of that type is written. A product or a
+// quotient of two values of that type has the same bits either way.
 
 namespace VornPrivate {
 
@@ -38,6 +38,13 @@ static_assert(std::numeric_limits<float>::is_iec559 && std::numeric_limits<doubl
 template <class T>
 constexpr T NOT_A_NUMBER = std::numeric_limits<T>::quiet_NaN();
 
+/// A value and the index behind it.
+template <class T>
+struct FloatRead {
+    T value;
+    unsigned int end;
+};
+
 /// The code of a letter with its case removed.
 template <class CharType>
 constexpr unsigned int upperCase(CharType c) noexcept {
@@ -61,56 +68,65 @@ constexpr T integerPower(T base, int exponent) noexcept {
 
 /// Adds the digits from index `i` on to `value` and returns the index behind them.
 template <class T, class CharType>
-unsigned int parseFraction(const CharType* str, unsigned int i, unsigned int length, T& value) noexcept {
-    constexpr double factor = FloatType<T>::TENTH;
+inline unsigned int addFraction(const CharType* str, unsigned int i, unsigned int length, T& value) noexcept {
+    if (i >= length) return i;
+    const CharType* unit = str + i;
     T weight = FloatType<T>::TENTH;
     const auto addDigit = [&] {
-        const int digit = getDecimal(str[i]);
+        const int digit = getDecimal(*unit);
         if (digit < 0) return false;
         value = static_cast<T>(static_cast<double>(value) + static_cast<double>(weight) * digit);
-        weight = static_cast<T>(static_cast<double>(weight) * factor);
-        ++i;
+        weight *= FloatType<T>::TENTH; // the same as a product in double, rounded
+        ++unit;
         return true;
     };
-    while (i < length && length - i >= 4) {
-        if (!addDigit() || !addDigit() || !addDigit() || !addDigit()) return i;
+    const auto end = [&] { return static_cast<unsigned int>(unit - str); };
+    unsigned int remaining = length - i;
+    for (; remaining >= 4; remaining -= 4) {
+        if (!addDigit() || !addDigit() || !addDigit() || !addDigit()) return end();
     }
-    while (i < length && addDigit()) {
-    }
-    return i;
+    while (remaining > 0 && addDigit()) --remaining;
+    return end();
 }
 
-/// A decimal number without a sign; `i` is the index of its first unit first and of the first unit not read at the end.
+/// Reads the exponent from index `i` on, behind its letter, and multiplies `value` by that power of ten.
 template <class T, class CharType>
-T parseDecimal(const CharType* str, unsigned int& i, unsigned int length) noexcept {
+[[gnu::noinline]] T applyExponent(T value, const CharType* str, unsigned int& i, unsigned int length) noexcept {
+    unsigned int count;
+    const int exponent = parseSignedDecimalDigits<int>(str + i, &count, length - i);
+    i += count;
+    return integerPower(T(10), exponent) * value;
+}
+
+/// A decimal number without a sign from index `i` on. Gives the value and the index of the first unit not read.
+template <class T, class CharType>
+inline FloatRead<T> parseDecimal(const CharType* str, unsigned int i, unsigned int length) noexcept {
     unsigned int count;
     T value = static_cast<T>(parseDecimalDigits<typename FloatType<T>::Whole>(str + i, &count, length - i));
     i += count;
-    if (str[i] == '.') i = parseFraction(str, i + 1, length, value);
+    if (str[i] == '.') i = addFraction(str, i + 1, length, value);
     if (i + 2 < length && upperCase(str[i]) == 'E') {
-        ++i;
-        const int exponent = parseSignedDecimalDigits<int>(str + i, &count, length - i);
-        i += count;
-        value = integerPower(T(10), exponent) * value;
+        unsigned int end = i + 1;
+        value = applyExponent(value, str, end, length);
+        return {value, end};
     }
-    return value;
+    return {value, i};
 }
 
-/// A hexadecimal number without a sign; `i` is the index behind its "0x" first and of the first unit not read at the
-/// end.
+/// A hexadecimal number without a sign from index `i` on, behind its "0x".
 template <class T, class CharType>
-T parseHexadecimal(const CharType* str, unsigned int& i, unsigned int length) noexcept {
+[[gnu::noinline]] FloatRead<T> parseHexadecimal(const CharType* str, unsigned int i, unsigned int length) noexcept {
     using Whole = typename FloatType<T>::Whole;
     unsigned int count;
     T value = static_cast<T>(parseHexadecimalDigits<Whole>(str + i, &count, length - i));
     i += count;
-    if (count == 0 || i >= length) return value;
+    if (count == 0 || i >= length) return {value, i};
 
     Whole fraction = 0;
     unsigned int digits = 0;
     if (str[i] == '.') {
         ++i;
-        if (i >= length) return value;
+        if (i >= length) return {value, i};
         fraction =
             parseHexadecimalDigits<Whole>(str + i, &digits, std::min(length - i, FloatType<T>::HEX_FRACTION_DIGITS));
         i += digits;
@@ -134,7 +150,7 @@ T parseHexadecimal(const CharType* str, unsigned int& i, unsigned int length) no
         const T numerator = static_cast<T>(denominator * static_cast<double>(value) + static_cast<double>(fraction));
         value = static_cast<T>(static_cast<double>(numerator) / denominator);
     }
-    return static_cast<T>(std::ldexp(static_cast<double>(value), exponent));
+    return {static_cast<T>(std::ldexp(static_cast<double>(value), exponent)), i};
 }
 
 template <class T, class CharType>
@@ -149,24 +165,24 @@ T parseFloatType(const CharType* str, unsigned int* count, unsigned int length) 
     unsigned int i = skipWhiteSpace(str);
     if (upperCase(str[i]) == 'N') return finish(NOT_A_NUMBER<T>, 0);
 
-    Bits sign = 0;
-    if (str[i] == '+' || str[i] == ',' || str[i] == '-') {
-        if (static_cast<int>(length - i + 1) < 0 || str[i] == ',') return NOT_A_NUMBER<T>; // `count` stays as it was
-        sign = static_cast<Bits>(str[i] == '-') << (sizeof(T) * 8 - 1);
-        ++i;
-    }
+    // No branch tells the signs apart: numbers come with and without one in no order that a processor could learn.
+    const unsigned int first = str[i];
+    const bool isSigned = (first == '+') | (first == '-');
+    const bool isUnbounded = static_cast<int>(length - i + 1) < 0;
+    if ((first == ',') | (isSigned & isUnbounded)) return NOT_A_NUMBER<T>; // `count` stays as it was
+    const Bits sign = static_cast<Bits>(first == '-') << (sizeof(T) * 8 - 1);
+    i += isSigned;
     if (upperCase(str[i]) == 'I') return finish(NOT_A_NUMBER<T>, 0);
 
-    T value;
+    FloatRead<T> read;
     if (i + 2 < length && str[i] == '0' && upperCase(str[i + 1]) == 'X') {
-        i += 2;
-        value = parseHexadecimal<T>(str, i, length);
+        read = parseHexadecimal<T>(str, i + 2, length);
     } else if (i >= length) {
         return finish(T(0), 0);
     } else {
-        value = parseDecimal<T>(str, i, length);
+        read = parseDecimal<T>(str, i, length);
     }
-    return finish(std::bit_cast<T>(std::bit_cast<Bits>(value) | sign), i);
+    return finish(std::bit_cast<T>(std::bit_cast<Bits>(read.value) | sign), read.end);
 }
 
 /// Reads the UTF-16 buffer of a string if it has one, unlike the integer parsers.

@@ -19,12 +19,7 @@ template <class T, class CharType>
 T parseIntInline(const CharType* str, unsigned int* count, unsigned int length) {
     VORN_ASSERT(str, "null pointer!");
     VORN_ASSERT(length > 0, "empty string!");
-    const unsigned int sign = str[0];
-    if (sign != '-' && sign != '+') return parseAutoRadix<T>(str, count, length);
-
-    const T value = parseAutoRadix<T>(str + 1, count, length - 1);
-    if (count && *count != 0) ++*count;
-    return sign == '-' ? negated(value) : value;
+    return parseSignedAutoRadix<T>(str, count, length);
 }
 
 template <class T, class CharType>

@@ -2,6 +2,7 @@
 
 #include "Vorn/HexDigit.h"
 
+#include <algorithm>
 #include <bit>
 #include <cstring>
 
@@ -48,19 +49,34 @@ struct DigitPairs {
 };
 constexpr DigitPairs DIGIT_PAIRS;
 
+/// Writes the two digits of a value below 100 in front of `end`.
+template <class CharType>
+CharType* writeDigitPair(unsigned int value, CharType* end) noexcept {
+    const unsigned char* const pair = DIGIT_PAIRS.digits + 2 * value;
+    end -= 2;
+    if constexpr (sizeof(CharType) == 1) {
+        std::memcpy(end, pair, 2);
+    } else {
+        std::copy_n(pair, 2, end);
+    }
+    return end;
+}
+
 /// Writes the digits of `value` so that they end in front of `end`.
 template <class CharType>
 void writeDecDigits(unsigned int value, CharType* end) noexcept {
-    while (value >= 100) {
-        const unsigned char* const pair = DIGIT_PAIRS.digits + 2 * (value % 100);
+    while (value >= 10000) { // four at a time, because each division waits for the one before
+        const unsigned int four = value % 10000;
+        value /= 10000;
+        end = writeDigitPair(four % 100, end);
+        end = writeDigitPair(four / 100, end);
+    }
+    if (value >= 100) {
+        end = writeDigitPair(value % 100, end);
         value /= 100;
-        *--end = pair[1];
-        *--end = pair[0];
     }
     if (value >= 10) {
-        const unsigned char* const pair = DIGIT_PAIRS.digits + 2 * value;
-        *--end = pair[1];
-        *--end = pair[0];
+        writeDigitPair(value, end);
     } else {
         *--end = static_cast<CharType>('0' + value);
     }
@@ -69,6 +85,13 @@ void writeDecDigits(unsigned int value, CharType* end) noexcept {
 template <class CharType>
 unsigned int printDecDigits(unsigned int magnitude, CharType* buffer, unsigned int bufferSize,
                             unsigned int negative) noexcept {
+    if constexpr (sizeof(CharType) == 1) {
+        if (magnitude < 10 && bufferSize > negative) {
+            buffer[0] = '-';
+            buffer[negative] = static_cast<CharType>('0' + magnitude);
+            return 1 + negative;
+        }
+    }
     const unsigned int count = countDecDigits(magnitude) + negative;
     if (count > bufferSize) return count;
     if constexpr (sizeof(CharType) == 1) {
