@@ -86,7 +86,7 @@ template <class CharType>
 unsigned int printDecDigits(unsigned int magnitude, CharType* buffer, unsigned int bufferSize,
                             unsigned int negative) noexcept {
     if constexpr (sizeof(CharType) == 1) {
-        if (magnitude < 10 && bufferSize > negative) {
+        if (magnitude < 10 && bufferSize > negative) { // frequent enough to spare it the count
             buffer[0] = '-';
             buffer[negative] = static_cast<CharType>('0' + magnitude);
             return 1 + negative;
