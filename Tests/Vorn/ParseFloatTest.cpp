@@ -250,6 +250,7 @@ TEST(ParseFloat, HexadecimalNumbers) {
         {"0x1.123456789", WHOLE, 0x1.123456p0, 13}, // six digits count
         {"0x1.80000000", WHOLE, 1.5, 12},
         {"0x1.0000001", WHOLE, 1, 11},
+        {"0x1.0000018", WHOLE, 1, 11}, // a seventh digit would round up
         {"0xFFFFFFFFFFFFFFFF", WHOLE, 0x1p64, 18},
         {"0x10000000000000000", WHOLE, 0, 19},
     });
