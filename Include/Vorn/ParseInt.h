@@ -3,13 +3,13 @@
 //     unsigned int count;
 //     int value = Vorn::parseInt<int>(text, &count, length);    // "-42", "0x1F"; a count of 0: no number
 //
-//              values     radix                        sign
-//     parseInt    signed     16 behind "0x", otherwise 10    "-" or "+"
-//     parseUInt   unsigned   16 behind "0x", otherwise 10    none
-//     parseHex    signed     16, "0x" may stand in front     "-" or "+"
-//     parseUHex   unsigned   16, "0x" may stand in front     none
-//     parseDec    signed     10                              "-" or "+"
-//     parseUDec   unsigned   10                              none
+//                values     radix                           sign
+//     parseInt   signed     16 behind "0x", otherwise 10    "-" or "+"
+//     parseUInt  unsigned   16 behind "0x", otherwise 10    none
+//     parseHex   signed     16, "0x" may stand in front     "-" or "+"
+//     parseUHex  unsigned   16, "0x" may stand in front     none
+//     parseDec   signed     10                              "-" or "+"
+//     parseUDec  unsigned   10                              none
 //
 // Each reads bytes, UTF-16 units and strings. White space (9 to 13 and 32) is skipped in front of the digits, and
 // behind a sign too, but not in front of a sign: " -5" is no number and "- 5" is -5. Only a lower-case "x" makes a
