@@ -1,0 +1,219 @@
+// Matrix3: a 3 by 3 matrix of floats for transformations of the plane.
+//
+// Vectors are columns: `matrix * vector`, and `a * b` applies b first. The translation lies in m[2] and m[5]. For
+// rotations alone a ComplexAngle is smaller and faster.
+//
+// An expression is evaluated in double and rounded to float once, where it is stored or returned, so results have the
+// same bits on every platform.
+//
+// Cost: a value of 36 bytes; nothing allocates, and all but the inverse inlines. What is not noexcept has a check.
+// Threads: plain values, which share nothing.
+#pragma once
+
+#include "Vorn/ComplexAngle.h"
+#include "Vorn/Config.h"
+#include "Vorn/Vector2.h"
+#include "Vorn/Vector2CornerRect.h"
+
+#include <cstring> // std::memcmp
+
+namespace Vorn {
+
+/// Nine floats in three rows.
+///
+/// Where an operation has copy forms, the one with a `Matrix3&` first writes its result there, and the other returns
+/// it. The result may go to the matrix itself.
+class Matrix3 {
+public:
+    static const Matrix3 IDENTITY;
+    static const Matrix3 ZERO;
+
+    /// Leaves all nine elements unwritten, also in `Matrix3()`; write `Matrix3::IDENTITY` or `Matrix3::ZERO`.
+    Matrix3() noexcept {}
+
+    /// The elements row by row.
+    constexpr Matrix3(float m0, float m1, float m2, float m3, float m4, float m5, float m6, float m7, float m8) noexcept
+        : m{m0, m1, m2, m3, m4, m5, m6, m7, m8} {}
+
+    /// All nine elements take the value.
+    constexpr explicit Matrix3(float val) noexcept : m{val, val, val, val, val, val, val, val, val} {}
+
+    /// Compares the bytes, not the floats: 0.0 differs from -0.0, and a NaN equals itself. Pairs and rectangles compare
+    /// their floats.
+    /// @{
+    bool operator==(const Matrix3& other) const noexcept { return std::memcmp(m, other.m, sizeof m) == 0; }
+    bool operator!=(const Matrix3& other) const noexcept { return !(*this == other); }
+    /// @}
+
+    /// Every element times the float.
+    /// @{
+    constexpr Matrix3 operator*(float val) const noexcept {
+        return {m[0] * val, m[1] * val, m[2] * val, m[3] * val, m[4] * val, m[5] * val, m[6] * val, m[7] * val,
+                m[8] * val};
+    }
+    constexpr Matrix3& operator*=(float val) noexcept { return *this = *this * val; }
+    constexpr void multiply(float val) noexcept { *this = *this * val; }
+    constexpr void multiplyCopy(Matrix3& out, float val) const noexcept { out = *this * val; }
+    constexpr Matrix3 multiplyCopy(float val) const noexcept { return *this * val; }
+    /// @}
+
+    /// Element by element.
+    /// @{
+    constexpr Matrix3 operator+(const Matrix3& other) const noexcept {
+        const float* const o = other.m;
+        return {m[0] + o[0], m[1] + o[1], m[2] + o[2], m[3] + o[3], m[4] + o[4], m[5] + o[5],
+                m[6] + o[6], m[7] + o[7], m[8] + o[8]};
+    }
+    constexpr Matrix3& operator+=(const Matrix3& other) noexcept { return *this = *this + other; }
+    constexpr Matrix3 operator-(const Matrix3& other) const noexcept {
+        const float* const o = other.m;
+        return {m[0] - o[0], m[1] - o[1], m[2] - o[2], m[3] - o[3], m[4] - o[4], m[5] - o[5],
+                m[6] - o[6], m[7] - o[7], m[8] - o[8]};
+    }
+    constexpr Matrix3& operator-=(const Matrix3& other) noexcept { return *this = *this - other; }
+    /// @}
+
+    /// The matrix product with this one on the left: the result applies `other` first.
+    /// @{
+    constexpr Matrix3 operator*(const Matrix3& other) const noexcept {
+        return {product<0, 0>(other), product<0, 1>(other), product<0, 2>(other),
+                product<1, 0>(other), product<1, 1>(other), product<1, 2>(other),
+                product<2, 0>(other), product<2, 1>(other), product<2, 2>(other)};
+    }
+    constexpr Matrix3& operator*=(const Matrix3& other) noexcept { return *this = *this * other; }
+    /// @}
+
+    /// Rows become columns.
+    /// @{
+    constexpr void transpose() noexcept { *this = transposedCopy(); }
+    constexpr Matrix3 transposedCopy() const noexcept { return {m[0], m[3], m[6], m[1], m[4], m[7], m[2], m[5], m[8]}; }
+    /// @}
+
+    /// The inverse, by cofactors. A determinant of at most 2 to the power -23 either way raises Exception 2 "Invalid
+    /// matrix. Unable to build inverse.", and nothing has changed; a NaN passes and gives NaN.
+    /// @{
+    void inverse() { *this = inversedCopy(); }
+    void inversedCopy(Matrix3& out) const { out = inversedCopy(); }
+    VORN_API Matrix3 inversedCopy() const;
+    /// @}
+
+    /// Sets the translation, `m[2]` and `m[5]`. The rest stays.
+    /// @{
+    constexpr void setTrans(const Vector2& trans) noexcept { setTrans(trans.x, trans.y); }
+    constexpr void setTrans(float x, float y) noexcept {
+        m[2] = x;
+        m[5] = y;
+    }
+    /// @}
+
+    /// The translation.
+    /// @{
+    constexpr Vector2 getTrans() const noexcept { return {m[2], m[5]}; }
+    constexpr void getTrans(Vector2& out) const noexcept { out = getTrans(); }
+    /// @}
+
+    /// Adds to the translation as it stands: no matrix product, so scale and rotation play no part.
+    /// @{
+    constexpr void translate(const Vector2& trans) noexcept { translate(trans.x, trans.y); }
+    constexpr void translate(float x, float y) noexcept { setTrans(m[2] + x, m[5] + y); }
+    constexpr void translatedCopy(Matrix3& out, const Vector2& trans) const noexcept { out = translatedCopy(trans); }
+    constexpr void translatedCopy(Matrix3& out, float x, float y) const noexcept { out = translatedCopy(x, y); }
+    constexpr Matrix3 translatedCopy(const Vector2& trans) const noexcept { return translatedCopy(trans.x, trans.y); }
+    constexpr Matrix3 translatedCopy(float x, float y) const noexcept {
+        Matrix3 result(*this);
+        result.translate(x, y);
+        return result;
+    }
+    /// @}
+
+    /// Becomes the matrix that translates and does nothing else.
+    /// @{
+    constexpr void makeTranslation(const Vector2& trans) noexcept { makeTranslation(trans.x, trans.y); }
+    constexpr void makeTranslation(float x, float y) noexcept {
+        *this = Matrix3(1.0f, 0.0f, x, 0.0f, 1.0f, y, 0.0f, 0.0f, 1.0f);
+    }
+    /// @}
+
+    /// Scales what the matrix gives: row 0 times the first value and row 1 times the second, translation included.
+    /// @{
+    constexpr void scale(const Vector2& factor) noexcept { scale(factor.x, factor.y); }
+    constexpr void scale(float x, float y) noexcept { *this = scaledCopy(x, y); }
+    constexpr void scaledCopy(Matrix3& out, const Vector2& factor) const noexcept { out = scaledCopy(factor); }
+    constexpr void scaledCopy(Matrix3& out, float x, float y) const noexcept { out = scaledCopy(x, y); }
+    constexpr Matrix3 scaledCopy(const Vector2& factor) const noexcept { return scaledCopy(factor.x, factor.y); }
+    constexpr Matrix3 scaledCopy(float x, float y) const noexcept {
+        return {m[0] * x, m[1] * x, m[2] * x, m[3] * y, m[4] * y, m[5] * y, m[6], m[7], m[8]};
+    }
+    /// @}
+
+    /// Becomes the matrix that scales, then rotates, then translates. A float is an angle in radians.
+    /// @{
+    constexpr void makeTransform(const ComplexAngle& rotation, const Vector2& factor, const Vector2& trans) noexcept {
+        *this = Matrix3(rotation.x * factor.x, -(rotation.y * factor.y), trans.x, // row 0
+                        rotation.y * factor.x, factor.y * rotation.x, trans.y,    // row 1
+                        0.0f, 0.0f, 1.0f);
+    }
+    void makeTransform(float radians, const Vector2& factor, const Vector2& trans) noexcept {
+        makeTransform(ComplexAngle(radians), factor, trans);
+    }
+    /// @}
+
+    /// NOT the inverse of `makeTransform`: rotates back, then scales by the factor itself, then translates by the
+    /// negative. A float is an angle in radians.
+    /// @warning The factor is not inverted, and the translation is neither rotated nor scaled. The two cancel out only
+    ///     without rotation and with a factor of 1; otherwise take `makeTransform` and then `inverse`.
+    /// @{
+    constexpr void makeInverseTransform(const ComplexAngle& rotation, const Vector2& factor,
+                                        const Vector2& trans) noexcept {
+        *this = Matrix3(rotation.x * factor.x, rotation.y * factor.x, -trans.x,    // row 0
+                        -(factor.y * rotation.y), factor.y * rotation.x, -trans.y, // row 1
+                        0.0f, 0.0f, 1.0f);
+    }
+    void makeInverseTransform(float radians, const Vector2& factor, const Vector2& trans) noexcept {
+        makeInverseTransform(ComplexAngle(radians), factor, trans);
+    }
+    /// @}
+
+    /// The vector as a column with a third element 1, transformed. Row 2 is not read and nothing is divided by it.
+    /// @{
+    constexpr Vector2 operator*(const Vector2& vec) const noexcept { return transformCopy(vec); }
+    constexpr void transform(Vector2& vec) const noexcept { vec = transformCopy(vec); }
+    constexpr void transformCopy(XYPairBase<float>& out, const XYPairBase<float>& vec) const noexcept {
+        out = transformCopy(Vector2(vec));
+    }
+    constexpr Vector2 transformCopy(const Vector2& vec) const noexcept {
+        return {float(double(m[0]) * vec.x + double(m[1]) * vec.y + m[2]),
+                float(double(m[3]) * vec.x + double(m[4]) * vec.y + m[5])};
+    }
+    /// @}
+
+    /// Each of the four points, transformed.
+    constexpr Vector2CornerRect operator*(const Vector2CornerRect& rect) const noexcept {
+        return {{transformCopy(rect.corners[0]), transformCopy(rect.corners[1]), transformCopy(rect.corners[2]),
+                 transformCopy(rect.corners[3])}};
+    }
+
+    /// Row by row: element (row, column) is `m[3*row + column]`.
+    float m[9];
+
+private:
+    template <int Row, int Column>
+    constexpr float product(const Matrix3& other) const noexcept {
+        return float(double(m[3 * Row]) * other.m[Column] + double(m[3 * Row + 1]) * other.m[3 + Column] +
+                     double(m[3 * Row + 2]) * other.m[6 + Column]);
+    }
+};
+
+inline constexpr Matrix3 Matrix3::IDENTITY(1.0f, 0.0f, 0.0f, 0.0f, 1.0f, 0.0f, 0.0f, 0.0f, 1.0f);
+inline constexpr Matrix3 Matrix3::ZERO(0.0f);
+
+static_assert(sizeof(Matrix3) == 36, "nine floats and nothing else");
+
+constexpr Vector2 Vector2::operator*(const Matrix3& matrix) const noexcept {
+    const float* const m = matrix.m;
+    return {float(double(m[3]) * y + double(m[0]) * x + m[6]), float(double(m[1]) * x + double(m[4]) * y + m[7])};
+}
+
+constexpr Vector2& Vector2::operator*=(const Matrix3& matrix) noexcept { return *this = *this * matrix; }
+
+} // namespace Vorn
