@@ -105,8 +105,8 @@ public:
     }
     /// @}
 
-    /// True only if the relation holds on all four sides, so that two rectangles can fail all four: no order to sort by,
-    /// and no test of one containing the other.
+    /// True only if the relation holds on all four sides, so that two rectangles can fail all four: no order to sort
+    /// by, and no test of one containing the other.
     /// @{
     constexpr bool operator<(const FloatRect& rect) const noexcept {
         return left < rect.left && top < rect.top && right < rect.right && bottom < rect.bottom;
@@ -211,25 +211,21 @@ public:
     /// @}
 
     /// Division and, by `fmod`, the remainder, which has the sign of the side. A divisor that is zero of either sign or
-    /// NaN raises Exception 1, and nothing has changed: "rect.left < VORN_ZERO || rect.left > VORN_ZERO : left is zero!"
-    /// and its like for `rect.top`, `rect.right`, `rect.bottom`, `vec.x`, `vec.y` and `val`, in this order.
+    /// NaN raises Exception 1, and nothing has changed: "rect.left < VORN_ZERO || rect.left > VORN_ZERO : left is
+    /// zero!" and its like for `rect.top`, `rect.right`, `rect.bottom`, `vec.x`, `vec.y` and `val`, in this order.
     /// @{
     FloatRect operator/(const FloatRect& rect) const { return quotient(divisor<DIVIDE>(rect)); }
     FloatRect operator/(const Vector2& vec) const { return quotient(divisor<DIVIDE>(vec)); }
     FloatRect operator/(float val) const { return quotient(divisor<DIVIDE>(val)); }
     FloatRect& operator/=(const FloatRect& rect) { return *this = quotient(divisor<DIVIDE_IN_PLACE>(rect)); }
-    FloatRect& operator/=(const Vector2& vec) {
-        return *this = quotient(divisor<DIVIDE_IN_PLACE>(vec));
-    }
+    FloatRect& operator/=(const Vector2& vec) { return *this = quotient(divisor<DIVIDE_IN_PLACE>(vec)); }
     FloatRect& operator/=(float val) { return *this = quotient(divisor<DIVIDE_IN_PLACE>(val)); }
 
     FloatRect operator%(const FloatRect& rect) const { return remainder(divisor<MODULO>(rect)); }
     FloatRect operator%(const Vector2& vec) const { return remainder(divisor<MODULO>(vec)); }
     FloatRect operator%(float val) const { return remainder(divisor<MODULO>(val)); }
     FloatRect& operator%=(const FloatRect& rect) { return *this = remainder(divisor<MODULO_IN_PLACE>(rect)); }
-    FloatRect& operator%=(const Vector2& vec) {
-        return *this = remainder(divisor<MODULO_IN_PLACE>(vec));
-    }
+    FloatRect& operator%=(const Vector2& vec) { return *this = remainder(divisor<MODULO_IN_PLACE>(vec)); }
     FloatRect& operator%=(float val) { return *this = remainder(divisor<MODULO_IN_PLACE>(val)); }
     /// @}
 
@@ -280,7 +276,8 @@ public:
     /// @}
 
     /// Grows to hold a point.
-    /// @warning In place, a point moves at most one side of each axis, the low one first; the copy forms move both sides
+    /// @warning In place, a point moves at most one side of each axis, the low one first; the copy forms move both
+    /// sides
     ///     of an inverted axis. On normalised rectangles all forms agree.
     /// @{
     constexpr FloatRect operator|(const Vector2& vec) const noexcept { return *this | FloatRect(vec); }
@@ -447,7 +444,8 @@ public:
     // raises Exception 1 "pinOrigin == ::Vorn::RectPoint::CENTRE || ... : invalid origin", and nothing has changed.
 
     /// Grows by `amount` on each side, so by twice the amount on each axis.
-    /// @warning A pin on a low side holds that side, but one on a high side (RIGHT, BOTTOM) does not: the low side moves
+    /// @warning A pin on a low side holds that side, but one on a high side (RIGHT, BOTTOM) does not: the low side
+    /// moves
     ///     by twice the amount towards it and the high side by four times. (0, 10) grown by 1 at RIGHT is (2, 14).
     /// @{
     void inflate(float amountX, float amountY, unsigned int pinOrigin, float offsetX, float offsetY) {
@@ -520,7 +518,8 @@ public:
     /// @}
 
     /// Takes the given size.
-    /// @warning A pin on a low side holds that side, but one on a high side (RIGHT, BOTTOM) does not: the low side moves
+    /// @warning A pin on a low side holds that side, but one on a high side (RIGHT, BOTTOM) does not: the low side
+    /// moves
     ///     towards it by what the axis grows. (0, 10) resized to 12 at RIGHT is (2, 14).
     /// @{
     void resize(float sizeX, float sizeY, unsigned int pinOrigin, float offsetX, float offsetY) {

@@ -48,8 +48,8 @@ public:
     /// Every element times the float.
     /// @{
     constexpr Matrix3 operator*(float val) const noexcept {
-        return {m[0] * val, m[1] * val, m[2] * val, m[3] * val, m[4] * val, m[5] * val, m[6] * val, m[7] * val,
-                m[8] * val};
+        return {m[0] * val, m[1] * val, m[2] * val, m[3] * val, m[4] * val,
+                m[5] * val, m[6] * val, m[7] * val, m[8] * val};
     }
     constexpr Matrix3& operator*=(float val) noexcept { return *this = *this * val; }
     constexpr void multiply(float val) noexcept { *this = *this * val; }
@@ -61,14 +61,14 @@ public:
     /// @{
     constexpr Matrix3 operator+(const Matrix3& other) const noexcept {
         const float* const o = other.m;
-        return {m[0] + o[0], m[1] + o[1], m[2] + o[2], m[3] + o[3], m[4] + o[4], m[5] + o[5],
-                m[6] + o[6], m[7] + o[7], m[8] + o[8]};
+        return {m[0] + o[0], m[1] + o[1], m[2] + o[2], m[3] + o[3], m[4] + o[4],
+                m[5] + o[5], m[6] + o[6], m[7] + o[7], m[8] + o[8]};
     }
     constexpr Matrix3& operator+=(const Matrix3& other) noexcept { return *this = *this + other; }
     constexpr Matrix3 operator-(const Matrix3& other) const noexcept {
         const float* const o = other.m;
-        return {m[0] - o[0], m[1] - o[1], m[2] - o[2], m[3] - o[3], m[4] - o[4], m[5] - o[5],
-                m[6] - o[6], m[7] - o[7], m[8] - o[8]};
+        return {m[0] - o[0], m[1] - o[1], m[2] - o[2], m[3] - o[3], m[4] - o[4],
+                m[5] - o[5], m[6] - o[6], m[7] - o[7], m[8] - o[8]};
     }
     constexpr Matrix3& operator-=(const Matrix3& other) noexcept { return *this = *this - other; }
     /// @}

@@ -1,14 +1,14 @@
 // Rect: four independent sides, left, top, right and bottom; the base of FloatRect.
 //
-// RectBase is the plain record, Rect adds construction, access by number and equality. A rectangle may be inverted, with
-// left beyond right, and nothing here minds. For everything that computes take FloatRect.
+// RectBase is the plain record, Rect adds construction, access by number and equality. A rectangle may be inverted,
+// with left beyond right, and nothing here minds. For everything that computes take FloatRect.
 //
 // Numbers are part of the interface:
 //
 //     side           0 left, 1 top, 2 right, 3 bottom
 //     orientation    0 horizontal (left, right), 1 vertical (top, bottom)
-//     end            0 the low side of an orientation (left, top), 1 the high side (right, bottom); side = 2*end + orient
-//     corner         0 left top, 1 left bottom, 2 right top, 3 right bottom
+//     end            0 the low side of an orientation (left, top), 1 the high side (right, bottom); side = 2*end +
+//     orient corner         0 left top, 1 left bottom, 2 right top, 3 right bottom
 //
 // Cost: a value of 16 bytes; everything inlines and nothing allocates. What is not noexcept has a check.
 // Threads: plain values, which share nothing.
@@ -102,8 +102,8 @@ public:
     }
     /// @}
 
-    /// By orientation and end, which `side` holds here: 0 the low one, 1 the high one. Exception 1 "orient < 2 : Invalid
-    /// orient!" or "side < 2 : Invalid side!" for any other.
+    /// By orientation and end, which `side` holds here: 0 the low one, 1 the high one. Exception 1 "orient < 2 :
+    /// Invalid orient!" or "side < 2 : Invalid side!" for any other.
     /// @{
     float getSide(unsigned int orient, unsigned int side) const {
         VORN_ASSERT(orient < 2, "Invalid orient!", "Vorn::Rect<float,float>::getSide");

@@ -5,7 +5,8 @@
 
 namespace Vorn {
 
-/// The nine pins. Each axis has a low flag (left, top) and a high flag (right, bottom), of which a pin sets at most one.
+/// The nine pins. Each axis has a low flag (left, top) and a high flag (right, bottom), of which a pin sets at most
+/// one.
 namespace RectPoint {
 enum Flags : unsigned int {
     CENTRE = 0,
