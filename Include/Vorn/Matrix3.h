@@ -76,9 +76,9 @@ public:
     /// The matrix product with this one on the left: the result applies `other` first.
     /// @{
     constexpr Matrix3 operator*(const Matrix3& other) const noexcept {
-        return {product<0, 0>(other), product<0, 1>(other), product<0, 2>(other),
-                product<1, 0>(other), product<1, 1>(other), product<1, 2>(other),
-                product<2, 0>(other), product<2, 1>(other), product<2, 2>(other)};
+        return {product(0, 0, other), product(0, 1, other), product(0, 2, other),
+                product(1, 0, other), product(1, 1, other), product(1, 2, other),
+                product(2, 0, other), product(2, 1, other), product(2, 2, other)};
     }
     constexpr Matrix3& operator*=(const Matrix3& other) noexcept { return *this = *this * other; }
     /// @}
@@ -197,10 +197,10 @@ public:
     float m[9];
 
 private:
-    template <int Row, int Column>
-    constexpr float product(const Matrix3& other) const noexcept {
-        return float(double(m[3 * Row]) * other.m[Column] + double(m[3 * Row + 1]) * other.m[3 + Column] +
-                     double(m[3 * Row + 2]) * other.m[6 + Column]);
+    constexpr float product(int row, int column, const Matrix3& other) const noexcept {
+        const float* const a = m + 3 * row;
+        const float* const b = other.m + column;
+        return float(double(a[0]) * b[0] + double(a[1]) * b[3] + double(a[2]) * b[6]);
     }
 };
 

@@ -39,10 +39,9 @@ testing::AssertionResult same(const Actual& actual, const Expected& expected) {
     static_assert(a.size() == e.size(), "records of the same size");
     for (std::size_t i = 0; i < a.size(); ++i) {
         if (sameBits(a[i], e[i])) continue;
-        return testing::AssertionFailure()
-               << "float " << i << " is " << std::setprecision(9) << a[i] << " (bits " << std::hex
-               << std::bit_cast<unsigned int>(a[i]) << "), expected " << e[i] << " (bits "
-               << std::bit_cast<unsigned int>(e[i]) << ")";
+        return testing::AssertionFailure() << "float " << i << " is " << std::setprecision(9) << a[i] << " (bits "
+                                           << std::hex << std::bit_cast<unsigned int>(a[i]) << "), expected " << e[i]
+                                           << " (bits " << std::bit_cast<unsigned int>(e[i]) << ")";
     }
     return testing::AssertionSuccess();
 }
@@ -80,20 +79,31 @@ public:
 
 private:
     float make() {
-        static constexpr float SPECIAL[] = {0.0f,     -0.0f,     1.0f,    -1.0f,     0.5f,     2.0f,         INFINITE,
-                                            -INFINITE, DENORMAL, -DENORMAL, LARGEST, -LARGEST, NOT_A_NUMBER, 1.17549435e-38f};
+        static constexpr float SPECIAL[] = {0.0f,    -0.0f,    1.0f,         -1.0f,          0.5f,
+                                            2.0f,    INFINITE, -INFINITE,    DENORMAL,       -DENORMAL,
+                                            LARGEST, -LARGEST, NOT_A_NUMBER, 1.17549435e-38f};
         switch (below(16)) {
-        case 0: return std::bit_cast<float>(static_cast<unsigned int>(m_engine()));
-        case 1: return SPECIAL[below(std::size(SPECIAL))];
-        case 2: return m_latest[below(static_cast<unsigned int>(m_latest.size()))];
-        case 3: return scaled(-149, 23); // denormal
-        case 4: return scaled(-126, 26); // tiny
-        case 5: return scaled(64, 63);   // huge
-        case 6: return scaled(-8, 16);
+        case 0:
+            return std::bit_cast<float>(static_cast<unsigned int>(m_engine()));
+        case 1:
+            return SPECIAL[below(std::size(SPECIAL))];
+        case 2:
+            return m_latest[below(static_cast<unsigned int>(m_latest.size()))];
+        case 3:
+            return scaled(-149, 23); // denormal
+        case 4:
+            return scaled(-126, 26); // tiny
+        case 5:
+            return scaled(64, 63); // huge
+        case 6:
+            return scaled(-8, 16);
         case 7:
-        case 8: return static_cast<float>(static_cast<int>(below(41)) - 20);
-        case 9: return static_cast<float>(static_cast<int>(below(4001)) - 2000) / 4.0f;
-        default: return static_cast<float>(static_cast<int>(below(2000001)) - 1000000) / 1013.0f;
+        case 8:
+            return static_cast<float>(static_cast<int>(below(41)) - 20);
+        case 9:
+            return static_cast<float>(static_cast<int>(below(4001)) - 2000) / 4.0f;
+        default:
+            return static_cast<float>(static_cast<int>(below(2000001)) - 1000000) / 1013.0f;
         }
     }
 
@@ -111,9 +121,9 @@ private:
 
 /// How often a random test repeats: seldom where the sanitizers watch.
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__) || !defined(__OPTIMIZE__)
-inline constexpr int RANDOM_ROUNDS = 3000;
+inline constexpr int RANDOM_ROUNDS = 20000;
 #else
-inline constexpr int RANDOM_ROUNDS = 60000;
+inline constexpr int RANDOM_ROUNDS = 200000;
 #endif
 
 /// Expects that neither `Record` nor `Record()` writes a byte of the storage that a new object gets.

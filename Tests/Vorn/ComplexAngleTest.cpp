@@ -51,7 +51,7 @@ TEST(ComplexAngle, SineAndCosineAreTakenInDouble) {
         unsigned int sine;
     };
     const Row rows[] = {
-        {0.5f, 0x3F60A940, 0x3EF57744},    {1.0f, 0x3F0A5140, 0x3F576AA4},     {-1.0f, 0x3F0A5140, 0xBF576AA4},
+        {0.5f, 0x3F60A940, 0x3EF57744},    {1.0f, 0x3F0A5140, 0x3F576AA4},      {-1.0f, 0x3F0A5140, 0xBF576AA4},
         {PI, 0xBF800000, 0xB3BBBD2E},      {PI / 2.0f, 0xB33BBD2E, 0x3F800000}, {100.0f, 0x3F5CC0EE, 0xBF01A12E},
         {1.0e10f, 0x3F5F84C5, 0xBEF99A64}, {DENORMAL, 0x3F800000, 0x00000001},
     };
@@ -78,9 +78,7 @@ TEST(ComplexAngle, SineAndCosineAreTakenInDouble) {
 
 float floatOf(double value) { return static_cast<float>(value); }
 
-float squareOf(const Two& a) {
-    return floatOf(static_cast<double>(a[0]) * a[0] + static_cast<double>(a[1]) * a[1]);
-}
+float squareOf(const Two& a) { return floatOf(static_cast<double>(a[0]) * a[0] + static_cast<double>(a[1]) * a[1]); }
 
 Two productOf(const Two& a, const Two& b) {
     const double ax = a[0], ay = a[1], bx = b[0], by = b[1];
@@ -94,20 +92,50 @@ struct Form {
 };
 
 const Form FORMS[] = {
-    {"+=", [](const ComplexAngle& a, const ComplexAngle& b) { ComplexAngle r(a); EXPECT_EQ(&(r += b), &r); return r; },
-     [](const Two& a, const Two& b) { return Two{a[0] + b[0], a[1] + b[1]}; }},
+    {"+=",
+     [](const ComplexAngle& a, const ComplexAngle& b) {
+         ComplexAngle r(a);
+         EXPECT_EQ(&(r += b), &r);
+         return r;
+     },
+     [](const Two& a, const Two& b) {
+         return Two{a[0] + b[0], a[1] + b[1]};
+     }},
     {"+", [](const ComplexAngle& a, const ComplexAngle& b) { return a + b; },
-     [](const Two& a, const Two& b) { return Two{a[0] + b[0], a[1] + b[1]}; }},
-    {"-=", [](const ComplexAngle& a, const ComplexAngle& b) { ComplexAngle r(a); EXPECT_EQ(&(r -= b), &r); return r; },
-     [](const Two& a, const Two& b) { return Two{a[0] - b[0], a[1] - b[1]}; }},
+     [](const Two& a, const Two& b) {
+         return Two{a[0] + b[0], a[1] + b[1]};
+     }},
+    {"-=",
+     [](const ComplexAngle& a, const ComplexAngle& b) {
+         ComplexAngle r(a);
+         EXPECT_EQ(&(r -= b), &r);
+         return r;
+     },
+     [](const Two& a, const Two& b) {
+         return Two{a[0] - b[0], a[1] - b[1]};
+     }},
     {"-", [](const ComplexAngle& a, const ComplexAngle& b) { return a - b; },
-     [](const Two& a, const Two& b) { return Two{a[0] - b[0], a[1] - b[1]}; }},
+     [](const Two& a, const Two& b) {
+         return Two{a[0] - b[0], a[1] - b[1]};
+     }},
     {"negation", [](const ComplexAngle& a, const ComplexAngle&) { return -a; },
-     [](const Two& a, const Two&) { return Two{-a[0], -a[1]}; }},
-    {"*=", [](const ComplexAngle& a, const ComplexAngle& b) { ComplexAngle r(a); EXPECT_EQ(&(r *= b), &r); return r; },
+     [](const Two& a, const Two&) {
+         return Two{-a[0], -a[1]};
+     }},
+    {"*=",
+     [](const ComplexAngle& a, const ComplexAngle& b) {
+         ComplexAngle r(a);
+         EXPECT_EQ(&(r *= b), &r);
+         return r;
+     },
      productOf},
     {"*", [](const ComplexAngle& a, const ComplexAngle& b) { return a * b; }, productOf},
-    {"*= a vector", [](const ComplexAngle& a, const ComplexAngle& b) { ComplexAngle r(a); r *= Vector2(b); return r; },
+    {"*= a vector",
+     [](const ComplexAngle& a, const ComplexAngle& b) {
+         ComplexAngle r(a);
+         r *= Vector2(b);
+         return r;
+     },
      productOf},
     {"* pair", [](const ComplexAngle& a, const ComplexAngle& b) { return a * static_cast<const Pair&>(b); }, productOf},
     {"* vector", [](const ComplexAngle& a, const ComplexAngle& b) { return ComplexAngle(a * Vector2(b)); },
@@ -116,23 +144,42 @@ const Form FORMS[] = {
          return Two{floatOf(vx * x - vy * y), floatOf(y * vx + vy * x)};
      }},
     {"*= float",
-     [](const ComplexAngle& a, const ComplexAngle& b) { ComplexAngle r(a); EXPECT_EQ(&(r *= b.x), &r); return r; },
-     [](const Two& a, const Two& b) { return Two{a[0] * b[0], a[1] * b[0]}; }},
+     [](const ComplexAngle& a, const ComplexAngle& b) {
+         ComplexAngle r(a);
+         EXPECT_EQ(&(r *= b.x), &r);
+         return r;
+     },
+     [](const Two& a, const Two& b) {
+         return Two{a[0] * b[0], a[1] * b[0]};
+     }},
     {"* float", [](const ComplexAngle& a, const ComplexAngle& b) { return a * b.x; },
-     [](const Two& a, const Two& b) { return Two{a[0] * b[0], a[1] * b[0]}; }},
+     [](const Two& a, const Two& b) {
+         return Two{a[0] * b[0], a[1] * b[0]};
+     }},
     {"dot", [](const ComplexAngle& a, const ComplexAngle& b) { return ComplexAngle(a.dot(b), a.dotProduct(b)); },
      [](const Two& a, const Two& b) {
          const float dot = floatOf(static_cast<double>(a[0]) * b[0] + static_cast<double>(a[1]) * b[1]);
          return Two{dot, dot};
      }},
-    {"normalise", [](const ComplexAngle& a, const ComplexAngle&) { ComplexAngle r(a); r.normalise(); return r; },
+    {"normalise",
+     [](const ComplexAngle& a, const ComplexAngle&) {
+         ComplexAngle r(a);
+         r.normalise();
+         return r;
+     },
      [](const Two& a, const Two&) {
          const float length = floatOf(std::sqrt(static_cast<double>(squareOf(a))));
          const float f = floatOf(1.0 / static_cast<double>(length));
          return Two{a[0] * f, a[1] * f};
      }},
-    {"what normalise returns", [](const ComplexAngle& a, const ComplexAngle&) { ComplexAngle r(a); return ComplexAngle(r.normalise(), 0.0f); },
-     [](const Two& a, const Two&) { return Two{squareOf(a), 0.0f}; }},
+    {"what normalise returns",
+     [](const ComplexAngle& a, const ComplexAngle&) {
+         ComplexAngle r(a);
+         return ComplexAngle(r.normalise(), 0.0f);
+     },
+     [](const Two& a, const Two&) {
+         return Two{squareOf(a), 0.0f};
+     }},
     {"inverse", [](const ComplexAngle& a, const ComplexAngle&) { return a.inverse(); },
      [](const Two& a, const Two&) {
          const float s = squareOf(a);

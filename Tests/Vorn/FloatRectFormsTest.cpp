@@ -81,8 +81,7 @@ Four ratioCreated(const Four& a, const Four& b) {
         const std::size_t low = i % 2;
         const float size = floatOf(static_cast<double>(a[low + 2]) - static_cast<double>(a[low]));
         if (!(size > 0.0f)) continue;
-        result[i] =
-            floatOf((static_cast<double>(b[i]) - static_cast<double>(a[low])) / static_cast<double>(size));
+        result[i] = floatOf((static_cast<double>(b[i]) - static_cast<double>(a[low])) / static_cast<double>(size));
     }
     return result;
 }
@@ -104,8 +103,10 @@ struct Form {
 };
 
 // The result and the arguments are both called r and b in the rows below.
-#define FORM(name, formula, argument, ...) \
-    Form { name, formula, argument, [](FloatRect& r, [[maybe_unused]] const FloatRect& b) { __VA_ARGS__; } }
+#define FORM(name, formula, argument, ...)                                                              \
+    Form {                                                                                              \
+        name, formula, argument, [](FloatRect& r, [[maybe_unused]] const FloatRect& b) { __VA_ARGS__; } \
+    }
 #define IN_PLACE(operation, operand) EXPECT_EQ(&(r operation operand), &r)
 #define FOUR b.left, b.top, b.right, b.bottom
 #define POINT b.left, b.top
@@ -272,16 +273,17 @@ TEST(FloatRectForms, DivideWithTheBitsOfThePlainFormula) {
 
 TEST(FloatRectForms, TakeTheRectangleItselfAsOperand) {
     FloatRect rect(1, 2, 3, 4);
-    rect += rect;
+    const FloatRect& itself = rect;
+    rect += itself;
     EXPECT_TRUE(same(rect, Four{2, 4, 6, 8}));
-    rect *= rect;
+    rect *= itself;
     EXPECT_TRUE(same(rect, Four{4, 16, 36, 64}));
-    rect |= rect;
-    rect &= rect;
+    rect |= itself;
+    rect &= itself;
     EXPECT_TRUE(same(rect, Four{4, 16, 36, 64}));
-    rect /= rect;
+    rect /= itself;
     EXPECT_TRUE(same(rect, Four{1, 1, 1, 1}));
-    rect -= rect;
+    rect -= itself;
     EXPECT_TRUE(same(rect, Four{0, 0, 0, 0}));
 }
 

@@ -28,13 +28,15 @@ struct Form {
     Family family;
     bool oneFloat;
     bool inPlace;
-    const char* function; // null: this form does not check
+    const char* function;                            // null: this form does not check
     void (*run)(FloatRect& result, const Input& in); // `result` comes as the rectangle for a form in place
 };
 
 // i is the input, r the result.
-#define FORM(name, family, oneFloat, inPlace, function, ...) \
-    Form { name, family, oneFloat, inPlace, function, [](FloatRect& r, const Input& i) { __VA_ARGS__; } }
+#define FORM(name, family, oneFloat, inPlace, function, ...)                                         \
+    Form {                                                                                           \
+        name, family, oneFloat, inPlace, function, [](FloatRect& r, const Input& i) { __VA_ARGS__; } \
+    }
 #define INFLATE_NAME "Vorn::FloatRect::inflate"
 #define INFLATED_COPY_NAME "Vorn::FloatRect::inflatedCopy"
 #define RESIZE_NAME "Vorn::FloatRect::resize"
@@ -52,14 +54,18 @@ const Form FORMS[] = {
     FORM("inflate 2 2", INFLATE, false, true, INFLATE_NAME, r.inflate(TWO, i.pin, OFFSETS)),
     FORM("inflate 1 V", INFLATE, true, true, INFLATE_NAME, r.inflate(ONE, i.pin, OFFSET)),
     FORM("inflate 1 2", INFLATE, true, true, nullptr, r.inflate(ONE, i.pin, OFFSETS)),
-    FORM("inflatedCopy out V V", INFLATE, false, false, INFLATED_COPY_NAME, i.rect.inflatedCopy(r, VECTOR, i.pin, OFFSET)),
-    FORM("inflatedCopy out V 2", INFLATE, false, false, INFLATED_COPY_NAME, i.rect.inflatedCopy(r, VECTOR, i.pin, OFFSETS)),
+    FORM("inflatedCopy out V V", INFLATE, false, false, INFLATED_COPY_NAME,
+         i.rect.inflatedCopy(r, VECTOR, i.pin, OFFSET)),
+    FORM("inflatedCopy out V 2", INFLATE, false, false, INFLATED_COPY_NAME,
+         i.rect.inflatedCopy(r, VECTOR, i.pin, OFFSETS)),
     FORM("inflatedCopy out 2 V", INFLATE, false, false, INFLATED_COPY_NAME, i.rect.inflatedCopy(r, TWO, i.pin, OFFSET)),
-    FORM("inflatedCopy out 2 2", INFLATE, false, false, INFLATED_COPY_NAME, i.rect.inflatedCopy(r, TWO, i.pin, OFFSETS)),
+    FORM("inflatedCopy out 2 2", INFLATE, false, false, INFLATED_COPY_NAME,
+         i.rect.inflatedCopy(r, TWO, i.pin, OFFSETS)),
     FORM("inflatedCopy out 1 V", INFLATE, true, false, INFLATED_COPY_NAME, i.rect.inflatedCopy(r, ONE, i.pin, OFFSET)),
     FORM("inflatedCopy out 1 2", INFLATE, true, false, INFLATED_COPY_NAME, i.rect.inflatedCopy(r, ONE, i.pin, OFFSETS)),
     FORM("inflatedCopy V V", INFLATE, false, false, INFLATED_COPY_NAME, r = i.rect.inflatedCopy(VECTOR, i.pin, OFFSET)),
-    FORM("inflatedCopy V 2", INFLATE, false, false, INFLATED_COPY_NAME, r = i.rect.inflatedCopy(VECTOR, i.pin, OFFSETS)),
+    FORM("inflatedCopy V 2", INFLATE, false, false, INFLATED_COPY_NAME,
+         r = i.rect.inflatedCopy(VECTOR, i.pin, OFFSETS)),
     FORM("inflatedCopy 2 V", INFLATE, false, false, INFLATED_COPY_NAME, r = i.rect.inflatedCopy(TWO, i.pin, OFFSET)),
     FORM("inflatedCopy 2 2", INFLATE, false, false, INFLATED_COPY_NAME, r = i.rect.inflatedCopy(TWO, i.pin, OFFSETS)),
     FORM("inflatedCopy 1 V", INFLATE, true, false, INFLATED_COPY_NAME, r = i.rect.inflatedCopy(ONE, i.pin, OFFSET)),
@@ -186,16 +192,16 @@ TEST(PinnedResizing, WorksAsTheExamplesShow) {
         Four expected;
     };
     const Row rows[] = {
-        {INFLATE, {1, 1}, CENTRE, {0, 0}, {-1, -1, 11, 11}},   {INFLATE, {1, 1}, LEFT, {0, 0}, {0, -1, 12, 11}},
-        {INFLATE, {1, 1}, TOP, {0, 0}, {-1, 0, 11, 12}},       {INFLATE, {1, 1}, TOP_LEFT, {0, 0}, {0, 0, 12, 12}},
-        {INFLATE, {1, 1}, RIGHT, {0, 0}, {2, -1, 14, 11}},     {INFLATE, {1, 1}, BOTTOM, {0, 0}, {-1, 2, 11, 14}},
-        {INFLATE, {1, 1}, TOP_RIGHT, {0, 0}, {2, 0, 14, 12}},  {INFLATE, {1, 1}, BOTTOM_LEFT, {0, 0}, {0, 2, 12, 14}},
-        {INFLATE, {1, 1}, BOTTOM_RIGHT, {0, 0}, {2, 2, 14, 14}},
-        {INFLATE, {1, 1}, CENTRE, {3, 4}, {-4, -5, 8, 7}},     {INFLATE, {-6, 1}, CENTRE, {0, 0}, {6, -1, 4, 11}},
-        {RESIZE, {12, 12}, CENTRE, {0, 0}, {-1, -1, 11, 11}},  {RESIZE, {12, 12}, TOP_LEFT, {0, 0}, {0, 0, 12, 12}},
-        {RESIZE, {12, 12}, RIGHT, {0, 0}, {2, -1, 14, 11}},    {RESIZE, {12, 12}, BOTTOM, {0, 0}, {-1, 2, 11, 14}},
-        {RESIZE, {8, 8}, CENTRE, {0, 0}, {1, 1, 9, 9}},        {RESIZE, {20, 10}, TOP_LEFT, {0, 0}, {0, 0, 20, 10}},
-        {RESIZE, {-2, 10}, TOP_LEFT, {0, 0}, {0, 0, -2, 10}},  {RESIZE, {12, 12}, CENTRE, {3, 4}, {-4, -5, 8, 7}},
+        {INFLATE, {1, 1}, CENTRE, {0, 0}, {-1, -1, 11, 11}},     {INFLATE, {1, 1}, LEFT, {0, 0}, {0, -1, 12, 11}},
+        {INFLATE, {1, 1}, TOP, {0, 0}, {-1, 0, 11, 12}},         {INFLATE, {1, 1}, TOP_LEFT, {0, 0}, {0, 0, 12, 12}},
+        {INFLATE, {1, 1}, RIGHT, {0, 0}, {2, -1, 14, 11}},       {INFLATE, {1, 1}, BOTTOM, {0, 0}, {-1, 2, 11, 14}},
+        {INFLATE, {1, 1}, TOP_RIGHT, {0, 0}, {2, 0, 14, 12}},    {INFLATE, {1, 1}, BOTTOM_LEFT, {0, 0}, {0, 2, 12, 14}},
+        {INFLATE, {1, 1}, BOTTOM_RIGHT, {0, 0}, {2, 2, 14, 14}}, {INFLATE, {1, 1}, CENTRE, {3, 4}, {-4, -5, 8, 7}},
+        {INFLATE, {-6, 1}, CENTRE, {0, 0}, {6, -1, 4, 11}},      {RESIZE, {12, 12}, CENTRE, {0, 0}, {-1, -1, 11, 11}},
+        {RESIZE, {12, 12}, TOP_LEFT, {0, 0}, {0, 0, 12, 12}},    {RESIZE, {12, 12}, RIGHT, {0, 0}, {2, -1, 14, 11}},
+        {RESIZE, {12, 12}, BOTTOM, {0, 0}, {-1, 2, 11, 14}},     {RESIZE, {8, 8}, CENTRE, {0, 0}, {1, 1, 9, 9}},
+        {RESIZE, {20, 10}, TOP_LEFT, {0, 0}, {0, 0, 20, 10}},    {RESIZE, {-2, 10}, TOP_LEFT, {0, 0}, {0, 0, -2, 10}},
+        {RESIZE, {12, 12}, CENTRE, {3, 4}, {-4, -5, 8, 7}},
     };
     for (const Row& row : rows) {
         const Input in = {FloatRect(0, 0, 10, 10), row.amount, row.pin, row.offset};

@@ -346,8 +346,7 @@ TEST(FloatRect, OrientationsBeyondOneRaise) {
         expectRaises<1>([&] { rect.reflect(orient); }, message, "Vorn::FloatRect::reflect", FILE_TEXT);
         expectRaises<1>([&] { (void)rect.reflectedCopy(orient); }, message, "Vorn::FloatRect::reflectedCopy",
                         FILE_TEXT);
-        expectRaises<1>([&] { rect.reflectedCopy(out, orient); }, message, "Vorn::FloatRect::reflectedCopy",
-                        FILE_TEXT);
+        expectRaises<1>([&] { rect.reflectedCopy(out, orient); }, message, "Vorn::FloatRect::reflectedCopy", FILE_TEXT);
         EXPECT_TRUE(same(rect, COUNTED));
         EXPECT_TRUE(same(out, Four{9, 9, 9, 9}));
     }

@@ -126,7 +126,11 @@ const Form FORMS[] = {
      [](const Nine& a, const Nine& b) { return scaledBy(a, b[0]); }},
     {"*= float", [](Matrix3& r, const Matrix3& b) { EXPECT_EQ(&(r *= b.m[0]), &r); },
      [](const Nine& a, const Nine& b) { return scaledBy(a, b[0]); }},
-    {"multiplyCopy(out)", [](Matrix3& r, const Matrix3& b) { const Matrix3 a(r); a.multiplyCopy(r, b.m[0]); },
+    {"multiplyCopy(out)",
+     [](Matrix3& r, const Matrix3& b) {
+         const Matrix3 a(r);
+         a.multiplyCopy(r, b.m[0]);
+     },
      [](const Nine& a, const Nine& b) { return scaledBy(a, b[0]); }},
     {"multiplyCopy", [](Matrix3& r, const Matrix3& b) { r = r.multiplyCopy(b.m[0]); },
      [](const Nine& a, const Nine& b) { return scaledBy(a, b[0]); }},
@@ -150,10 +154,18 @@ const Form FORMS[] = {
      [](const Nine& a, const Nine& b) { return Nine{a[0], a[1], b[0], a[3], a[4], b[1], a[6], a[7], a[8]}; }},
     {"translate", [](Matrix3& r, const Matrix3& b) { r.translate(vectorOf(b)); }, translationOf},
     {"translate(x, y)", [](Matrix3& r, const Matrix3& b) { r.translate(b.m[0], b.m[1]); }, translationOf},
-    {"translatedCopy(out)", [](Matrix3& r, const Matrix3& b) { const Matrix3 a(r); a.translatedCopy(r, vectorOf(b)); },
+    {"translatedCopy(out)",
+     [](Matrix3& r, const Matrix3& b) {
+         const Matrix3 a(r);
+         a.translatedCopy(r, vectorOf(b));
+     },
      translationOf},
     {"translatedCopy(out, x, y)",
-     [](Matrix3& r, const Matrix3& b) { const Matrix3 a(r); a.translatedCopy(r, b.m[0], b.m[1]); }, translationOf},
+     [](Matrix3& r, const Matrix3& b) {
+         const Matrix3 a(r);
+         a.translatedCopy(r, b.m[0], b.m[1]);
+     },
+     translationOf},
     {"translatedCopy", [](Matrix3& r, const Matrix3& b) { r = r.translatedCopy(vectorOf(b)); }, translationOf},
     {"translatedCopy(x, y)", [](Matrix3& r, const Matrix3& b) { r = r.translatedCopy(b.m[0], b.m[1]); }, translationOf},
     {"makeTranslation", [](Matrix3& r, const Matrix3& b) { r.makeTranslation(vectorOf(b)); },
@@ -162,9 +174,17 @@ const Form FORMS[] = {
      [](const Nine&, const Nine& b) { return Nine{1, 0, b[0], 0, 1, b[1], 0, 0, 1}; }},
     {"scale", [](Matrix3& r, const Matrix3& b) { r.scale(vectorOf(b)); }, rowsScaled},
     {"scale(x, y)", [](Matrix3& r, const Matrix3& b) { r.scale(b.m[0], b.m[1]); }, rowsScaled},
-    {"scaledCopy(out)", [](Matrix3& r, const Matrix3& b) { const Matrix3 a(r); a.scaledCopy(r, vectorOf(b)); },
+    {"scaledCopy(out)",
+     [](Matrix3& r, const Matrix3& b) {
+         const Matrix3 a(r);
+         a.scaledCopy(r, vectorOf(b));
+     },
      rowsScaled},
-    {"scaledCopy(out, x, y)", [](Matrix3& r, const Matrix3& b) { const Matrix3 a(r); a.scaledCopy(r, b.m[0], b.m[1]); },
+    {"scaledCopy(out, x, y)",
+     [](Matrix3& r, const Matrix3& b) {
+         const Matrix3 a(r);
+         a.scaledCopy(r, b.m[0], b.m[1]);
+     },
      rowsScaled},
     {"scaledCopy", [](Matrix3& r, const Matrix3& b) { r = r.scaledCopy(vectorOf(b)); }, rowsScaled},
     {"scaledCopy(x, y)", [](Matrix3& r, const Matrix3& b) { r = r.scaledCopy(b.m[0], b.m[1]); }, rowsScaled},
@@ -371,9 +391,9 @@ TEST(Matrix3, InverseOfASingularMatrixRaisesAndChangesNothing) {
     for (const Matrix3& original : singular) {
         Matrix3 matrix(original);
         Matrix3 out(COUNTED);
-        for (const Report& report : {reportOf<2>([&] { (void)matrix.inversedCopy(); }),
-                                     reportOf<2>([&] { matrix.inversedCopy(out); }),
-                                     reportOf<2>([&] { matrix.inverse(); })}) {
+        for (const Report& report :
+             {reportOf<2>([&] { (void)matrix.inversedCopy(); }), reportOf<2>([&] { matrix.inversedCopy(out); }),
+              reportOf<2>([&] { matrix.inverse(); })}) {
             EXPECT_EQ(report.message, MESSAGE);
             EXPECT_EQ(report.type, "::Vorn::E::INTERNAL");
             EXPECT_EQ(report.function, "Vorn::Matrix3::inversedCopy");

@@ -97,27 +97,79 @@ struct Form {
 
 // What takes another vector, or its x as a float.
 const Form FORMS[] = {
-    {"+=", [](const Vector2& v, const Vector2& o) { Vector2 r(v); EXPECT_EQ(&(r += o), &r); return r; }, added},
+    {"+=",
+     [](const Vector2& v, const Vector2& o) {
+         Vector2 r(v);
+         EXPECT_EQ(&(r += o), &r);
+         return r;
+     },
+     added},
     {"+", [](const Vector2& v, const Vector2& o) { return v + o; }, added},
-    {"-=", [](const Vector2& v, const Vector2& o) { Vector2 r(v); EXPECT_EQ(&(r -= o), &r); return r; }, subtracted},
+    {"-=",
+     [](const Vector2& v, const Vector2& o) {
+         Vector2 r(v);
+         EXPECT_EQ(&(r -= o), &r);
+         return r;
+     },
+     subtracted},
     {"-", [](const Vector2& v, const Vector2& o) { return v - o; }, subtracted},
-    {"*=", [](const Vector2& v, const Vector2& o) { Vector2 r(v); EXPECT_EQ(&(r *= o), &r); return r; }, multiplied},
+    {"*=",
+     [](const Vector2& v, const Vector2& o) {
+         Vector2 r(v);
+         EXPECT_EQ(&(r *= o), &r);
+         return r;
+     },
+     multiplied},
     {"*", [](const Vector2& v, const Vector2& o) { return v * o; }, multiplied},
-    {"+= float", [](const Vector2& v, const Vector2& o) { Vector2 r(v); EXPECT_EQ(&(r += o.x), &r); return r; },
-     [](const Two& v, const Two& o) { return added(v, {o[0], o[0]}); }},
+    {"+= float",
+     [](const Vector2& v, const Vector2& o) {
+         Vector2 r(v);
+         EXPECT_EQ(&(r += o.x), &r);
+         return r;
+     },
+     [](const Two& v, const Two& o) {
+         return added(v, {o[0], o[0]});
+     }},
     {"+ float", [](const Vector2& v, const Vector2& o) { return v + o.x; },
-     [](const Two& v, const Two& o) { return added(v, {o[0], o[0]}); }},
-    {"-= float", [](const Vector2& v, const Vector2& o) { Vector2 r(v); EXPECT_EQ(&(r -= o.x), &r); return r; },
-     [](const Two& v, const Two& o) { return subtracted(v, {o[0], o[0]}); }},
+     [](const Two& v, const Two& o) {
+         return added(v, {o[0], o[0]});
+     }},
+    {"-= float",
+     [](const Vector2& v, const Vector2& o) {
+         Vector2 r(v);
+         EXPECT_EQ(&(r -= o.x), &r);
+         return r;
+     },
+     [](const Two& v, const Two& o) {
+         return subtracted(v, {o[0], o[0]});
+     }},
     {"- float", [](const Vector2& v, const Vector2& o) { return v - o.x; },
-     [](const Two& v, const Two& o) { return subtracted(v, {o[0], o[0]}); }},
-    {"*= float", [](const Vector2& v, const Vector2& o) { Vector2 r(v); EXPECT_EQ(&(r *= o.x), &r); return r; },
-     [](const Two& v, const Two& o) { return multiplied(v, {o[0], o[0]}); }},
+     [](const Two& v, const Two& o) {
+         return subtracted(v, {o[0], o[0]});
+     }},
+    {"*= float",
+     [](const Vector2& v, const Vector2& o) {
+         Vector2 r(v);
+         EXPECT_EQ(&(r *= o.x), &r);
+         return r;
+     },
+     [](const Two& v, const Two& o) {
+         return multiplied(v, {o[0], o[0]});
+     }},
     {"* float", [](const Vector2& v, const Vector2& o) { return v * o.x; },
-     [](const Two& v, const Two& o) { return multiplied(v, {o[0], o[0]}); }},
+     [](const Two& v, const Two& o) {
+         return multiplied(v, {o[0], o[0]});
+     }},
     {"negation", [](const Vector2& v, const Vector2&) { return -v; },
-     [](const Two& v, const Two&) { return Two{-v[0], -v[1]}; }},
-    {"upperLimit", [](const Vector2& v, const Vector2& o) { Vector2 r(v); r.upperLimit(o); return r; },
+     [](const Two& v, const Two&) {
+         return Two{-v[0], -v[1]};
+     }},
+    {"upperLimit",
+     [](const Vector2& v, const Vector2& o) {
+         Vector2 r(v);
+         r.upperLimit(o);
+         return r;
+     },
      [](const Two& v, const Two& o) {
          Two result = o;
          for (std::size_t i = 0; i < 2; ++i) {
@@ -125,7 +177,12 @@ const Form FORMS[] = {
          }
          return result;
      }},
-    {"lowerLimit", [](const Vector2& v, const Vector2& o) { Vector2 r(v); r.lowerLimit(o); return r; },
+    {"lowerLimit",
+     [](const Vector2& v, const Vector2& o) {
+         Vector2 r(v);
+         r.lowerLimit(o);
+         return r;
+     },
      [](const Two& v, const Two& o) {
          Two result = o;
          for (std::size_t i = 0; i < 2; ++i) {
@@ -136,16 +193,46 @@ const Form FORMS[] = {
     {"midPoint", [](const Vector2& v, const Vector2& o) { return v.midPoint(o); },
      [](const Two& v, const Two& o) { return each(o, v, [](double a, double b) { return (a + b) * 0.5; }); }},
     {"perpendicular", [](const Vector2& v, const Vector2&) { return v.perpendicular(); },
-     [](const Two& v, const Two&) { return Two{-v[1], v[0]}; }},
-    {"perpendicular(out)", [](const Vector2& v, const Vector2& o) { Vector2 r(o); v.perpendicular(r); return r; },
-     [](const Two& v, const Two&) { return Two{-v[1], v[0]}; }},
+     [](const Two& v, const Two&) {
+         return Two{-v[1], v[0]};
+     }},
+    {"perpendicular(out)",
+     [](const Vector2& v, const Vector2& o) {
+         Vector2 r(o);
+         v.perpendicular(r);
+         return r;
+     },
+     [](const Two& v, const Two&) {
+         return Two{-v[1], v[0]};
+     }},
     {"reflect", [](const Vector2& v, const Vector2& o) { return v.reflect(o); }, reflectionOf},
-    {"reflect(out)", [](const Vector2& v, const Vector2& o) { Vector2 r; v.reflect(o, r); return r; }, reflectionOf},
-    {"reflect into the normal", [](const Vector2& v, const Vector2& o) { Vector2 r(o); v.reflect(r, r); return r; },
+    {"reflect(out)",
+     [](const Vector2& v, const Vector2& o) {
+         Vector2 r;
+         v.reflect(o, r);
+         return r;
+     },
      reflectionOf},
-    {"reflect into itself", [](const Vector2& v, const Vector2& o) { Vector2 r(v); r.reflect(o, r); return r; },
+    {"reflect into the normal",
+     [](const Vector2& v, const Vector2& o) {
+         Vector2 r(o);
+         v.reflect(r, r);
+         return r;
+     },
      reflectionOf},
-    {"normalise", [](const Vector2& v, const Vector2&) { Vector2 r(v); r.normalise(); return r; },
+    {"reflect into itself",
+     [](const Vector2& v, const Vector2& o) {
+         Vector2 r(v);
+         r.reflect(o, r);
+         return r;
+     },
+     reflectionOf},
+    {"normalise",
+     [](const Vector2& v, const Vector2&) {
+         Vector2 r(v);
+         r.normalise();
+         return r;
+     },
      [](const Two& v, const Two&) {
          const float f = inverseLengthOf(squaredLengthOf(v));
          return multiplied(v, {f, f});
@@ -155,7 +242,12 @@ const Form FORMS[] = {
          const float f = inverseLengthOf(squaredLengthOf(v));
          return multiplied(v, {f, f});
      }},
-    {"normalisedCopy(out)", [](const Vector2& v, const Vector2& o) { Vector2 r(o); v.normalisedCopy(r); return r; },
+    {"normalisedCopy(out)",
+     [](const Vector2& v, const Vector2& o) {
+         Vector2 r(o);
+         v.normalisedCopy(r);
+         return r;
+     },
      [](const Two& v, const Two&) {
          const float f = inverseLengthOf(squaredLengthOf(v));
          return multiplied(v, {f, f});
@@ -176,7 +268,9 @@ const Form FORMS[] = {
          return Two{cross, cross};
      }},
     {"squaredLength", [](const Vector2& v, const Vector2&) { return Vector2(v.squaredLength()); },
-     [](const Two& v, const Two&) { return Two{squaredLengthOf(v), squaredLengthOf(v)}; }},
+     [](const Two& v, const Two&) {
+         return Two{squaredLengthOf(v), squaredLengthOf(v)};
+     }},
 };
 
 TEST(Vector2, EveryFormHasTheBitsOfThePlainFormula) {
@@ -311,9 +405,8 @@ constexpr const char* FILE_TEXT = "Include/Vorn/Vector2";
 
 TEST(Vector2, DivisionChecksXAndThenYAndChangesNothing) {
     const DivisorRow rows[] = {
-        {{0.0f, 1.0f}, X_MESSAGE},         {{-0.0f, 1.0f}, X_MESSAGE},
-        {{NOT_A_NUMBER, 1.0f}, X_MESSAGE}, {{0.0f, 0.0f}, X_MESSAGE},
-        {{1.0f, 0.0f}, Y_MESSAGE},         {{1.0f, -0.0f}, Y_MESSAGE},
+        {{0.0f, 1.0f}, X_MESSAGE},         {{-0.0f, 1.0f}, X_MESSAGE}, {{NOT_A_NUMBER, 1.0f}, X_MESSAGE},
+        {{0.0f, 0.0f}, X_MESSAGE},         {{1.0f, 0.0f}, Y_MESSAGE},  {{1.0f, -0.0f}, Y_MESSAGE},
         {{1.0f, NOT_A_NUMBER}, Y_MESSAGE},
     };
     for (const DivisorRow& row : rows) {
@@ -359,15 +452,16 @@ TEST(Vector2, DivisionIsATrueDivision) {
 
 TEST(Vector2, AnOperandMayBeTheVectorItself) {
     Vector2 vector(3.0f, 4.0f);
-    vector += vector;
+    const Vector2& itself = vector;
+    vector += itself;
     EXPECT_TRUE(same(vector, Two{6.0f, 8.0f}));
-    vector *= vector;
+    vector *= itself;
     EXPECT_TRUE(same(vector, Two{36.0f, 64.0f}));
-    vector /= vector;
+    vector /= itself;
     EXPECT_TRUE(same(vector, Two{1.0f, 1.0f}));
     vector.normalisedCopy(vector);
     EXPECT_TRUE(same(vector, Vector2(1.0f, 1.0f).normalisedCopy()));
-    vector -= vector;
+    vector -= itself;
     EXPECT_TRUE(same(vector, Two{0.0f, 0.0f}));
 }
 
