@@ -83,27 +83,17 @@ private:
                                             2.0f,    INFINITE, -INFINITE,    DENORMAL,       -DENORMAL,
                                             LARGEST, -LARGEST, NOT_A_NUMBER, 1.17549435e-38f};
         switch (below(16)) {
-        case 0:
-            return std::bit_cast<float>(static_cast<unsigned int>(m_engine()));
-        case 1:
-            return SPECIAL[below(std::size(SPECIAL))];
-        case 2:
-            return m_latest[below(static_cast<unsigned int>(m_latest.size()))];
-        case 3:
-            return scaled(-149, 23); // denormal
-        case 4:
-            return scaled(-126, 26); // tiny
-        case 5:
-            return scaled(64, 63); // huge
-        case 6:
-            return scaled(-8, 16);
+        case 0: return std::bit_cast<float>(static_cast<unsigned int>(m_engine()));
+        case 1: return SPECIAL[below(std::size(SPECIAL))];
+        case 2: return m_latest[below(static_cast<unsigned int>(m_latest.size()))];
+        case 3: return scaled(-149, 23); // denormal
+        case 4: return scaled(-126, 26); // tiny
+        case 5: return scaled(64, 63);   // huge
+        case 6: return scaled(-8, 16);
         case 7:
-        case 8:
-            return static_cast<float>(static_cast<int>(below(41)) - 20);
-        case 9:
-            return static_cast<float>(static_cast<int>(below(4001)) - 2000) / 4.0f;
-        default:
-            return static_cast<float>(static_cast<int>(below(2000001)) - 1000000) / 1013.0f;
+        case 8: return static_cast<float>(static_cast<int>(below(41)) - 20);
+        case 9: return static_cast<float>(static_cast<int>(below(4001)) - 2000) / 4.0f;
+        default: return static_cast<float>(static_cast<int>(below(2000001)) - 1000000) / 1013.0f;
         }
     }
 
