@@ -88,7 +88,7 @@ public:
     /// Whether a point lies in a normalised rectangle, edges included. NaN gives false.
     /// @{
     constexpr bool isInside(float x, float y) const noexcept {
-        return x >= left && x <= right && y >= top && y <= bottom;
+        return horizontal().contains(x) && vertical().contains(y);
     }
     constexpr bool isInside(const Vector2& point) const noexcept { return isInside(point.x, point.y); }
     /// @}

@@ -12,6 +12,7 @@
 
 #include "Vorn/ComplexAngle.h"
 #include "Vorn/Config.h"
+#include "Vorn/DoublePair.h"
 #include "Vorn/Vector2.h"
 #include "Vorn/Vector2CornerRect.h"
 
@@ -76,9 +77,18 @@ public:
     /// The matrix product with this one on the left: the result applies `other` first.
     /// @{
     constexpr Matrix3 operator*(const Matrix3& other) const noexcept {
-        return {product(0, 0, other), product(0, 1, other), product(0, 2, other),
-                product(1, 0, other), product(1, 1, other), product(1, 2, other),
-                product(2, 0, other), product(2, 1, other), product(2, 2, other)};
+        using Pair = VornPrivate::DoublePair;
+        const Pair left[] = {Pair::load(other.m), Pair::load(other.m + 3), Pair::load(other.m + 6)};
+        const Pair right[] = {Pair::load(other.m + 1), Pair::load(other.m + 4), Pair::load(other.m + 7)};
+        Matrix3 result(0.0f);
+        for (int row = 0; row < 9; row += 3) {
+            const Pair a01 = Pair::load(m + row);
+            const Pair a12 = Pair::load(m + row + 1);
+            const Pair a[] = {a01.firsts(), a01.seconds(), a12.seconds()};
+            (a[0] * left[0] + a[1] * left[1] + a[2] * left[2]).store(result.m + row);
+            result.m[row + 2] = float((a[0] * right[0] + a[1] * right[1] + a[2] * right[2]).second());
+        }
+        return result;
     }
     constexpr Matrix3& operator*=(const Matrix3& other) noexcept { return *this = *this * other; }
     /// @}
@@ -195,13 +205,6 @@ public:
 
     /// Row by row: element (row, column) is `m[3*row + column]`.
     float m[9];
-
-private:
-    constexpr float product(int row, int column, const Matrix3& other) const noexcept {
-        const float* const a = m + 3 * row;
-        const float* const b = other.m + column;
-        return float(double(a[0]) * b[0] + double(a[1]) * b[3] + double(a[2]) * b[6]);
-    }
 };
 
 inline constexpr Matrix3 Matrix3::IDENTITY(1.0f, 0.0f, 0.0f, 0.0f, 1.0f, 0.0f, 0.0f, 0.0f, 1.0f);

@@ -12,6 +12,7 @@ struct RectAxis {
     constexpr float centre() const noexcept { return float((double(high) + low) * 0.5); }
     constexpr float halfSize() const noexcept { return float((double(high) - low) * 0.5); }
 
+    constexpr bool contains(float value) const noexcept { return (value >= low) & (value <= high); }
     constexpr bool intersects(RectAxis other) const noexcept { return other.high > low || high > other.low; }
 
     // In set operations a side moves only if the other one is strictly beyond it.

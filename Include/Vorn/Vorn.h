@@ -4,6 +4,7 @@
 #include "Vorn/Assert.h"
 #include "Vorn/ComplexAngle.h"
 #include "Vorn/Config.h"
+#include "Vorn/DoublePair.h"
 #include "Vorn/Exception.h"
 #include "Vorn/ExceptionString.h"
 #include "Vorn/FloatRect.h"

@@ -7,16 +7,24 @@
 namespace Vorn {
 
 Matrix3 Matrix3::inversedCopy() const {
-    // Cofactors are kept in transposed position and in float: rounding them is a part of the result.
-    const auto cofactor = [this](int i, int j, int k, int l) {
-        return float(double(m[i]) * m[j] - double(m[k]) * m[l]);
-    };
-    const Matrix3 cofactors(cofactor(8, 4, 7, 5), cofactor(7, 2, 1, 8), cofactor(1, 5, 2, 4), // row 0
-                            cofactor(6, 5, 3, 8), cofactor(0, 8, 6, 2), cofactor(3, 2, 5, 0), // row 1
-                            cofactor(3, 7, 6, 4), cofactor(1, 6, 7, 0), cofactor(0, 4, 3, 1));
+    using Pair = VornPrivate::DoublePair;
+    const Pair ab = Pair::load(m), bc = Pair::load(m + 1);
+    const Pair de = Pair::load(m + 3), ef = Pair::load(m + 4);
+    const Pair gh = Pair::load(m + 6), hi = Pair::load(m + 7);
+    const double a = ab.first(), c = bc.second(), d = de.first(), f = ef.second(), g = gh.first(), i = hi.second();
 
-    const float det =
-        float(double(cofactors.m[0]) * m[0] + double(m[1]) * cofactors.m[3] + double(cofactors.m[6]) * m[2]);
+    // The cofactors in transposed position, in float: rounding them is a part of the result. In each column, the last
+    // and the first one come as a pair.
+    float r60[2], r71[2], r82[2];
+    (de * hi - gh * ef).store(r60);
+    (bc * gh - hi * ab).store(r71);
+    (ab * ef - de * bc).store(r82);
+    const Matrix3 cofactors(r60[1], r71[1], r82[1],                                           // row 0
+                            float(g * f - d * i), float(a * i - g * c), float(d * c - f * a), // row 1
+                            r60[0], r71[0], r82[0]);
+
+    const float* const r = cofactors.m;
+    const float det = float(r[0] * a + ab.second() * r[3] + r[6] * c);
     if (std::fabs(det) <= 1.1920928955078125e-07f) VORN_THROW(E::INTERNAL, "Invalid matrix. Unable to build inverse.");
     return cofactors * (1.0f / det);
 }

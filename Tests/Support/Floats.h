@@ -113,7 +113,7 @@ private:
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__) || !defined(__OPTIMIZE__)
 inline constexpr int RANDOM_ROUNDS = 20000;
 #else
-inline constexpr int RANDOM_ROUNDS = 200000;
+inline constexpr int RANDOM_ROUNDS = 100000;
 #endif
 
 /// Expects that neither `Record` nor `Record()` writes a byte of the storage that a new object gets.

@@ -1,0 +1,76 @@
+// DoublePair: two doubles that are computed with as one. Support of Matrix3.h; not for direct use.
+//
+// Computing in double costs matrices more in converting each float than in arithmetic. SSE2 converts two floats at
+// once, which clang++ finds by itself in plain code and g++ does not, so g++ is told here. Both forms give the same
+// bits, and the compiler can evaluate both.
+#pragma once
+
+namespace VornPrivate {
+
+#if defined(__SSE2__) && !defined(__clang__)
+typedef double DoubleLanes __attribute__((vector_size(16)));
+typedef float FloatLanes __attribute__((vector_size(16)));
+#else
+struct DoubleLanes {
+    constexpr double operator[](int lane) const noexcept { return lane == 0 ? first : second; }
+    friend constexpr DoubleLanes operator+(DoubleLanes a, DoubleLanes b) noexcept {
+        return {a.first + b.first, a.second + b.second};
+    }
+    friend constexpr DoubleLanes operator-(DoubleLanes a, DoubleLanes b) noexcept {
+        return {a.first - b.first, a.second - b.second};
+    }
+    friend constexpr DoubleLanes operator*(DoubleLanes a, DoubleLanes b) noexcept {
+        return {a.first * b.first, a.second * b.second};
+    }
+
+    double first;
+    double second;
+};
+#endif
+
+/// Two doubles.
+struct DoublePair {
+    /// The two floats at `source`.
+    static constexpr DoublePair load(const float* source) noexcept {
+#if defined(__SSE2__) && !defined(__clang__)
+        if (!__builtin_is_constant_evaluated()) return loadTogether(source);
+#endif
+        return {DoubleLanes{source[0], source[1]}};
+    }
+
+    /// Rounds both to float and stores them.
+    constexpr void store(float* target) const noexcept {
+#if defined(__SSE2__) && !defined(__clang__)
+        if (!__builtin_is_constant_evaluated()) return storeTogether(target);
+#endif
+        target[0] = float(lanes[0]);
+        target[1] = float(lanes[1]);
+    }
+
+    constexpr double first() const noexcept { return lanes[0]; }
+    constexpr double second() const noexcept { return lanes[1]; }
+
+    /// The first, twice; the second, twice.
+    constexpr DoublePair firsts() const noexcept { return {DoubleLanes{lanes[0], lanes[0]}}; }
+    constexpr DoublePair seconds() const noexcept { return {DoubleLanes{lanes[1], lanes[1]}}; }
+
+    friend constexpr DoublePair operator+(DoublePair a, DoublePair b) noexcept { return {a.lanes + b.lanes}; }
+    friend constexpr DoublePair operator-(DoublePair a, DoublePair b) noexcept { return {a.lanes - b.lanes}; }
+    friend constexpr DoublePair operator*(DoublePair a, DoublePair b) noexcept { return {a.lanes * b.lanes}; }
+
+    DoubleLanes lanes;
+
+#if defined(__SSE2__) && !defined(__clang__)
+    static DoublePair loadTogether(const float* source) noexcept {
+        double bits;
+        __builtin_memcpy(&bits, source, sizeof bits);
+        return {__builtin_ia32_cvtps2pd(reinterpret_cast<FloatLanes>(DoubleLanes{bits, 0.0}))};
+    }
+    void storeTogether(float* target) const noexcept {
+        const double bits = reinterpret_cast<DoubleLanes>(__builtin_ia32_cvtpd2ps(lanes))[0];
+        __builtin_memcpy(target, &bits, sizeof bits);
+    }
+#endif
+};
+
+} // namespace VornPrivate
