@@ -8,9 +8,23 @@
 namespace VornPrivate {
 
 #if defined(__SSE2__) && !defined(__clang__)
+
 typedef double DoubleLanes __attribute__((vector_size(16)));
 typedef float FloatLanes __attribute__((vector_size(16)));
+
+inline DoubleLanes loadTogether(const float* source) noexcept {
+    double bits;
+    __builtin_memcpy(&bits, source, sizeof bits);
+    return __builtin_ia32_cvtps2pd(reinterpret_cast<FloatLanes>(DoubleLanes{bits, 0.0}));
+}
+inline void storeTogether(DoubleLanes lanes, float* target) noexcept {
+    const double bits = reinterpret_cast<DoubleLanes>(__builtin_ia32_cvtpd2ps(lanes))[0];
+    __builtin_memcpy(target, &bits, sizeof bits);
+}
+#define VORN_PRIVATE_CONVERT_TOGETHER !__builtin_is_constant_evaluated()
+
 #else
+
 struct DoubleLanes {
     constexpr double operator[](int lane) const noexcept { return lane == 0 ? first : second; }
     friend constexpr DoubleLanes operator+(DoubleLanes a, DoubleLanes b) noexcept {
@@ -26,22 +40,23 @@ struct DoubleLanes {
     double first;
     double second;
 };
+
 #endif
 
 /// Two doubles.
 struct DoublePair {
     /// The two floats at `source`.
     static constexpr DoublePair load(const float* source) noexcept {
-#if defined(__SSE2__) && !defined(__clang__)
-        if (!__builtin_is_constant_evaluated()) return loadTogether(source);
+#if defined(VORN_PRIVATE_CONVERT_TOGETHER)
+        if (VORN_PRIVATE_CONVERT_TOGETHER) return {loadTogether(source)};
 #endif
         return {DoubleLanes{source[0], source[1]}};
     }
 
     /// Rounds both to float and stores them.
     constexpr void store(float* target) const noexcept {
-#if defined(__SSE2__) && !defined(__clang__)
-        if (!__builtin_is_constant_evaluated()) return storeTogether(target);
+#if defined(VORN_PRIVATE_CONVERT_TOGETHER)
+        if (VORN_PRIVATE_CONVERT_TOGETHER) return storeTogether(lanes, target);
 #endif
         target[0] = float(lanes[0]);
         target[1] = float(lanes[1]);
@@ -59,18 +74,8 @@ struct DoublePair {
     friend constexpr DoublePair operator*(DoublePair a, DoublePair b) noexcept { return {a.lanes * b.lanes}; }
 
     DoubleLanes lanes;
-
-#if defined(__SSE2__) && !defined(__clang__)
-    static DoublePair loadTogether(const float* source) noexcept {
-        double bits;
-        __builtin_memcpy(&bits, source, sizeof bits);
-        return {__builtin_ia32_cvtps2pd(reinterpret_cast<FloatLanes>(DoubleLanes{bits, 0.0}))};
-    }
-    void storeTogether(float* target) const noexcept {
-        const double bits = reinterpret_cast<DoubleLanes>(__builtin_ia32_cvtpd2ps(lanes))[0];
-        __builtin_memcpy(target, &bits, sizeof bits);
-    }
-#endif
 };
+
+#undef VORN_PRIVATE_CONVERT_TOGETHER
 
 } // namespace VornPrivate
