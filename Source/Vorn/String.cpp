@@ -1,5 +1,7 @@
 #include "Vorn/String/String.h"
 
+#include "StringDataHelper.h"
+
 #include <cstring>
 #include <memory>
 
@@ -54,6 +56,54 @@ String& String::operator=(const String& other) {
         m_data = other.m_data;
         addShare();
         if (old) old->decRefCount();
+    }
+    return *this;
+}
+
+namespace {
+
+constexpr char ADD[] = "Vorn::String::operator +=";
+
+} // namespace
+
+// Neither text is empty, and this one has a buffer of this encoding.
+template <class CharType>
+void String::append(const StringData& other) {
+    const unsigned int length = m_data->getBufferInfo<CharType>().m_length;
+    VORN_INTERNAL_ASSERT(length, "expected non-zero length!", ADD);
+    const unsigned int otherLength = sizeof(CharType) == 1 ? other.getUTF8Length() : other.getUTF16Length();
+    VORN_INTERNAL_ASSERT(otherLength, "expected non-zero length!", ADD);
+
+    const std::size_t joinedLength = std::size_t(length) + otherLength;
+    const unsigned int overrun = sizeof(CharType) == 1 ? overrunOfUTF8(other) : 0;
+    std::unique_ptr<CharType[]> block(new CharType[joinedLength + 1 + overrun]);
+    // The length as a number of bytes: half of a UTF-16 text. Callers have come to know the result.
+    std::memcpy(block.get(), m_data->getPrivateBuffer<CharType>(), length);
+    if constexpr (sizeof(CharType) == 1)
+        other.copyToUTF8(block.get() + length, otherLength + 1);
+    else
+        other.copyToUTF16(block.get() + length, otherLength + 1);
+    block[joinedLength] = 0;
+
+    // A handle that keeps the record alive goes on pointing at it if the scan refuses the joined text; the block is
+    // then not given back. Both are known to callers.
+    const bool wasLast = m_data->getRefCount() == 1 && !m_data->isStaticConstString();
+    m_data->decRefCount();
+    if (wasLast) m_data = nullptr;
+    m_data = new StringData(block.release(), static_cast<unsigned int>(joinedLength) + 1, STRING_DATA_DYNAMIC);
+    addShare();
+}
+
+String& String::operator+=(const String& other) {
+    if (!other.m_data) return *this;
+    if (other.m_data->isEmpty()) {
+        if (!m_data) *this = s_emptyString;
+    } else if (isEmpty()) {
+        *this = other;
+    } else if (m_data->getPrivateBuffer<unsigned char>()) {
+        append<unsigned char>(*other.m_data);
+    } else {
+        append<UTF16Char>(*other.m_data);
     }
     return *this;
 }

@@ -1,6 +1,7 @@
 // What StringDataHelper.cpp does for StringData alone: the scan at the door, and conversion into a standard string.
 #pragma once
 
+#include "Vorn/String/StringData.h"
 #include "Vorn/String/StringDataHelper.h"
 
 #include <string>
@@ -18,5 +19,9 @@ unsigned int stringDataScanBuffer(const UTF16Char* buffer, unsigned int& length)
 /// Replaces `dest` by the text in UTF-8, as `stringDataConvertToUTF8` writes it.
 void stringDataConvertToUTF8(std::string& dest, const UTF16Char* sourceBuffer, const StringDataBufferInfo& sourceInfo,
                              StringDataSubCharset charset);
+
+/// Bytes behind the terminator that a conversion of a part of this UTF-16 text may write: U+0000 is measured as one
+/// byte and written as two, so that the last character can begin in the last place and go on behind it.
+inline unsigned int overrunOfUTF8(const StringData& text) { return text.haveEmbeddedNulls() ? 2 : 0; }
 
 } // namespace Vorn

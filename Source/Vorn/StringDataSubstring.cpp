@@ -4,7 +4,6 @@
 #include "Vorn/String/Unicode.h"
 
 #include <algorithm>
-#include <cstring>
 #include <type_traits>
 
 namespace Vorn {
@@ -272,25 +271,19 @@ ConvertedRange findRange(const typename Measure::Source* buffer, unsigned int bu
                       : findFromStart<Measure>(buffer, bufferLength, static_cast<unsigned int>(offset), length);
 }
 
-// A block for a cut and its terminator. A range of no units leaves the cut to what the block holds, which is zeros
-// rather than what the allocator had there. `slack` units more may be written by the conversion.
+// A block for a cut and its terminator. A range of no units leaves the cut as it came from the allocator, and so it
+// goes to the scan.
 template <class CharType>
-CharType* allocateCut(const ConvertedRange& range, unsigned int slack) {
-    CharType* const block = new CharType[static_cast<std::size_t>(range.count) + 1 + slack];
-    if (range.start >= range.end) std::memset(block, 0, range.count * sizeof(CharType));
-    return block;
+CharType* allocateCut(const ConvertedRange& range, unsigned int overrun = 0) {
+    return new CharType[static_cast<std::size_t>(range.count) + 1 + overrun];
 }
-
-// U+0000 is measured as one byte and written as two, so that the last character can begin in the last byte and be
-// written past the terminator.
-unsigned int overrunOf(const StringData& source) { return source.haveEmbeddedNulls() ? 2 : 0; }
 
 } // namespace
 
 StringData* StringData::substrConvertUCS2ToUTF8(int offset, unsigned int length) const {
     const ConvertedRange range = findRange<MeasureUCS2AsUTF8>(m_UTF16Buffer, m_utf16Info.m_length, offset, length);
     if (range.count == 0) return &s_emptyString;
-    unsigned char* const block = allocateCut<unsigned char>(range, overrunOf(*this));
+    unsigned char* const block = allocateCut<unsigned char>(range, overrunOfUTF8(*this));
     stringDataConvertToUTF8FromUCS2(block, range.count, m_UTF16Buffer + range.start, range.end - range.start);
     block[range.count] = 0;
     return new StringData(block, range.count + 1, STRING_DATA_DYNAMIC);
@@ -299,7 +292,7 @@ StringData* StringData::substrConvertUCS2ToUTF8(int offset, unsigned int length)
 StringData* StringData::substrConvertUTF16ToUTF8(int offset, unsigned int length) const {
     const ConvertedRange range = findRange<MeasureUTF16AsUTF8>(m_UTF16Buffer, m_utf16Info.m_length, offset, length);
     if (range.count == 0) return &s_emptyString;
-    unsigned char* const block = allocateCut<unsigned char>(range, overrunOf(*this));
+    unsigned char* const block = allocateCut<unsigned char>(range, overrunOfUTF8(*this));
     stringDataConvertToUTF8FromUTF16(block, range.count, m_UTF16Buffer + range.start, range.end - range.start);
     block[range.count] = 0;
     return new StringData(block, range.count + 1, STRING_DATA_DYNAMIC);

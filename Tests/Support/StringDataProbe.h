@@ -37,6 +37,18 @@ struct StringDataProbe {
     }
 
     template <class CharType>
+    static unsigned int getASCIIChar(const Vorn::StringData& record, int index) {
+        return record.getASCIICharFromBuffer<CharType>(index);
+    }
+    static unsigned int getUCS2Char(const Vorn::StringData& record, int index) {
+        return record.getUCS2CharFromUTF16Buffer(index);
+    }
+    template <class CharType>
+    static unsigned int getUTF32Char(const Vorn::StringData& record, int index) {
+        return record.getUTF32CharFromBuffer<CharType>(index);
+    }
+
+    template <class CharType>
     static void detachExternalBuffer(Vorn::StringData& record) {
         record.detachExternalBuffer<CharType>();
     }

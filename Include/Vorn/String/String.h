@@ -62,6 +62,19 @@ public:
     /// Takes a share of the record of `other` and then gives up its own.
     String& operator=(const String& other);
 
+    /// Copies only the first half of the left text if that is held in UTF-16 alone: the second half of its place holds
+    /// what the allocator left there. For UTF-16 texts call `getCString` on the left side first, which gives it UTF-8.
+    ///
+    /// Appends `other` in a new record, in UTF-8 if this string has a UTF-8 buffer, else in UTF-16; other handles on
+    /// the old record still see the old text. Costs two allocations, a copy and a scan of the whole. If either side is
+    /// null or empty, nothing is copied: a null `other` changes nothing, an empty one makes a null string empty, and a
+    /// string without text shares the record of `other`. Raises `Exception<7>` if the scan refuses the joined text, and
+    /// what converting `other` raises.
+    /// @warning The old record is released before the new text is scanned. After a refusal this string is null if it
+    ///     held the last share; otherwise it still points at the old record but has given up its share: the record dies
+    ///     too early unless somebody takes another one. The joined text is lost in either case.
+    String& operator+=(const String& other);
+
     StringData* getData() const noexcept { return m_data; } ///< the record, null for a null string
 
     bool isNull() const noexcept { return !m_data || m_data->isNull(); }   ///< no text at all
@@ -82,6 +95,36 @@ public:
     ///     `StringData::getTerminatedBuffer`.
     const char* getCString() const;
 
+    /// Characters in the text, see `StringData::getUnicodeLength`; 0 for a null string.
+    unsigned int getUnicodeLength() const { return m_data ? m_data->getUnicodeLength() : 0; }
+
+    /// The character at an index, with the limits of `StringData::getUnicodeCharAt`; 0xFFFFFFFF if there is none.
+    unsigned int getUnicodeCharAt(int index) const { return m_data ? m_data->getUnicodeCharAt(index) : 0xFFFFFFFF; }
+
+    // Questions with an ASCII needle. A null string answers false without looking at the needle; any other one raises
+    // `Exception<4>` for a null or empty needle.
+
+    /// True if the text is `needle`.
+    bool equals(const signed char* needle) const { return m_data && m_data->equals(needle); }
+    bool equals(const char* needle) const { return equals(asSigned(needle)); }
+
+    /// True if the text starts with `needle`.
+    bool startsWith(const signed char* needle) const { return m_data && m_data->startsWith(needle); }
+    bool startsWith(const char* needle) const { return startsWith(asSigned(needle)); }
+
+    /// Answers the inverse: true if the text does NOT end with `needle`, false also if it is shorter than the needle.
+    bool endsWith(const signed char* needle) const { return m_data && m_data->endsWith(needle); }
+    bool endsWith(const char* needle) const { return endsWith(asSigned(needle)); }
+
+    /// Searches everywhere only in a terminated UTF-8 text, otherwise at multiples of the needle's length; see
+    /// `StringData::contains`. Call `getCString` twice first to have the text terminated.
+    bool contains(const signed char* needle) const { return m_data && m_data->contains(needle); }
+    bool contains(const char* needle) const { return contains(asSigned(needle)); }
+
+    /// Occurrences of an ASCII character; 0 for a null string. Raises `Exception<4>` for a byte above 127.
+    unsigned int count(signed char c) const { return m_data ? m_data->count(c) : 0; }
+    unsigned int count(char c) const { return count(static_cast<signed char>(c)); }
+
     /// A string on the record of `s_emptyString`.
     static String getEmptyString() { return s_emptyString; }
 
@@ -95,6 +138,11 @@ private:
     // The one handle on a static record, which counts it already.
     constexpr explicit String(StringData& counted) noexcept : m_data(&counted) {}
 
+    static const signed char* asSigned(const char* text) { return reinterpret_cast<const signed char*>(text); }
+
+    template <class CharType>
+    void append(const StringData& other);
+
     void addShare() const noexcept {
         if (m_data) m_data->incRefCount();
     }
@@ -105,5 +153,25 @@ private:
 };
 
 static_assert(sizeof(void*) != 4 || sizeof(String) == 8, "two words");
+
+/// True if both handles are null or hold the same text, in whatever encodings; see `operator==` of StringData for its
+/// one limit. A null string is not equal to an empty one.
+inline bool operator==(const String& a, const String& b) {
+    if (a.getData() == b.getData()) return true;
+    return a.getData() && b.getData() && *a.getData() == *b.getData();
+}
+
+inline bool operator!=(const String& a, const String& b) { return !(a == b); }
+
+/// Not the order of code points, and no order at all for some texts in UTF-16; see `operator<` of StringData. A null
+/// string is less than every other one.
+inline bool operator<(const String& a, const String& b) {
+    if (a.getData() == b.getData() || !b.getData()) return false;
+    return !a.getData() || *a.getData() < *b.getData();
+}
+
+inline bool operator>(const String& a, const String& b) { return b < a; }
+inline bool operator<=(const String& a, const String& b) { return !(a > b); }
+inline bool operator>=(const String& a, const String& b) { return !(a < b); }
 
 } // namespace Vorn

@@ -130,6 +130,36 @@ public:
     template <class CharType>
     const CharType* getTerminatedBuffer() const;
 
+    /// True if the text is the ASCII text `needle`. A needle byte above 127 equals nothing.
+    /// Raises `Exception<4>` with "Invalid ASCII string!" for a null or empty needle.
+    bool equals(const signed char* needle) const;
+
+    /// True if the text starts with the ASCII text `needle`; raises as `equals` does.
+    bool startsWith(const signed char* needle) const;
+
+    /// Answers the inverse: true if the text does NOT end with `needle`. A text that is shorter than the needle gives
+    /// false. Raises as `equals` does.
+    bool endsWith(const signed char* needle) const;
+
+    /// Searches everywhere only in a terminated UTF-8 text; in any other text it looks at offset 0, n, 2n and so on, n
+    /// being the length of the needle. So the answer can change when the text is terminated.
+    /// Raises `Exception<4>` with "Invalid string!" for a null or empty needle.
+    bool contains(const signed char* needle) const;
+
+    /// Occurrences of an ASCII character; for 0, of zero units, which UTF-8 does not have.
+    /// Raises `Exception<4>` with "Invalid ASCII character!" for a byte above 127.
+    unsigned int count(signed char c) const;
+
+    /// Characters in the text, counted anew in each call, in the UTF-16 buffer if there is one.
+    /// @warning Raises `Exception<2>` for a text with supplementary characters whose UTF-16 buffer was built from
+    ///     UTF-8: that one holds their second surrogates only.
+    unsigned int getUnicodeLength() const;
+
+    /// Gives no supplementary character, and none behind one, from a UTF-16 buffer with an index of 0 or more; with a
+    /// negative index, a pair there counts as two, and the second of these (-2 at the end of the text) gives the
+    /// character. Otherwise the character at an index, -1 being the last; 0xFFFFFFFF if there is none.
+    unsigned int getUnicodeCharAt(int index) const;
+
     /// Loses the end of a UTF-8 cut that does not end on an ASCII character: the cut is trimmed from its end down to
     /// the first lead byte that is met, and that byte stays. So a cut that ends with a character of several bytes
     /// raises `Exception<7>` ("Unmatched lead UTF-8 byte for a 2-byte sequence!" and its relatives), unless it is one
@@ -148,10 +178,10 @@ public:
     /// @warning The conversions are sound only for an offset of 0 or more, or a negative one whose cut ends before the
     ///     end of the text. A cut with a negative offset that reaches the end gives: from UTF-16, `Exception<2>` with
     ///     "j < destLength : destination buffer too short!", or `Exception<7>` if it takes in the whole text; from
-    ///     UTF-8, that many U+0000. A cut from UTF-16 by an offset of 0 or more that holds a surrogate pair raises
-    ///     `Exception<2>`. An offset inside a character raises `Exception<4>` with "Invalid offset!" where the source
-    ///     is UCS-2 or the offset negative, and gives the empty result elsewhere. If a failure comes after the block is
-    ///     allocated, such as a scan that refuses the cut, the block is lost.
+    ///     UTF-8, a text of units that were never written. A cut from UTF-16 by an offset of 0 or more that holds a
+    ///     surrogate pair raises `Exception<2>`. An offset inside a character raises `Exception<4>` with "Invalid
+    ///     offset!" where the source is UCS-2 or the offset negative, and gives the empty result elsewhere. If a
+    ///     failure comes after the block is allocated, such as a scan that refuses the cut, the block is lost.
     template <class CharType>
     StringData* substr(int offset, unsigned int length) const;
 
@@ -160,6 +190,8 @@ public:
 
 private:
     friend class String;
+    friend bool operator==(const StringData& a, const StringData& b);
+    friend bool operator<(const StringData& a, const StringData& b);
     friend struct VornPrivate::StringDataProbe;
 
     // A static constant record over two terminated buffers, not scanned.
@@ -190,6 +222,19 @@ private:
         else
             return m_UTF16Buffer;
     }
+
+    // Comparison, called on a record that has this buffer; see StringDataComparison.cpp.
+    bool utf8Equal(const StringData& other) const;
+    bool utf16Equal(const StringData& other) const;
+    bool utf8LessThan(const StringData& other) const;
+    bool utf16LessThan(const StringData& other) const;
+
+    // The character at an index; see StringDataQueries.cpp. The first two index directly.
+    template <class CharType>
+    unsigned int getASCIICharFromBuffer(int index) const;
+    unsigned int getUCS2CharFromUTF16Buffer(int index) const;
+    template <class CharType>
+    unsigned int getUTF32CharFromBuffer(int index) const;
 
     // Cut out of the other encoding; see StringDataSubstring.cpp.
     template <class CharType>
@@ -238,6 +283,28 @@ private:
 };
 
 static_assert(sizeof(void*) != 4 || sizeof(StringData) == 56, "two infos, two pointers, a count, a word of flags");
+
+/// True if the two texts are the same, whatever encodings they are held in. Texts of different charset differ.
+/// @warning A text with supplementary characters is unequal to itself in UTF-16 once a UTF-16 buffer was built for it
+///     from UTF-8: that buffer holds their second surrogates only.
+inline bool operator==(const StringData& a, const StringData& b) {
+    if (a.getCharset() != b.getCharset()) return false;
+    if (a.m_UTF8Buffer) return a.utf8Equal(b);
+    return a.m_UTF16Buffer ? a.utf16Equal(b) : b.isNull();
+}
+
+inline bool operator!=(const StringData& a, const StringData& b) { return !(a == b); }
+
+/// Not the order of code points, and in part no order at all. Two UTF-8 texts compare by bytes, which is code point
+/// order; U+0000 sorts first if both texts hold one, and behind U+007F otherwise. Two UTF-16 texts without
+/// supplementary characters compare by bytes in memory, the low one first: U+0141 is less than U+0042. With
+/// supplementary characters, a surrogate and a unit from 0xE000 up are each less than the other. Across encodings, a
+/// surrogate pair counts as 0xFDEF, and when one text ends, a position in bytes is held against a length in units. To
+/// sort, keep all texts in UTF-8.
+inline bool operator<(const StringData& a, const StringData& b) {
+    if (a.m_UTF8Buffer) return a.utf8LessThan(b);
+    return a.m_UTF16Buffer ? a.utf16LessThan(b) : !b.isNull();
+}
 
 // Implementation of the templates. Users need not read on.
 

@@ -1,0 +1,177 @@
+// Equality and order of records, in all pairs of encodings and without building a buffer.
+#include "Vorn/String/StringData.h"
+#include "Vorn/String/Unicode.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace Vorn {
+
+namespace {
+
+template <class CharType>
+struct Text {
+    const CharType* buffer;
+    unsigned int length;
+};
+
+using UTF8Text = Text<unsigned char>;
+using UTF16Text = Text<UTF16Char>;
+
+template <class CharType>
+Text<CharType> textOf(const StringData& data) {
+    return {data.getPrivateBuffer<CharType>(), data.getBufferInfo<CharType>().m_length};
+}
+
+template <class CharType>
+bool haveEqualUnits(const Text<CharType>& a, const Text<CharType>& b) {
+    if (a.length != b.length) return false;
+    return a.buffer == b.buffer || std::memcmp(a.buffer, b.buffer, a.length * sizeof(CharType)) == 0;
+}
+
+// The text is ASCII, or one side of the order is.
+template <class A, class B>
+unsigned int findDifference(const Text<A>& a, const Text<B>& b) {
+    const unsigned int length = std::min(a.length, b.length);
+    unsigned int i = 0;
+    while (i < length && a.buffer[i] == b.buffer[i]) ++i;
+    return i;
+}
+
+// One text in both encodings; both records have this charset.
+bool crossEqual(const UTF8Text& utf8, const UTF16Text& utf16, StringDataSubCharset charset) {
+    if (utf8.length == 0 || utf16.length == 0) return utf8.length == utf16.length;
+    if (charset == STRING_DATA_ASCII) return utf8.length == utf16.length && findDifference(utf8, utf16) == utf8.length;
+
+    unsigned int i = 0;
+    for (unsigned int j = 0; j < utf16.length; ++j) {
+        UTF32Char c = utf16.buffer[j];
+        if (charset != STRING_DATA_UCS2) {
+            c = Unicode::getUTF32Char(utf16.buffer[j]);
+            if (c == 0xFDD1) {
+                ++j;
+                c = Unicode::getUTF32Char(utf16.buffer[j - 1], utf16.buffer[j]);
+            }
+        }
+        if (Unicode::getUTF32Char(utf8.buffer, i, utf8.length) != c) return false;
+    }
+    return i == utf8.length;
+}
+
+template <class A, class B>
+bool unitsLessThan(const Text<A>& a, const Text<B>& b) {
+    const unsigned int i = findDifference(a, b);
+    if (i == a.length || i == b.length) return a.length < b.length;
+    return a.buffer[i] < b.buffer[i];
+}
+
+// Both texts in step, character by character. When one ends, a position in the left text is held against the length of
+// the right one although the two are counted in different units: the order of a text and its own extension can come out
+// either way, and callers have sorted by it.
+template <class A, class B>
+bool codesLessThan(const Text<A>& a, const Text<B>& b) {
+    unsigned int i = 0;
+    unsigned int j = 0;
+    while (i < a.length && j < b.length) {
+        const UTF32Char left = Unicode::getUTF32Char(a.buffer, i, a.length);
+        const UTF32Char right = Unicode::getUTF32Char(b.buffer, j, b.length);
+        if (left != right) return left < right;
+    }
+    return i < b.length;
+}
+
+// Bytes in memory, so that the low byte of a unit decides before the high one.
+bool bytesLessThan(const UTF16Text& a, const UTF16Text& b) {
+    const std::size_t length = std::min(a.length, b.length);
+    const int order = std::memcmp(a.buffer, b.buffer, length * sizeof(UTF16Char));
+    return order != 0 ? order < 0 : a.length < b.length;
+}
+
+// Meant to sort surrogates behind all other units, and does so on the right side alone: 0xD800 and 0xE000 are each less
+// than the other.
+bool surrogatesLessThan(const UTF16Text& a, const UTF16Text& b) {
+    const unsigned int i = findDifference(a, b);
+    if (i == a.length || i == b.length) return a.length < b.length;
+    const UTF16Char left = a.buffer[i];
+    const UTF16Char right = b.buffer[i];
+    return left < right || (!UTF16::isSurrogate(left) && UTF16::isSurrogate(right));
+}
+
+bool utf16TextLessThan(const StringData& a, const StringData& b) {
+    const bool haveSurrogates = a.getCharset() == STRING_DATA_UNICODE || b.getCharset() == STRING_DATA_UNICODE;
+    const auto less = haveSurrogates ? surrogatesLessThan : bytesLessThan;
+    return less(textOf<UTF16Char>(a), textOf<UTF16Char>(b));
+}
+
+// The byte at `i`, or 0 if it belongs to a U+0000.
+unsigned int byteOrNull(const UTF8Text& text, unsigned int i) {
+    const unsigned int byte = text.buffer[i];
+    const bool endsNull = byte == 0x80 && i > 0 && text.buffer[i - 1] == 0xC0;
+    const bool startsNull = byte == 0xC0 && i + 1 < text.length && text.buffer[i + 1] == 0x80;
+    return endsNull || startsNull ? 0 : byte;
+}
+
+} // namespace
+
+bool StringData::utf8Equal(const StringData& other) const {
+    if (other.m_UTF8Buffer) return haveEqualUnits(textOf<unsigned char>(*this), textOf<unsigned char>(other));
+    if (!other.m_UTF16Buffer) return false;
+    if (m_UTF16Buffer) return haveEqualUnits(textOf<UTF16Char>(*this), textOf<UTF16Char>(other));
+    return crossEqual(textOf<unsigned char>(*this), textOf<UTF16Char>(other), getCharset());
+}
+
+bool StringData::utf16Equal(const StringData& other) const {
+    if (other.m_UTF16Buffer) return haveEqualUnits(textOf<UTF16Char>(*this), textOf<UTF16Char>(other));
+    if (!other.m_UTF8Buffer) return false;
+    return crossEqual(textOf<unsigned char>(other), textOf<UTF16Char>(*this), getCharset());
+}
+
+bool StringData::utf8LessThan(const StringData& other) const {
+    const UTF8Text text = textOf<unsigned char>(*this);
+    if (other.m_UTF8Buffer) {
+        const UTF8Text otherText = textOf<unsigned char>(other);
+        const unsigned int length = std::min(text.length, otherText.length);
+        if (!m_embeddedNulls || !other.m_embeddedNulls) {
+            const int order = std::memcmp(text.buffer, otherText.buffer, length);
+            return order != 0 ? order < 0 : text.length < otherText.length;
+        }
+        const unsigned int i = findDifference(text, otherText);
+        return i == length ? text.length < otherText.length : byteOrNull(text, i) < byteOrNull(otherText, i);
+    }
+    if (!other.m_UTF16Buffer) return false;
+    if (m_UTF16Buffer) return utf16TextLessThan(*this, other);
+
+    const UTF16Text otherText = textOf<UTF16Char>(other);
+    if (m_charset == STRING_DATA_ASCII && other.m_charset != STRING_DATA_UNICODE) return unitsLessThan(text, otherText);
+    if (other.m_charset == STRING_DATA_UCS2) {
+        unsigned int i = 0;
+        unsigned int j = 0;
+        for (; i < text.length && j < otherText.length; ++j) {
+            const UTF32Char c = Unicode::getUTF32Char(text.buffer, i, text.length);
+            if (c != otherText.buffer[j]) return c < otherText.buffer[j];
+        }
+        return j < otherText.length;
+    }
+    return codesLessThan(text, otherText);
+}
+
+bool StringData::utf16LessThan(const StringData& other) const {
+    if (other.m_UTF16Buffer) return utf16TextLessThan(*this, other);
+    if (!other.m_UTF8Buffer) return false;
+
+    const UTF16Text text = textOf<UTF16Char>(*this);
+    const UTF8Text otherText = textOf<unsigned char>(other);
+    if (other.m_charset == STRING_DATA_ASCII && m_charset != STRING_DATA_UNICODE) return unitsLessThan(text, otherText);
+    if (m_charset == STRING_DATA_UCS2) {
+        unsigned int j = 0;
+        for (unsigned int i = 0; i < text.length; ++i) {
+            if (j >= otherText.length) return false;
+            const UTF32Char c = Unicode::getUTF32Char(otherText.buffer, j, otherText.length);
+            if (text.buffer[i] != c) return text.buffer[i] < c;
+        }
+        return j < otherText.length;
+    }
+    return codesLessThan(text, otherText);
+}
+
+} // namespace Vorn

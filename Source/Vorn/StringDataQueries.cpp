@@ -1,0 +1,205 @@
+// Questions about a record's text, answered from the buffer that is there.
+#include "Vorn/String/StringData.h"
+#include "Vorn/String/Unicode.h"
+
+#include <cstring>
+
+namespace Vorn {
+
+namespace {
+
+constexpr unsigned int NO_CHARACTER = 0xFFFFFFFF;
+
+// A needle byte is read as signed and a unit of text is not, so a byte above 127 equals no unit.
+template <class CharType>
+bool isUnit(signed char needle, CharType unit) {
+    return static_cast<int>(needle) == static_cast<int>(unit);
+}
+
+// Units that the needle and the text have in common from their starts on.
+template <class CharType>
+unsigned int matchingUnits(const signed char* needle, const CharType* buffer, unsigned int length) {
+    unsigned int i = 0;
+    while (i < length && needle[i] && isUnit(needle[i], buffer[i])) ++i;
+    return i;
+}
+
+unsigned int needleLength(const signed char* needle) {
+    return static_cast<unsigned int>(std::strlen(reinterpret_cast<const char*>(needle)));
+}
+
+template <class CharType>
+bool differsAtEnd(const signed char* needle, const CharType* buffer, unsigned int length) {
+    const unsigned int size = needleLength(needle);
+    if (length < size) return false;
+    for (unsigned int back = 1; back <= size; ++back)
+        if (!isUnit(needle[size - back], buffer[length - back])) return true;
+    return false;
+}
+
+// Looks at offset 0 and from there on in steps of the needle's length only.
+template <class CharType>
+bool containsInSteps(const signed char* needle, const CharType* buffer, unsigned int length) {
+    const unsigned int size = needleLength(needle);
+    for (unsigned int offset = 0; length - offset >= size; offset += size)
+        if (matchingUnits(needle, buffer + offset, size) == size) return true;
+    return false;
+}
+
+// 1 if the two are equal, else 0: of two different numbers, one of the differences is negative.
+unsigned int isEqual(unsigned int a, unsigned int b) { return (((a - b) | (b - a)) >> 31) ^ 1; }
+
+template <class CharType>
+unsigned int countUnits(unsigned int c, const CharType* buffer, unsigned int length) {
+    unsigned int count = 0;
+    for (unsigned int i = 1; i < length; i += 2) count += isEqual(buffer[i - 1], c) + isEqual(buffer[i], c);
+    if (length & 1) count += isEqual(buffer[length - 1], c);
+    return count;
+}
+
+// Reads the character before byte `i`, moves `i` to its first byte and returns its code, or NO_CHARACTER for bytes that
+// are no character.
+UTF32Char readBack(const unsigned char* buffer, unsigned int& i) {
+    UTF32Char c = Unicode::getUTF32Char(buffer[--i]);
+    if (c < 0x80) return c ? c : NO_CHARACTER;
+    unsigned int trails = 0;
+    for (; c == 0xFDD0 && trails < 3 && i > 0; ++trails) c = Unicode::getUTF32Char(buffer[--i]);
+    if (trails == 0 || c != 0xFDD1 + trails) return NO_CHARACTER; // not the lead of so many trail bytes
+    switch (trails) {
+    case 1: c = Unicode::getUTF32Char(buffer[i], buffer[i + 1]); return c - 1 < 0x7F ? NO_CHARACTER : c;
+    case 2:
+        c = Unicode::getUTF32Char(buffer[i], buffer[i + 1], buffer[i + 2]);
+        return c < 0x800 || c == 0xFDEF ? NO_CHARACTER : c;
+    default:
+        c = Unicode::getUTF32Char(buffer[i], buffer[i + 1], buffer[i + 2], buffer[i + 3]);
+        return c < 0x10000 ? NO_CHARACTER : c;
+    }
+}
+
+// The character whose first byte is reached after `steps` characters back from the end.
+UTF32Char characterFromEnd(const unsigned char* buffer, unsigned int length, unsigned int steps) {
+    unsigned int i = length;
+    for (;;) {
+        if (i == 0) return NO_CHARACTER;
+        const UTF32Char c = readBack(buffer, i);
+        if (c == NO_CHARACTER || --steps == 0) return c;
+    }
+}
+
+// The same for units, where a pair takes two steps and has no character at the first of them.
+UTF32Char characterFromEnd(const UTF16Char* buffer, unsigned int length, unsigned int steps) {
+    unsigned int i = length;
+    for (;;) {
+        if (i == 0) return NO_CHARACTER;
+        UTF32Char c = Unicode::getUTF32Char(buffer[--i]);
+        if (c == 0xFDD2) {
+            if (--steps == 0 || i == 0 || Unicode::getUTF32Char(buffer[--i]) != 0xFDD1) return NO_CHARACTER;
+            c = Unicode::getUTF32Char(buffer[i], buffer[i + 1]);
+        }
+        if (c == 0xFDD1 || c == 0xFDEF) return NO_CHARACTER;
+        if (--steps == 0) return c;
+    }
+}
+
+// The unit at an index, which counts from the end if it is negative.
+template <class CharType>
+unsigned int unitAt(const CharType* buffer, unsigned int length, int index) {
+    const unsigned int i = static_cast<unsigned int>(index) + (index < 0 ? length : 0);
+    return i < length ? buffer[i] : NO_CHARACTER;
+}
+
+} // namespace
+
+bool StringData::equals(const signed char* needle) const {
+    if (!needle || !*needle) VORN_THROW(4, "Invalid ASCII string!");
+    const auto equalsIn = [needle](const auto* buffer, unsigned int length) {
+        return matchingUnits(needle, buffer, length) == length && !needle[length];
+    };
+    if (m_UTF8Buffer) return equalsIn(m_UTF8Buffer, m_utf8Info.m_length);
+    return m_UTF16Buffer && equalsIn(m_UTF16Buffer, m_utf16Info.m_length);
+}
+
+bool StringData::startsWith(const signed char* needle) const {
+    if (!needle || !*needle) VORN_THROW(4, "Invalid ASCII string!");
+    if (m_UTF8Buffer) return !needle[matchingUnits(needle, m_UTF8Buffer, m_utf8Info.m_length)];
+    return m_UTF16Buffer && !needle[matchingUnits(needle, m_UTF16Buffer, m_utf16Info.m_length)];
+}
+
+bool StringData::endsWith(const signed char* needle) const {
+    if (!needle || !*needle) VORN_THROW(4, "Invalid ASCII string!");
+    if (m_UTF8Buffer) return differsAtEnd(needle, m_UTF8Buffer, m_utf8Info.m_length);
+    return m_UTF16Buffer && differsAtEnd(needle, m_UTF16Buffer, m_utf16Info.m_length);
+}
+
+bool StringData::contains(const signed char* needle) const {
+    if (!needle || !*needle) VORN_THROW(4, "Invalid string!");
+    if (m_UTF8Buffer && m_utf8Info.m_nullTerminated)
+        return std::strstr(reinterpret_cast<const char*>(m_UTF8Buffer), reinterpret_cast<const char*>(needle));
+    if (m_UTF8Buffer) return containsInSteps(needle, m_UTF8Buffer, m_utf8Info.m_length);
+    return m_UTF16Buffer && containsInSteps(needle, m_UTF16Buffer, m_utf16Info.m_length);
+}
+
+unsigned int StringData::count(signed char c) const {
+    const unsigned int code = static_cast<unsigned char>(c);
+    if (code > 127) VORN_THROW(4, "Invalid ASCII character!");
+    if (m_UTF8Buffer) return countUnits(code, m_UTF8Buffer, m_utf8Info.m_length);
+    return m_UTF16Buffer ? countUnits(code, m_UTF16Buffer, m_utf16Info.m_length) : 0;
+}
+
+unsigned int StringData::getUnicodeLength() const {
+    if (m_utf16Info.m_length != 0) return stringDataGetUnicodeLength(m_UTF16Buffer, m_utf16Info, getCharset());
+    return stringDataGetUnicodeLength(m_UTF8Buffer, m_utf8Info, getCharset());
+}
+
+unsigned int StringData::getUnicodeCharAt(int index) const {
+    if (m_UTF16Buffer) {
+        switch (m_charset) {
+        case STRING_DATA_ASCII: return getASCIICharFromBuffer<UTF16Char>(index);
+        case STRING_DATA_UCS2: return getUCS2CharFromUTF16Buffer(index);
+        default: return getUTF32CharFromBuffer<UTF16Char>(index);
+        }
+    }
+    if (!m_UTF8Buffer) return NO_CHARACTER;
+    return m_charset == STRING_DATA_ASCII ? getASCIICharFromBuffer<unsigned char>(index)
+                                          : getUTF32CharFromBuffer<unsigned char>(index);
+}
+
+template <class CharType>
+unsigned int StringData::getASCIICharFromBuffer(int index) const {
+    VORN_INTERNAL_ASSERT(m_charset == STRING_DATA_ASCII, "string is not ASCII!");
+    VORN_INTERNAL_ASSERT(getPrivateBuffer<CharType>(), "buffer is null!");
+    return unitAt(getPrivateBuffer<CharType>(), infoOf<CharType>().m_length, index);
+}
+
+unsigned int StringData::getUCS2CharFromUTF16Buffer(int index) const {
+    VORN_INTERNAL_ASSERT(m_charset == STRING_DATA_UCS2, "string is not UCS-2!");
+    VORN_INTERNAL_ASSERT(m_UTF16Buffer, "UTF-16 buffer is null!");
+    return unitAt(m_UTF16Buffer, m_utf16Info.m_length, index);
+}
+
+template <class CharType>
+unsigned int StringData::getUTF32CharFromBuffer(int index) const {
+    VORN_INTERNAL_ASSERT(getPrivateBuffer<CharType>(), "UTF-8 buffer is null!"); // for UTF-16 too
+    const CharType* const buffer = getPrivateBuffer<CharType>();
+    const unsigned int length = infoOf<CharType>().m_length;
+    if (index < 0) {
+        const unsigned int steps = 0u - static_cast<unsigned int>(index);
+        return steps > length ? NO_CHARACTER : characterFromEnd(buffer, length, steps);
+    }
+
+    if (static_cast<unsigned int>(index) >= length) return NO_CHARACTER;
+    UTF32Char c;
+    unsigned int i = 0;
+    do {
+        c = Unicode::getUTF32Char(buffer, i, length);
+        if (c == 0xFFFF || c == 0xFDEF) return NO_CHARACTER;
+    } while (index-- != 0);
+    return c;
+}
+
+template unsigned int StringData::getASCIICharFromBuffer<unsigned char>(int index) const;
+template unsigned int StringData::getASCIICharFromBuffer<UTF16Char>(int index) const;
+template unsigned int StringData::getUTF32CharFromBuffer<unsigned char>(int index) const;
+template unsigned int StringData::getUTF32CharFromBuffer<UTF16Char>(int index) const;
+
+} // namespace Vorn
