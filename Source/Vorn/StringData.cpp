@@ -58,7 +58,9 @@ void StringData::initialise(const CharType* buffer, unsigned int length, StringA
     bufferOf<CharType>() = buffer;
 }
 
-StringData::~StringData() {
+StringData::~StringData() { destroyBuffers(); }
+
+void StringData::destroyBuffers() {
     switch (m_utf8Info.m_allocationType) {
     case STRING_DATA_EXTERNAL: destroyExternalUTF8(); break;
     case STRING_DATA_DYNAMIC: destroyDynamicUTF8(); break;
@@ -72,6 +74,15 @@ StringData::~StringData() {
 }
 
 void StringData::destroy() { delete this; }
+
+void StringData::rebuild(const unsigned char* buffer, unsigned int length) {
+    destroyBuffers();
+    m_UTF8Buffer = nullptr;
+    m_UTF16Buffer = nullptr;
+    m_utf8Info = {};
+    m_utf16Info = {};
+    initialise(buffer, length, STRING_DATA_DYNAMIC);
+}
 
 void StringData::copyTo(std::string& dest) const {
     if (m_UTF8Buffer) {

@@ -135,6 +135,8 @@ public:
     static const String s_emptyString;
 
 private:
+    friend class UTF8String;
+
     // The one handle on a static record, which counts it already.
     constexpr explicit String(StringData& counted) noexcept : m_data(&counted) {}
 

@@ -185,11 +185,23 @@ public:
     template <class CharType>
     StringData* substr(int offset, unsigned int length) const;
 
+    /// For editing in place: sets the length of the UTF-8 text and nothing else, no terminator and no flag.
+    /// Raises `Exception<2>` with "getRefCount() == 1 : Can't set length on a string with more than one reference!!!"
+    /// and "getAllocationType<CharType>() == STRING_DATA_DYNAMIC : Can't set length of a non-dynamic string!!!".
+    void setLength(unsigned int length) {
+        using CharType = unsigned char;
+        VORN_INTERNAL_ASSERT(getRefCount() == 1, "Can't set length on a string with more than one reference!!!");
+        VORN_INTERNAL_ASSERT(getAllocationType<CharType>() == STRING_DATA_DYNAMIC,
+                             "Can't set length of a non-dynamic string!!!");
+        m_utf8Info.m_length = length;
+    }
+
     /// The record of every empty result. Its count starts at 0; it survives every release.
     static StringData s_emptyString;
 
 private:
     friend class String;
+    friend class UTF8String;
     friend bool operator==(const StringData& a, const StringData& b);
     friend bool operator<(const StringData& a, const StringData& b);
     friend struct VornPrivate::StringDataProbe;
@@ -203,6 +215,10 @@ private:
 
     // Destroys and frees the record. Out of line, or compilers that see two handles in one function warn of the second.
     void destroy();
+
+    // Gives up the buffers and stands over a block of array new instead, which stays with the caller if this raises.
+    void rebuild(const unsigned char* buffer, unsigned int length);
+    void destroyBuffers();
 
     template <class CharType>
     void initialise(const CharType* buffer, unsigned int length, StringAllocationType type);

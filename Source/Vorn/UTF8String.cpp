@@ -1,0 +1,481 @@
+#include "Vorn/String/UTF8String.h"
+
+#include "Vorn/Assert.h"
+#include "Vorn/String/Unicode.h"
+
+#include <algorithm>
+#include <cstring>
+#include <memory>
+#include <string_view>
+
+namespace Vorn {
+
+namespace {
+
+constexpr unsigned int NOT_FOUND = 0xFFFFFFFF;
+
+std::string_view bytesOf(const StringData& data, unsigned int offset) {
+    const unsigned int length = data.getBufferInfo<unsigned char>().m_length;
+    const auto* const text = reinterpret_cast<const char*>(data.getPrivateBuffer<unsigned char>());
+    return std::string_view(text + offset, length - offset);
+}
+
+// The needle of a String, or null.
+const char* needleOf(const String& s) {
+    StringData* const data = s.getData();
+    return data ? reinterpret_cast<const char*>(data->getTerminatedBuffer<unsigned char>()) : nullptr;
+}
+
+bool isIn(const ASCIITable& table, char c) { return table.check(static_cast<signed char>(c)) != 0; }
+
+} // namespace
+
+const unsigned char UTF8String::s_leadFlag[8] = {0x00, 0x00, 0xC0, 0xE0, 0xF0, 0x00, 0x00, 0x00};
+const unsigned char UTF8String::s_leadMask[8] = {0x00, 0x7F, 0x1F, 0x0F, 0x07, 0x00, 0x00, 0x00};
+
+UTF8String& UTF8String::operator=(const String& other) {
+    if (getData() != other.getData()) freeUncountedRecord();
+    String::operator=(other);
+    return *this;
+}
+
+// Navigation
+
+const unsigned char* UTF8String::getBuffer() const {
+    return getData() ? getData()->getBuffer<unsigned char>() : nullptr;
+}
+
+unsigned int UTF8String::getLength() const {
+    return getBuffer() ? getData()->getBufferInfo<unsigned char>().m_length : 0;
+}
+
+// The same without building the buffer.
+unsigned int UTF8String::measure() const { return getData() ? getData()->getUTF8Length() : 0; }
+
+const unsigned char* UTF8String::getTerminatedBuffer(int& index) const {
+    const unsigned char* buffer = getData() ? getData()->getTerminatedBuffer<unsigned char>() : nullptr;
+    if (!buffer) VORN_THROW(4, "Invalid index!");
+    const int length = static_cast<int>(getLength());
+    if (index < 0) index += length;
+    if (index < 0 || index >= length) VORN_THROW(4, "Invalid index!");
+
+    buffer += index;
+    for (int i = 0; i < 3; ++i, ++buffer)
+        if (!Unicode::validUTF8Trail(*buffer)) return buffer;
+    VORN_INTERNAL_ASSERT(!Unicode::validUTF8Trail(*buffer), "Invalid UTF-8 string!");
+    return buffer;
+}
+
+unsigned char UTF8String::get(unsigned int index) const {
+    int start = static_cast<int>(index);
+    return *getTerminatedBuffer(start);
+}
+
+const unsigned char* UTF8String::skipTrailBytes(const unsigned char* ptr) const {
+    for (int i = 0; i < 3; ++i, ++ptr)
+        if (!Unicode::validUTF8Trail(*ptr)) return ptr;
+    VORN_INTERNAL_ASSERT(!Unicode::validUTF8Trail(*ptr), "Invalid UTF-8 String!");
+    return ptr;
+}
+
+// The terminator is no trail byte, so it stops every walk.
+unsigned int UTF8String::next(unsigned int index) const {
+    const unsigned int length = measure();
+    if (index >= length) return length;
+    const unsigned char* const buffer = getData()->getTerminatedBuffer<unsigned char>();
+    const bool isInside = Unicode::validUTF8Trail(buffer[index]);
+    if (!Unicode::validUTF8Trail(buffer[++index])) return index;
+    if (!Unicode::validUTF8Trail(buffer[++index])) return index;
+    ++index;
+    if (!isInside && Unicode::validUTF8Trail(buffer[index])) ++index;
+    VORN_INTERNAL_ASSERT(!Unicode::validUTF8Trail(buffer[index]), "Invalid UTF-8 string!");
+    return index;
+}
+
+// Looks at one byte before the three of the last step only from the end of the text and from inside a character: from
+// the start of the next character, a character of four bytes is one too long.
+unsigned int UTF8String::previous(unsigned int index) const {
+    const unsigned int length = measure();
+    if (length == 0 || index == 0) return NOT_FOUND;
+    const unsigned char* const buffer = getBuffer();
+    if (index >= length) {
+        index = length - 1;
+        if (!Unicode::validUTF8Trail(buffer[index])) return index;
+        VORN_INTERNAL_ASSERT(index, "Invalid UTF-8 string!");
+    } else if (Unicode::validUTF8Trail(buffer[index])) {
+        --index;
+        if (!Unicode::validUTF8Trail(buffer[index])) return index;
+        VORN_INTERNAL_ASSERT(index, "Invalid UTF-8 string!");
+    }
+    for (int i = 0; i < 2; ++i) {
+        --index;
+        if (!Unicode::validUTF8Trail(buffer[index])) return index;
+        VORN_INTERNAL_ASSERT(index, "Invalid UTF-8 string!");
+    }
+    --index;
+    VORN_INTERNAL_ASSERT(!Unicode::validUTF8Trail(buffer[index]), "Invalid UTF-8 string");
+    return index;
+}
+
+// Searches. Each starts at the first character start at or after the index but reckons its result from the index
+// itself, so that one that starts inside a character answers an offset too small by the trail bytes that it stepped
+// over.
+
+// Offset of that character start. Terminates the text.
+unsigned int UTF8String::startOf(int& index) const {
+    const unsigned char* const start = getTerminatedBuffer(index);
+    return static_cast<unsigned int>(start - getData()->getPrivateBuffer<unsigned char>());
+}
+
+// Writes the sequence of a code and returns its length, 0 for a code that has none.
+unsigned int UTF8String::encode(unsigned int c, unsigned char* sequence) {
+    const unsigned int count = c >= 0x110000 ? 0 : c == 0 ? 2 : UTF8::countUTF8(c);
+    setChar(sequence, count, c);
+    return count;
+}
+
+unsigned int UTF8String::find(unsigned int c, int index) const {
+    if (!getData()) VORN_THROW(4, "Invalid index!");
+    const unsigned int start = startOf(index);
+    unsigned char sequence[4];
+    const unsigned int count = encode(c, sequence);
+    if (count == 0) VORN_THROW(7, "Invalid Unicode Character!");
+    return findBytes(std::string_view(reinterpret_cast<const char*>(sequence), count), start, index);
+}
+
+unsigned int UTF8String::find(String s, int index) const {
+    if (!getData()) VORN_THROW(4, "Invalid index!");
+    const unsigned int start = startOf(index);
+    const char* const needle = needleOf(s); // may move the text, which is why the start is an offset
+    if (!needle || !*needle) VORN_THROW(4, "Invalid string!");
+    return findBytes(needle, start, index);
+}
+
+unsigned int UTF8String::find(const char* s, int index) const {
+    if (!getData()) VORN_THROW(4, "Invalid index!");
+    const unsigned int start = startOf(index);
+    if (!s || !*s) VORN_THROW(4, "Invalid string!");
+    return findBytes(s, start, index);
+}
+
+unsigned int UTF8String::find(const ASCIITable& table, int index) const {
+    if (!getData()) VORN_THROW(4, "Invalid index!");
+    const std::string_view text = bytesOf(*getData(), startOf(index));
+    const auto hit = std::find_if(text.begin(), text.end(), [&](char c) { return isIn(table, c); });
+    return hit == text.end() ? getLength() : static_cast<unsigned int>(hit - text.begin() + index);
+}
+
+unsigned int UTF8String::findBytes(std::string_view needle, unsigned int start, int index) const {
+    const std::size_t hit = bytesOf(*getData(), start).find(needle);
+    return hit == std::string_view::npos ? getLength()
+                                         : static_cast<unsigned int>(hit) + static_cast<unsigned int>(index);
+}
+
+unsigned int UTF8String::skip(unsigned int c, int index) const {
+    if (!getData()) VORN_THROW(4, "Invalid index!");
+    const unsigned int offset = startOf(index);
+    const unsigned char* const start = getData()->getPrivateBuffer<unsigned char>() + offset;
+    const unsigned char* ptr = start;
+    if (!*ptr) return static_cast<unsigned int>(index);
+
+    unsigned char sequence[4];
+    switch (encode(c, sequence)) {
+    case 1:
+        while (*ptr == sequence[0]) ++ptr;
+        break;
+    case 2:
+        while (*ptr == sequence[0]) {
+            VORN_INTERNAL_ASSERT(ptr[1], "Invalid UTF-8 String!");
+            if (ptr[1] != sequence[1]) break;
+            ptr += 2;
+        }
+        break;
+    case 3:
+        while (*ptr == sequence[0]) {
+            VORN_INTERNAL_ASSERT(ptr[1], "Invalid UTF-8 String!");
+            if (ptr[1] != sequence[1]) break;
+            VORN_INTERNAL_ASSERT(ptr[2], "Invalid UTF-8 String!");
+            if (ptr[2] != sequence[2]) break;
+            ptr += 3;
+        }
+        break;
+    case 4:
+        while (*ptr == sequence[0]) {
+            VORN_INTERNAL_ASSERT(ptr[1], "Invalid UTF-8 String!");
+            if (ptr[1] != sequence[1]) break;
+            VORN_INTERNAL_ASSERT(ptr[2], "Invalid UTF-8 String!");
+            if (ptr[2] != sequence[2]) break;
+            VORN_INTERNAL_ASSERT(ptr[3], "Invalid UTF-8 String!");
+            if (ptr[3] != sequence[3]) break;
+            ptr += 4;
+        }
+        break;
+    default: VORN_THROW(7, "Invalid Unicode Character!");
+    }
+    return static_cast<unsigned int>(ptr - start + index);
+}
+
+unsigned int UTF8String::skip(String s, int index) const {
+    if (!getData()) VORN_THROW(4, "Invalid index!");
+    const unsigned int start = startOf(index);
+    const char* const needle = needleOf(s);
+    if (!needle || !*needle) VORN_THROW(4, "Invalid string!");
+    return skipBytes(needle, start, index);
+}
+
+unsigned int UTF8String::skip(const char* s, int index) const {
+    if (!getData()) VORN_THROW(4, "Invalid index!");
+    const unsigned int start = startOf(index);
+    if (!s || !*s) VORN_THROW(4, "Invalid string!");
+    return skipBytes(s, start, index);
+}
+
+unsigned int UTF8String::skipBytes(std::string_view run, unsigned int start, int index) const {
+    const std::string_view text = bytesOf(*getData(), start);
+    std::size_t end = 0;
+    while (text.substr(end, run.size()) == run) end += run.size();
+    return static_cast<unsigned int>(end) + static_cast<unsigned int>(index);
+}
+
+unsigned int UTF8String::skip(const ASCIITable& table, int index) const {
+    if (!getData()) VORN_THROW(4, "Invalid index!");
+    const std::string_view text = bytesOf(*getData(), startOf(index));
+    const auto end = std::find_if_not(text.begin(), text.end(), [&](char c) { return isIn(table, c); });
+    return static_cast<unsigned int>(end - text.begin() + index);
+}
+
+unsigned int UTF8String::match(String s, int index) const {
+    if (!getData()) VORN_THROW(4, "Invalid index!");
+    const unsigned int start = startOf(index);
+    const char* const needle = needleOf(s);
+    if (!needle || !*needle) VORN_THROW(4, "Invalid string!");
+    return matchBytes(needle, start, index);
+}
+
+unsigned int UTF8String::match(const char* s, int index) const {
+    if (!getData()) VORN_THROW(4, "Invalid index!");
+    const unsigned int start = startOf(index);
+    if (!s || !*s) VORN_THROW(4, "Invalid string!");
+    return matchBytes(s, start, index);
+}
+
+unsigned int UTF8String::matchBytes(std::string_view needle, unsigned int start, int index) const {
+    const bool matches = bytesOf(*getData(), start).substr(0, needle.size()) == needle;
+    return matches ? static_cast<unsigned int>(index) : NOT_FOUND;
+}
+
+unsigned int UTF8String::match(const ASCIITable& table, int index) const {
+    if (!getData()) VORN_THROW(4, "Invalid index!");
+    const unsigned int start = startOf(index);
+    return table.check(static_cast<signed char>(getData()->getPrivateBuffer<unsigned char>()[start]))
+               ? static_cast<unsigned int>(index)
+               : NOT_FOUND;
+}
+
+// Editing
+
+namespace {
+
+using Block = std::unique_ptr<unsigned char[]>;
+
+Block allocate(unsigned int length) { return Block(new unsigned char[std::size_t(length) + 1]); }
+
+// A copy of the text of `n` bytes in a block of at least `length`, with a zero behind the text and one behind the room.
+Block copyText(const StringData& data, unsigned int n, unsigned int length) {
+    if (const unsigned char* const text = data.getPrivateBuffer<unsigned char>()) {
+        const unsigned int room = std::max(length, n);
+        Block block = allocate(room);
+        std::memcpy(block.get(), text, n);
+        block[n] = 0;
+        block[room] = 0;
+        return block;
+    }
+    if (!data.getPrivateBuffer<UTF16Char>()) return nullptr;
+    return Block(stringDataConvertCreateUTF8(data.getPrivateBuffer<UTF16Char>(), data.getBufferInfo<UTF16Char>(),
+                                             data.getCharset(), length));
+}
+
+bool isTrailAt(const unsigned char* buffer, unsigned int index, unsigned int length) {
+    return index < length && UTF8::validUTF8Trail(buffer[index]);
+}
+
+// Writes the `length` bytes of a text in UTF-8.
+void copyBytes(unsigned char* dest, const String& s, unsigned int length) {
+    const StringData& data = *s.getData();
+    if (!data.getPrivateBuffer<unsigned char>() && data.haveEmbeddedNulls()) {
+        // U+0000 is measured short, so the last character may be written on behind the bytes that are there for it.
+        constexpr unsigned int OVERRUN = 2;
+        const Block block = allocate(length + OVERRUN);
+        data.copyToUTF8(block.get(), length);
+        std::memcpy(dest, block.get(), length);
+    } else {
+        data.copyToUTF8(dest, length);
+    }
+}
+
+unsigned int lengthOf(const String& s) { return s.getData() ? s.getData()->getUTF8Length() : 0; }
+
+} // namespace
+
+// A string that had no record is given one without counting itself, so that setLength refuses every edit; callers meet
+// that. Such a record goes with its string.
+unsigned int UTF8String::reserve(unsigned int length) {
+    if (!m_data) {
+        Block block = allocate(length);
+        block[0] = 0;
+        m_data = new StringData(block.get(), 1, STRING_DATA_DYNAMIC);
+        block.release();
+        return m_capacity = length;
+    }
+
+    const unsigned int n = measure();
+    if (m_data->getRefCount() >= 2 || m_data->isStaticConstString()) {
+        Block block = copyText(*m_data, n, length);
+        StringData* const copy = new StringData(block.get(), n + 1, STRING_DATA_DYNAMIC);
+        block.release();
+        copy->incRefCount();
+        m_data->decRefCount(); // last, so that text that the scan refuses leaves the string as it was
+        m_data = copy;
+    } else if (n < length || m_data->getAllocationType<unsigned char>() != STRING_DATA_DYNAMIC) {
+        Block block = copyText(*m_data, n, length);
+        m_data->rebuild(block.get(), n + 1);
+        block.release();
+    }
+    return m_capacity = std::max(n, length);
+}
+
+void UTF8String::freeUncountedRecord() noexcept {
+    if (m_data && m_data->getRefCount() == 0 && !m_data->isStaticConstString()) {
+        delete m_data;
+        m_data = nullptr;
+    }
+}
+
+unsigned char* UTF8String::getEditableBuffer(unsigned int length) {
+    reserve(length);
+    return const_cast<unsigned char*>(m_data->getTerminatedBuffer<unsigned char>());
+}
+
+void UTF8String::setChar(unsigned char* dest, unsigned int count, unsigned int c) {
+    if (count < 1 || count > 4) return;
+    unsigned int shift = 6 * (count - 1);
+    *dest = static_cast<unsigned char>(((c >> shift) & s_leadMask[count]) + s_leadFlag[count]);
+    while (shift != 0) {
+        shift -= 6;
+        *++dest = static_cast<unsigned char>(0x80 + ((c >> shift) & 0x3F));
+    }
+}
+
+unsigned int UTF8String::assertValidInsertIndex(int& index) const {
+    const unsigned int n = measure();
+    const int length = static_cast<int>(n);
+    if (index < 0) index = length;
+    if (length < 0 || index > length) VORN_THROW(4, "Invalid index!");
+    return n;
+}
+
+// Replaces bytes in a terminated text of `n` bytes that has the room for it, up to the new bytes themselves.
+void UTF8String::moveTail(unsigned char* buffer, unsigned int n, unsigned int index, unsigned int length,
+                          unsigned int newLength) {
+    std::memmove(buffer + index + newLength, buffer + index + length, std::size_t(n) - index - length + 1);
+    m_data->setLength(n - length + newLength);
+}
+
+void UTF8String::append(unsigned int c) {
+    const unsigned int count = c == 0 ? 2 : UTF8::countUTF8(c);
+    if (count == 0) VORN_THROW(7, "Invalid Unicode character!");
+    const unsigned int n = measure();
+    unsigned char* const buffer = getEditableBuffer(n + count); // ends with a zero
+    m_data->setLength(n + count);
+    setChar(buffer + n, count, c);
+}
+
+void UTF8String::append(String s) {
+    const unsigned int count = lengthOf(s);
+    if (count == 0) return;
+    const unsigned int n = measure();
+    unsigned char* const buffer = getEditableBuffer(n + count);
+    m_data->setLength(n + count);
+    buffer[n + count] = 0;
+    copyBytes(buffer + n, s, count);
+}
+
+void UTF8String::appendDecimal(unsigned int value) {
+    const unsigned int n = measure();
+    const unsigned int count = measureDec(value);
+    unsigned char* const buffer = getEditableBuffer(n + count);
+    printDec(value, buffer + n, count);
+    buffer[n + count] = 0;
+    m_data->setLength(n + count);
+}
+
+void UTF8String::appendHexaDecimal(unsigned int value, HexWithPrefix prefix) {
+    const unsigned int n = measure();
+    const unsigned int count = measureHex(value, prefix);
+    unsigned char* const buffer = getEditableBuffer(n + count);
+    printHex(value, prefix, buffer + n, count);
+    buffer[n + count] = 0;
+    m_data->setLength(n + count);
+}
+
+void UTF8String::insert(unsigned int c, int index) {
+    const unsigned int count = c == 0 ? 2 : UTF8::countUTF8(c);
+    if (count == 0) VORN_THROW(7, "Invalid Unicode character!");
+    const unsigned int n = assertValidInsertIndex(index);
+    const unsigned int start = static_cast<unsigned int>(index);
+    unsigned char* const buffer = getEditableBuffer(n + count);
+    if (isTrailAt(buffer, start, n)) VORN_THROW(4, "Invalid index!");
+    moveTail(buffer, n, start, 0, count);
+    setChar(buffer + start, count, c);
+}
+
+void UTF8String::insert(String s, int index) {
+    const unsigned int count = lengthOf(s);
+    if (count == 0) return;
+    const unsigned int n = assertValidInsertIndex(index);
+    const unsigned int start = static_cast<unsigned int>(index);
+    unsigned char* const buffer = getEditableBuffer(n + count);
+    if (isTrailAt(buffer, start, n)) VORN_THROW(4, "Invalid index!");
+    moveTail(buffer, n, start, 0, count);
+    copyBytes(buffer + start, s, count);
+}
+
+void UTF8String::replace(unsigned int c, int index, unsigned int length) {
+    const unsigned int count = c == 0 ? 2 : UTF8::countUTF8(c);
+    if (count == 0) VORN_THROW(7, "Invalid Unicode character!");
+    const unsigned int n = assertValidInsertIndex(index);
+    const unsigned int start = static_cast<unsigned int>(index);
+    length = std::min(length, n - start);
+    unsigned char* const buffer = getEditableBuffer(n - length + count);
+    if (isTrailAt(buffer, start, n)) VORN_THROW(4, "Invalid index!");
+    if (isTrailAt(buffer, start + length, n)) VORN_THROW(4, "Invalid length!");
+    if (count != length) moveTail(buffer, n, start, length, count);
+    setChar(buffer + start, count, c);
+}
+
+void UTF8String::replace(String s, int index, unsigned int length) {
+    const unsigned int count = lengthOf(s);
+    const unsigned int n = assertValidInsertIndex(index);
+    const unsigned int start = static_cast<unsigned int>(index);
+    length = std::min(length, n - start);
+    unsigned char* const buffer = getEditableBuffer(n - length + count);
+    if (isTrailAt(buffer, start, n)) VORN_THROW(4, "Invalid index!");
+    if (isTrailAt(buffer, start + length, n)) VORN_THROW(4, "Invalid length!");
+    if (count != length) moveTail(buffer, n, start, length, count);
+    if (count != 0) copyBytes(buffer + start, s, count);
+}
+
+void UTF8String::erase(int index, unsigned int length) {
+    if (length == 0) return;
+    const unsigned int n = measure();
+    if (index < 0) index += static_cast<int>(n);
+    if (index < 0 || static_cast<unsigned int>(index) > n) VORN_THROW(4, "Invalid index!");
+    const unsigned int start = static_cast<unsigned int>(index);
+    length = std::min(length, n - start);
+    unsigned char* const buffer = getEditableBuffer(n - length);
+    if (isTrailAt(buffer, start, n)) VORN_THROW(4, "Invalid index!");
+    if (isTrailAt(buffer, start + length, n)) VORN_THROW(4, "Invalid length!");
+    moveTail(buffer, n, start, length, 0);
+}
+
+} // namespace Vorn
