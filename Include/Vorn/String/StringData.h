@@ -202,6 +202,8 @@ public:
 private:
     friend class String;
     friend class UTF8String;
+    template <class CharType>
+    friend class StringOwnerMap;
     friend bool operator==(const StringData& a, const StringData& b);
     friend bool operator<(const StringData& a, const StringData& b);
     friend struct VornPrivate::StringDataProbe;

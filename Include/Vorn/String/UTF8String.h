@@ -142,8 +142,8 @@ public:
     void append(unsigned int c);
     void append(String s);
 
-    /// Appends the wrong text for the numbers that `measureDec` measures one too small, such as 100000: that many bytes
-    /// which were never written.
+    /// Appends the wrong text for the numbers that `measureDec` measures one too small, such as 100000: a zero
+    /// byte, and bytes which were never written.
     void appendDecimal(unsigned int value);
     void appendHexaDecimal(unsigned int value, HexWithPrefix prefix);
 

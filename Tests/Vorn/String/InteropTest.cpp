@@ -1,0 +1,107 @@
+#include "Vorn/String/Interop.h"
+
+#include "Support/Random.h"
+#include "Support/StringDataProbe.h"
+#include "Support/StringTexts.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+#include <unordered_set>
+
+namespace {
+
+using namespace Vorn;
+
+TEST(Interop, LiteralsAreStaticStrings) {
+    const String string = "door"_vs;
+    EXPECT_STREQ(string.getCString(), "door");
+    EXPECT_EQ(string.getData()->getAllocationType<unsigned char>(), STRING_DATA_STATIC);
+    EXPECT_TRUE(string.getData()->getBufferInfo<unsigned char>().m_nullTerminated);
+    EXPECT_EQ(u"door"_vs, string);
+    EXPECT_EQ((u"door"_vs).getData()->getAllocationType<UTF16Char>(), STRING_DATA_STATIC);
+    EXPECT_TRUE((""_vs).isEmpty());
+}
+
+TEST(Interop, ComparesWithLiteralsAndStandardStrings) {
+    const std::string text = "door";
+    for (const String& string : {"door"_vs, u"door"_vs}) {
+        EXPECT_TRUE(string == "door" && "door" == string && string != "doors" && string < "e");
+        EXPECT_TRUE(string == text && string == std::string_view(text) && !(string != text));
+        EXPECT_TRUE(string != std::string("doors") && string != std::string_view());
+    }
+    EXPECT_FALSE(String() == std::string());
+    EXPECT_TRUE(String::getEmptyString() == std::string());
+}
+
+TEST(Interop, RangesOfBytes) {
+    const UTF16Text wide = utf16Of({'a', 0xE9, 0x20AC});
+    for (const String& string : {over(wide), "a\xC3\xA9\xE2\x82\xAC"_vs}) {
+        std::string found;
+        for (const unsigned char byte : bytes(string)) found.push_back(static_cast<char>(byte));
+        EXPECT_EQ(found, "a\xC3\xA9\xE2\x82\xAC");
+        EXPECT_EQ(bytes(string).size(), 6u);
+        EXPECT_EQ(view(string), found);
+    }
+    EXPECT_TRUE(bytes(String()).empty() && view(String()).empty() && bytes(""_vs).empty());
+    EXPECT_EQ(bytes(String()).begin(), bytes(String()).end());
+}
+
+TEST(Interop, StreamsWriteUTF8) {
+    const UTF16Text wide = utf16Of({'a', 0x20AC});
+    const String string = over(wide);
+    std::ostringstream stream;
+    stream << string << '|' << String() << '|' << "door"_vs;
+    EXPECT_EQ(stream.str(), "a\xE2\x82\xAC||door");
+    EXPECT_EQ(string.getData()->getPrivateBuffer<unsigned char>(), nullptr);
+}
+
+TEST(Interop, HashAgreesWithEqualityInAllForms) {
+    Random random(12);
+    const unsigned int alphabet[] = {'a', 'b', 0, 0xE9, 0x20AC, 0x10000, 0x40000};
+    const unsigned int sizes[] = {2, 3, 5, 7};
+    for (int round = 0; round < repetitions(5000); ++round) {
+        const unsigned int size = sizes[random.below(4)];
+        Codes codes(random.below(5));
+        for (unsigned int& c : codes) c = alphabet[random.below(size)];
+        Codes other = codes;
+        if (random.below(2)) other.push_back(alphabet[random.below(size)]);
+        std::vector<String> forms;
+        const std::string utf8[] = {utf8Of(codes), utf8Of(other)};
+        const UTF16Text utf16[] = {utf16Of(codes), utf16Of(other)};
+        for (int i = 0; i < 2; ++i) {
+            forms.push_back(over(utf8[i]));
+            forms.push_back(over(utf16[i]));
+            forms.push_back(over(utf8[i]));
+            forms.push_back(over(utf16[i]));
+            try {
+                forms[forms.size() - 2].getData()->getTerminatedBuffer<UTF16Char>();
+                if (utf8[i].find('\xC0') == std::string::npos) forms.back().getCString();
+            } catch (const Exception<2>&) { // not every text can be converted
+            }
+        }
+        for (const String& a : forms)
+            for (const String& b : forms)
+                ASSERT_TRUE(a != b || std::hash<String>()(a) == std::hash<String>()(b)) << utf8[0] << " " << utf8[1];
+    }
+    EXPECT_EQ(std::hash<String>()(String()), std::hash<String>()(String()));
+}
+
+TEST(Interop, HashTellsTextsApart) {
+    std::unordered_set<std::size_t> hashes;
+    std::unordered_set<String> strings;
+    std::vector<std::string> texts;
+    for (int i = 0; i < 5000; ++i) texts.push_back("text " + std::to_string(i));
+    for (const std::string& text : texts) {
+        hashes.insert(hash(over(text)));
+        strings.insert(over(text));
+        strings.insert(over(text));
+    }
+    EXPECT_EQ(hashes.size(), texts.size());
+    EXPECT_EQ(strings.size(), texts.size());
+    EXPECT_EQ(strings.count(over(texts[7])), 1u);
+    const UTF16Text wide(texts[7].begin(), texts[7].end());
+    EXPECT_EQ(strings.count(over(wide)), 1u);
+}
+
+} // namespace
