@@ -55,7 +55,7 @@ unsigned int UTF8String::measure() const { return getData() ? getData()->getUTF8
 const unsigned char* UTF8String::getTerminatedBuffer(int& index) const {
     const unsigned char* buffer = getData() ? getData()->getTerminatedBuffer<unsigned char>() : nullptr;
     if (!buffer) VORN_THROW(4, "Invalid index!");
-    const int length = static_cast<int>(getLength());
+    const int length = static_cast<int>(getData()->getBufferInfo<unsigned char>().m_length);
     if (index < 0) index += length;
     if (index < 0 || index >= length) VORN_THROW(4, "Invalid index!");
 
@@ -137,6 +137,12 @@ unsigned int UTF8String::encode(unsigned int c, unsigned char* sequence) {
 unsigned int UTF8String::find(unsigned int c, int index) const {
     if (!getData()) VORN_THROW(4, "Invalid index!");
     const unsigned int start = startOf(index);
+    if (c - 1 < 0x7F) {
+        const std::string_view text = bytesOf(*getData(), start);
+        const void* const hit = std::memchr(text.data(), static_cast<int>(c), text.size());
+        if (!hit) return start + static_cast<unsigned int>(text.size());
+        return static_cast<unsigned int>(static_cast<const char*>(hit) - text.data() + index);
+    }
     unsigned char sequence[4];
     const unsigned int count = encode(c, sequence);
     if (count == 0) VORN_THROW(7, "Invalid Unicode Character!");

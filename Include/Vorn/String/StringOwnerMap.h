@@ -117,7 +117,13 @@ public:
     /// `terminated` says that there is one. The buffer must outlive the map unless it is marked by `addStaticString`.
     /// Raises `Exception<4>` with "Invalid buffer!" for null, and `Exception<7>` for text that is not valid; after that
     /// the same buffer maps to a null string.
-    String mapString(const CharType* buffer, unsigned int length, bool terminated);
+    String mapString(const CharType* buffer, unsigned int length, bool terminated) {
+        if (!buffer) VORN_THROW(4, "Invalid buffer!", Names::MAP_STRING);
+        setEmptyKey();
+        const StringOwnerKey key(buffer, length);
+        const auto known = m_strings.find(key);
+        return known != m_strings.end() ? String(known->second.m_data) : mapNewString(key, buffer, length + terminated);
+    }
 
     /// A buffer with the text of `s` that stays valid until `unmapString` has been called as often as this, or the map
     /// dies. Text that belongs to neither `s` nor this map is copied into memory from `alloc`, and stays mapped until
@@ -154,6 +160,8 @@ private:
         m_emptyKeySet = true;
     }
 
+    String mapNewString(const StringOwnerKey& key, const CharType* buffer, unsigned int length);
+
     Strings m_strings;
     Buffers m_ownedBuffers;  // external to their records, and kept by this map or its caller
     Buffers m_staticBuffers; // marked by addStaticString
@@ -177,20 +185,14 @@ StringOwnerMap<CharType>::~StringOwnerMap() {
 }
 
 template <class CharType>
-String StringOwnerMap<CharType>::mapString(const CharType* buffer, unsigned int length, bool terminated) {
-    if (!buffer) VORN_THROW(4, "Invalid buffer!", Names::MAP_STRING);
-    setEmptyKey();
-    const StringOwnerKey key(buffer, length);
-    const auto known = m_strings.find(key);
-    if (known != m_strings.end()) return String(known->second.m_data);
-
+String StringOwnerMap<CharType>::mapNewString(const StringOwnerKey& key, const CharType* buffer, unsigned int length) {
     StringOwnerEntry& entry = m_strings[key]; // stays without a record if the text is refused
     StringAllocationType type = STRING_DATA_STATIC;
     if (m_staticBuffers.find(buffer) == m_staticBuffers.end()) {
         type = STRING_DATA_EXTERNAL;
         m_ownedBuffers.insert(buffer);
     }
-    StringData* const data = new StringData(buffer, length + terminated, type);
+    StringData* const data = new StringData(buffer, length, type);
     data->incRefCount();
     entry.m_data = data;
     return String(data);
