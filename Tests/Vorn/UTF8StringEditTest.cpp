@@ -537,7 +537,7 @@ TEST(UTF8StringModel, RandomEdits) {
                     string = UTF8String(String(own("new")));
                     text = "new";
                 }
-                string.appendDecimal(step % 1000);
+                string.appendDecimal(static_cast<unsigned int>(step % 1000));
                 text += std::to_string(step % 1000);
                 break;
             }

@@ -71,7 +71,8 @@ TEST(UTF8String, Assignment) {
     UTF8String another;
     EXPECT_EQ(&(another = string), &another);
     EXPECT_EQ(shared.getData()->getRefCount(), 3u);
-    another = another;
+    const UTF8String& same = another;
+    another = same;
     EXPECT_EQ(shared.getData()->getRefCount(), 3u);
     another = UTF8String();
     EXPECT_EQ(another.getData(), nullptr);

@@ -87,6 +87,21 @@ TEST(Interop, HashAgreesWithEqualityInAllForms) {
     EXPECT_EQ(std::hash<String>()(String()), std::hash<String>()(String()));
 }
 
+TEST(Interop, HashReadsTheBufferThatTellsTheText) {
+    // The UTF-8 that is built for this one is garbled at its end.
+    const UTF16Text null = utf16Of({'a', 0});
+    const String garbled = over(null);
+    garbled.getCString();
+    ASSERT_EQ(garbled, over(null));
+    EXPECT_EQ(hash(garbled), hash(over(null)));
+    // The UTF-16 that is built for this one holds second surrogates only.
+    const std::string pair = utf8Of({'a', 0x1F600});
+    const String halved = over(pair);
+    halved.getData()->getTerminatedBuffer<UTF16Char>();
+    ASSERT_EQ(halved, over(pair));
+    EXPECT_EQ(hash(halved), hash(over(pair)));
+}
+
 TEST(Interop, HashTellsTextsApart) {
     std::unordered_set<std::size_t> hashes;
     std::unordered_set<String> strings;
