@@ -69,9 +69,9 @@ public:
             const char c = m_description[m_position];
             if (depth == 0 && atWord("operator")) {
                 readOperator();
-            } else if (atWord("(anonymous namespace)::")) {
+            } else if (depth == 0 && atWord("(anonymous namespace)::")) {
                 leaveScope("(anonymous namespace)::");
-            } else if (atWord("{anonymous}::")) {
+            } else if (depth == 0 && atWord("{anonymous}::")) {
                 leaveScope("{anonymous}::");
             } else if (c == '<') {
                 ++depth;

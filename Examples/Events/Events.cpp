@@ -1,0 +1,135 @@
+// Events: a small scene of shared nodes whose events are heard by handlers that come and go while they are called.
+#include <Vorn/SharedObjects/Event.h>
+#include <Vorn/SharedObjects/TreeNode.h>
+
+#include <cstdio>
+#include <string>
+
+namespace {
+
+using Vorn::SharedPtr;
+
+/// An object of the scene. It tells its listeners when it is hit.
+class SceneNode : public Vorn::TreeNode<SceneNode> {
+public:
+    using Hit = Vorn::Event<SceneNode&, int>;
+
+    explicit SceneNode(std::string nodeName) : name(std::move(nodeName)) {}
+    ~SceneNode() override { std::printf("  (%s is gone)\n", name.c_str()); }
+
+    const std::string name;
+    Hit hit;
+};
+
+/// Counts the hits of the whole scene.
+class ScoreBoard {
+public:
+    void add(SceneNode& node, int points) {
+        m_score += points;
+        std::printf("  score: %d after %s\n", m_score, node.name.c_str());
+    }
+
+private:
+    int m_score = 0;
+};
+
+/// Plays a sound. Scenes hold it weakly: it may be switched off at any time.
+class Speaker {
+public:
+    explicit Speaker(std::string sound) : m_sound(std::move(sound)) {}
+    void play(SceneNode& node, int) { std::printf("  speaker: %s at %s\n", m_sound.c_str(), node.name.c_str()); }
+
+private:
+    std::string m_sound;
+};
+
+/// Breaks at the first hit: it stops listening, and lets smoke rise instead. The smoke is heard in the same hit
+/// already, because the glass hears first and the smoke's place is still ahead.
+class Glass {
+public:
+    explicit Glass(SceneNode& node) : m_node(node) {}
+
+    void shatter(SceneNode& node, int) {
+        std::printf("  %s shatters\n", node.name.c_str());
+        m_node.hit.remove(SceneNode::Hit::Listener::bind<&Glass::shatter>(*this));
+        m_node.hit.add(SceneNode::Hit::Listener::bind<&Glass::smoke>(*this), 10);
+    }
+
+    void smoke(SceneNode& node, int points) { std::printf("  %d puffs of smoke from %s\n", points, node.name.c_str()); }
+
+private:
+    SceneNode& m_node;
+};
+
+void printTree(SceneNode& root) {
+    for (SceneNode& node : root.depthFirst()) {
+        int depth = 0;
+        for (SceneNode* parent = node.getParent(); parent; parent = parent->getParent()) ++depth;
+        std::printf("%*s%u: %s\n", 2 + 2 * depth, "", node.getIndex(), node.name.c_str());
+    }
+}
+
+void hit(SceneNode& node, int points) {
+    std::printf("hit %s:\n", node.name.c_str());
+    node.hit(node, points);
+}
+
+} // namespace
+
+int main() {
+    using Listener = SceneNode::Hit::Listener;
+
+    const SharedPtr<SceneNode> house = Vorn::makeShared<SceneNode>("house");
+    const SharedPtr<SceneNode> window = Vorn::makeShared<SceneNode>("window");
+    house->append(Vorn::makeShared<SceneNode>("door"));
+    house->append(window);
+    house->getChild(0).append(Vorn::makeShared<SceneNode>("handle"));
+    house->insert(0, Vorn::makeShared<SceneNode>("roof"));
+    std::printf("scene:\n");
+    printTree(*house);
+
+    std::printf("a node under its own child: ");
+    try {
+        window->append(house);
+    } catch (const Vorn::Exception<Vorn::E::PARAMETER>& exception) {
+        std::printf("%s\n", exception.getMessage());
+    }
+
+    // The lowest priority hears first: glass, then speaker, then score.
+    const SharedPtr<ScoreBoard> score = Vorn::makeShared<ScoreBoard>();
+    SharedPtr<Speaker> speaker = Vorn::makeShared<Speaker>("clink");
+    Glass glass(*window);
+    window->hit.add(Listener::bindShared<&ScoreBoard::add>(score), 5);
+    window->hit.add(Listener::bindWeak<&Speaker::play>(speaker));
+    window->hit.add(Listener::bind<&Glass::shatter>(glass), -1);
+    hit(*window, 3);
+    hit(*window, 4);
+
+    std::printf("the speaker is switched off\n");
+    speaker.reset();
+    hit(*window, 1);
+
+    // A listener that takes the score off before it hears, and adds one whose place has passed in this hit.
+    const auto goalkeeper = [&](SceneNode& node, int) {
+        std::printf("  %s is guarded from now on\n", node.name.c_str());
+        node.hit.remove(Listener::bindShared<&ScoreBoard::add>(score));
+        node.hit.add(Listener::bindCallable(
+                         [](SceneNode& guarded, int) { std::printf("  %s is guarded\n", guarded.name.c_str()); }),
+                     -5);
+    };
+    const Listener guard = Listener::bindCallable(goalkeeper);
+    window->hit.add(guard, 1);
+    hit(*window, 2);
+    window->hit.remove(guard);
+    hit(*window, 2);
+
+    window->hit.disable();
+    hit(*window, 9);
+
+    std::printf("the handle moves to the window, the roof is taken off\n");
+    window->append(house->getChild(1).removeAt(0));
+    house->removeAt(0);
+    printTree(*house);
+    std::printf("end\n");
+    return 0;
+}

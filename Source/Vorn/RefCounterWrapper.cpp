@@ -1,0 +1,65 @@
+#include "Vorn/SharedObjects/RefCounterWrapper.h"
+
+#include "RefCounterRelease.h"
+
+namespace Vorn {
+
+int RefCounterWrapper::getUseCount() const {
+    VORN_INTERNAL_ASSERT(validRefCounter(pRefCounter), "Invalid reference counter!");
+    return pRefCounter ? pRefCounter->m_useCount.load(std::memory_order_relaxed) : 0;
+}
+
+int RefCounterWrapper::getWeakCount() const {
+    VORN_INTERNAL_ASSERT(validRefCounter(pRefCounter), "Invalid reference counter!");
+    return pRefCounter ? pRefCounter->m_weakCount.load(std::memory_order_relaxed) : 0;
+}
+
+bool RefCounterWrapper::isArray() const {
+    VORN_INTERNAL_ASSERT(validRefCounter(pRefCounter), "Invalid reference counter!");
+    return pRefCounter && pRefCounter->m_isArray;
+}
+
+bool RefCounterWrapper::isThreadsafe() const {
+    VORN_INTERNAL_ASSERT(validRefCounter(pRefCounter), "Invalid reference counter!");
+    return !pRefCounter || pRefCounter->m_isThreadsafe;
+}
+
+void RefCounterWrapper::makeThreadsafe() const {
+    VORN_INTERNAL_ASSERT(validRefCounter(pRefCounter), "Invalid reference counter!");
+    if (pRefCounter) return;
+    // Volatile, the pointer and the flag: the store must happen and fault, and not be reasoned away.
+    RefCounter* volatile missing = pRefCounter;
+    volatile bool& flag = missing->m_isThreadsafe;
+    flag = true;
+}
+
+void RefCounterWrapper::releaseUseCountNonInline() { releaseUseCount(); }
+
+void RefCounterWrapper::releaseWeakCountNonInline() { releaseWeakCount(); }
+
+void RefCounterWrapper::releaseUseCountNonInlinePart(RefCounter::Deleter deleter, void* object, RefCounter* counter) {
+    deleter(object);
+    if (counter) VornPrivate::destroyRefCounter(counter);
+}
+
+void RefCounterWrapper::releaseWeakCountNonInlinePart(VornPrivate::RefCounterGuard& guard) {
+    if (pRefCounter->m_useCount.load(std::memory_order_relaxed) >= 1) return;
+    VORN_INTERNAL_ASSERT(!pRefCounter->m_ptr, "non-null pointer found when use count is zero!!!!");
+    guard.release(); // the lock must not outlive the record
+    VornPrivate::destroyRefCounter(pRefCounter);
+}
+
+RefCounter* PtrTypeBase::getRefCounter(SharedObjectBase* object) { return object->m_refCounter; }
+
+void PtrTypeBase::undoGetOrCreateRefCounter(SharedObjectBase* object, RefCounter* counter) {
+    if (counter->m_useCount.load(std::memory_order_relaxed) > 1) {
+        counter->m_useCount.fetch_sub(1, std::memory_order_acq_rel);
+        return;
+    }
+    object->m_refCounter = nullptr;
+    VornPrivate::destroyRefCounter(counter);
+}
+
+DynamicObject::~DynamicObject() = default;
+
+} // namespace Vorn
