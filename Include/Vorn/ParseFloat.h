@@ -33,10 +33,10 @@ class String;
 ///
 /// Raise `Exception<1>` "str : null pointer!" for a null `str`; nothing else is a failure.
 ///
-/// @warning `length` is no strict bound; the text must be followed by a unit that is neither digit nor white space.
-/// White
-///     space is skipped without regard to it, the unit behind a whole part is always looked at for a point, and what
-///     ParseInt.h says of its bounds holds for the parts.
+/// @warning `length` is no strict bound; the text must be followed by a unit that is neither digit nor white space,
+///     such as a terminator. White space is skipped without regard to it. A point behind a whole part is looked at, and
+///     consumed, wherever it stands: "5." with a length of 1 counts 2. What ParseInt.h says of its bounds holds for the
+///     parts.
 /// @warning A decimal exponent needs two units behind the "e" within `length`: "1e5" with a length of 3 is 1, with a
 ///     count of 1.
 /// @{

@@ -43,10 +43,11 @@ class String;
 /// Raise `Exception<1>` "str : null pointer!" for a null `str`, and for a `length` of 0 "length > 0 : empty buffer!"
 /// (`parseHex` and `parseDec`) or "length > 0 : empty string!" (the others).
 ///
-/// @warning `length` is no strict bound; the text must be followed by a unit that is neither digit nor white space. A
-///     scan ends at `length` only if it arrives there right behind a digit. White space is skipped without regard to
-///     it, after which digits may be read beyond it; so may one digit behind a sign in `parseHex` and `parseDec`, and
-///     any number of digits behind a sign or prefix that is all there is within `length`.
+/// @warning `length` is no strict bound; the text must be followed by a unit that is neither digit nor white space,
+///     such as a terminator. A scan ends at `length` only if it arrives there right behind a digit. White space is
+///     skipped without regard to it, after which digits may be read beyond it; so may any number of digits behind a
+///     sign or prefix that is all there is within `length`. Behind a sign `parseHex` and `parseDec` may read one digit
+///     too many, or the "x" of a prefix and all digits behind it.
 /// @{
 template <class T, class CharType>
 VORN_API T parseInt(const CharType* str, unsigned int* count = nullptr, unsigned int length = 0xFFFFFFFF);

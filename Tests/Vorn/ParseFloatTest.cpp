@@ -100,7 +100,8 @@ TEST(ParseFloat, DecimalNumbers) {
         {"12345", 3, 123, 3},
         {"1.55", 3, 1.5, 3},
         {"1.55", 2, 1, 2},
-        {"1.55", 1, 1, 2}, // the point is looked at behind the length
+        {"1.55", 1, 1, 2}, // the point is looked at, and consumed, behind the length
+        {"5.", 1, 5, 2},
         {"   125", 2, 0, 0},
         {"   125", 3, 0, 0},
         {"   125", 4, 1, 4},

@@ -231,17 +231,18 @@ TEST(ParseInteger, ParseUIntTakesNoSign) {
 }
 
 TEST(ParseInteger, ParseHexCountsTheSignAlways) {
-    expectRows("parseHex", "int",
-               {
-                   {"1F", WHOLE, 31, 2},     {"0x1F", WHOLE, 31, 4},  {"0X1F", WHOLE, 0, 1},
-                   {"-0x1F", WHOLE, -31, 5}, {"+ff", WHOLE, 255, 3},  {"- 5", WHOLE, -5, 3},
-                   {" -5", WHOLE, 0, 0},     {"-", WHOLE, 0, 1},      {"+", UNKNOWN, 0, 1},
-                   {"-g", WHOLE, 0, 1},      {"0xZ", WHOLE, 0, 2},    {"-0xZ", WHOLE, 0, 3},
-                   {"-0x", WHOLE, 0, 3},     {"-1234", 3, -0x123, 4}, // one digit more than the length tells
-                   {"-0x1", 2, -1, 4}, // the prefix fits into the length behind the sign, and the digits have no bound
-                   {"-0x1", 1, 0, 2},        {"-12", 1, -1, 2},       {"80000000", WHOLE, -2147483648LL, 8},
-                   {"", UNKNOWN, 0, 0},
-               });
+    expectRows(
+        "parseHex", "int",
+        {
+            {"1F", WHOLE, 31, 2},     {"0x1F", WHOLE, 31, 4},  {"0X1F", WHOLE, 0, 1},
+            {"-0x1F", WHOLE, -31, 5}, {"+ff", WHOLE, 255, 3},  {"- 5", WHOLE, -5, 3},
+            {" -5", WHOLE, 0, 0},     {"-", WHOLE, 0, 1},      {"+", UNKNOWN, 0, 1},
+            {"-g", WHOLE, 0, 1},      {"0xZ", WHOLE, 0, 2},    {"-0xZ", WHOLE, 0, 3},
+            {"-0x", WHOLE, 0, 3},     {"-1234", 3, -0x123, 4}, // one digit more than the length tells
+            {"-0x12", 2, -0x12, 5}, // the prefix fits into the length behind the sign, and the digits have no bound
+            {"-0x1", 1, 0, 2},        {"-12", 1, -1, 2},       {"80000000", WHOLE, -2147483648LL, 8},
+            {"", UNKNOWN, 0, 0},
+        });
 }
 
 TEST(ParseInteger, ParseUHexStepsOverThePrefixEvenWithoutADigit) {

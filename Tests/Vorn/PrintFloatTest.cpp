@@ -348,10 +348,11 @@ TEST(PrintDecFloat, AutomaticLayoutCountsTheShorterTextAndWritesTheLast) {
     EXPECT_TRUE(firstWon && secondWon) << "the values must show both outcomes";
 }
 
-class Grouping : public std::numpunct<char> {
+template <class StreamChar>
+class Grouping : public std::numpunct<StreamChar> {
 protected:
     std::string do_grouping() const override { return "\3"; }
-    char do_thousands_sep() const override { return '\''; }
+    StreamChar do_thousands_sep() const override { return '\''; }
 };
 
 // Installs a global locale for as long as it lives.
@@ -365,8 +366,9 @@ private:
 };
 
 TEST(PrintDecFloat, OnlyMeasuringFollowsTheGlobalLocale) {
-    const GlobalLocale global(std::locale(std::locale::classic(), new Grouping));
-    EXPECT_EQ(Vorn::measureDec(1234567.0, 0, FLOAT_EXPONENT_NONE), 9u); // 1'234'567
+    const std::locale narrowOnly(std::locale::classic(), new Grouping<char>);
+    const GlobalLocale global(std::locale(narrowOnly, new Grouping<wchar_t>)); // the stream of UTF-16 units is wide
+    EXPECT_EQ(Vorn::measureDec(1234567.0, 0, FLOAT_EXPONENT_NONE), 9u);        // 1'234'567
     EXPECT_EQ(Vorn::measureDec(1234567.0f, 0, FLOAT_EXPONENT_NONE), 9u);
     unsigned char bytes[16];
     ASSERT_EQ(Vorn::printDec(1234567.0, bytes, 16, 0, FLOAT_EXPONENT_NONE), 7u);
