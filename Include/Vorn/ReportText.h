@@ -69,6 +69,8 @@ public:
             const char c = m_description[m_position];
             if (depth == 0 && atWord("operator")) {
                 readOperator();
+            } else if (depth == 0 && atWord("decltype")) {
+                skipDecltype();
             } else if (depth == 0 && atWord("(anonymous namespace)::")) {
                 leaveScope("(anonymous namespace)::");
             } else if (depth == 0 && atWord("{anonymous}::")) {
@@ -81,9 +83,8 @@ public:
                 ++m_position;
             } else if (depth > 0) {
                 ++m_position;
-            } else if (c == '(' && m_description[m_position + 1] == '*') {
-                m_name.clear(); // the result is a pointer to a function: "void (* f())(int)"
-                ++m_position;
+            } else if (c == '(' && m_name.size == 0) {
+                ++m_position; // the result is a pointer to a function or the like: "void (* f())(int)"
             } else if (c == '(') {
                 m_complete = true;
             } else if (c == ' ' || c == '*' || c == '&') {
@@ -112,6 +113,15 @@ private:
     constexpr void leaveScope(const char* marker) {
         m_name.clear();
         while (*marker) ++marker, ++m_position;
+    }
+
+    // A result that is told by an expression: "decltype(auto) f()", "decltype ((a + b)) f(T, T)".
+    constexpr void skipDecltype() {
+        int depth = 0; // of parentheses
+        do {
+            const char c = m_description[m_position++];
+            depth += c == '(' ? 1 : c == ')' ? -1 : 0;
+        } while (m_position < Size - 1 && (depth > 0 || m_description[m_position - 1] != ')'));
     }
 
     // "operator", a blank and the symbol or type, up to the parameters.

@@ -31,6 +31,13 @@ struct Box {
     int operator()(int) { VORN_THROW(4, "call"); }
     bool operator<(const Box&) const { VORN_THROW(4, "less"); }
     explicit operator bool() const { VORN_THROW(4, "convert"); }
+    int (&array())[3] { VORN_THROW(4, "array"); }
+    int (Box::*pointer(int))() const { VORN_THROW(4, "pointer"); }
+    decltype(auto) deduced() { VORN_THROW(4, "deduced"); }
+    template <class U>
+    auto told(U value) -> decltype(value + 1) {
+        VORN_THROW(4, "told");
+    }
 };
 
 void inLambda() {
@@ -87,6 +94,10 @@ TEST(Assertions, FunctionTextIsQualifiedAndBare) {
         {reportOf<4>([&] { box(1); }), "Sample::Box::operator ()"},
         {reportOf<4>([&] { static_cast<void>(box < box); }), "Sample::Box::operator <"},
         {reportOf<4>([&] { static_cast<void>(static_cast<bool>(box)); }), "Sample::Box::operator bool"},
+        {reportOf<4>([&] { box.array(); }), "Sample::Box::array"},
+        {reportOf<4>([&] { box.pointer(1); }), "Sample::Box::pointer"},
+        {reportOf<4>([&] { box.deduced(); }), "Sample::Box::deduced"},
+        {reportOf<4>([&] { box.told(1); }), "Sample::Box::told"},
         {reportOf<7>([] { Sample::inLambda(); }), "Sample::inLambda"},
         {reportOf<7>([] { Sample::hidden('c'); }), "hidden"},
         {reportOf<4>([] { Sample::named(); }), "Other::name"},
@@ -115,6 +126,13 @@ TEST(QualifiedName, ReadsTheDescriptionsOfBothCompilers) {
     EXPECT_NAME("void Vorn::myoperator(int)", "Vorn::myoperator");
     EXPECT_NAME("void (* Vorn::R::getDeleter())(void*)", "Vorn::R::getDeleter");
     EXPECT_NAME("void (*Vorn::R::getDeleter(int))(void *)", "Vorn::R::getDeleter");
+    EXPECT_NAME("int (& Vorn::R::getArray())[3]", "Vorn::R::getArray");
+    EXPECT_NAME("int (&Vorn::R::getArray())[3]", "Vorn::R::getArray");
+    EXPECT_NAME("int (Vorn::R::* Vorn::f(char))(int) const", "Vorn::f");
+    EXPECT_NAME("decltype(auto) Vorn::f(int)", "Vorn::f");
+    EXPECT_NAME("decltype ((a + b)) Vorn::f(T, T) [with T = int]", "Vorn::f");
+    EXPECT_NAME("static const decltype(a(b)) &Vorn::R<T>::f(T) [T = int]", "Vorn::R::f");
+    EXPECT_NAME("auto Vorn::f(T) -> decltype(a + 1) [T = int]", "Vorn::f");
 #undef EXPECT_NAME
 }
 
@@ -156,6 +174,9 @@ TEST(Assertions, EvaluateTheirConditionOnce) {
     VORN_ASSERT(++evaluations, "once");
     VORN_INTERNAL_ASSERT(++evaluations, "once");
     EXPECT_EQ(evaluations, 2);
+    reportOf<1>([&] { VORN_ASSERT(++evaluations == 0, "once"); });
+    reportOf<2>([&] { VORN_INTERNAL_ASSERT(++evaluations == 0, "once"); });
+    EXPECT_EQ(evaluations, 4);
 }
 
 TEST(Assertions, AreStatements) {
