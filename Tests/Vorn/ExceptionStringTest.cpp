@@ -178,6 +178,59 @@ TEST(ExceptionString, LengthsThatReachTheFlagsAreReportedWithoutThem) {
     EXPECT_EQ(longest.size(), 65536 + 9);
 }
 
+TEST(ExceptionString, LengthAndFlagsShareTheFirstWord) {
+    const auto word = [](const ExceptionString& string) {
+        int bits = 0;
+        std::memcpy(&bits, static_cast<const void*>(&string), sizeof bits);
+        return bits;
+    };
+    for (const int size : {0, 1, 255, 16383, 16384, 16389, 32767, 32768, 49151, 49152, 65535, 65536, 70000}) {
+        ExceptionString string;
+        string.createString(size);
+        EXPECT_EQ(word(string), size | 0xC000) << size;
+        string.doneCreateString(size);
+        EXPECT_EQ(word(string), size | 0x8000) << size;
+        EXPECT_EQ(string.size(), size & ~0xC000) << size;
+        const ExceptionString copy(string);
+        EXPECT_EQ(word(copy), word(string)) << size;
+        string.setStaticString("x", 1);
+        EXPECT_EQ(word(string), 1);
+    }
+    EXPECT_TRUE(ExceptionString("x", 16384).creating());
+}
+
+TEST(ExceptionString, BlockIsCountTextAndZeroByte) {
+    const ExceptionString string = dynamicText("text");
+    const ExceptionString copy(string);
+    const char* block = nullptr;
+    std::memcpy(&block, reinterpret_cast<const char*>(&string) + sizeof(void*), sizeof block);
+    EXPECT_EQ(block + 4, string.getString());
+    int count = 0;
+    std::memcpy(&count, block, sizeof count);
+    EXPECT_EQ(count, 2);
+    EXPECT_EQ(block[8], '\0');
+}
+
+TEST(ExceptionString, TextBeingCreatedIsSharedAsItStands) {
+    ExceptionString string;
+    std::memcpy(string.createString(4), "abcd", 4);
+    const ExceptionString copy(string);
+    string.doneCreateString(2);
+    EXPECT_FALSE(string.creating());
+    EXPECT_TRUE(copy.creating());
+    EXPECT_EQ(copy.size(), 4);
+    EXPECT_EQ(copy.refCount(), 2);
+    EXPECT_EQ(copy.getString(), string.getString());
+}
+
+TEST(ExceptionStringJoiner, ReadsPartsUpToTheLengthThatTheyReport) {
+    const ExceptionString cut("abcdef", 2);
+    const ExceptionString overlong(std::string(16384 + 3, 'x'), 0.0f);
+    const ExceptionString joined = cut + overlong + cut;
+    EXPECT_EQ(joined.size(), 7);
+    EXPECT_STREQ(joined.getString(), "abxxxab");
+}
+
 TEST(ExceptionStringJoiner, JoinsPartsInOrderIntoOneBlock) {
     const ExceptionString a("a", 1);
     const ExceptionString b = dynamicText("bb");

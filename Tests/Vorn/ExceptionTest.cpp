@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <stdexcept>
 
 namespace {
@@ -38,6 +39,93 @@ public:
         return collected;
     }
 };
+
+// The protected face of the base, as other modules derive from it.
+struct Derived : AllExceptions {
+    template <class... Arguments>
+    explicit Derived(int code, const Arguments&... arguments) : AllExceptions(code, arguments...) {}
+
+    void print(const ExceptionString& prefix, const char* format, ...) {
+        std::va_list arguments;
+        va_start(arguments, format);
+        printMessage(prefix, format, arguments);
+        va_end(arguments);
+    }
+
+    const ExceptionString& message() const { return m_message; }
+
+    static void expectLayout() {
+        const Derived exception(1, literal("T"), literal("P"), literal("F"), literal("L"), 2u);
+        const void* const members[] = {&exception.m_type,    &exception.m_file,      &exception.m_function,
+                                       &exception.m_message, &exception.m_logString, &exception.m_lineString,
+                                       &exception.m_line};
+        const auto* const start = reinterpret_cast<const char*>(static_cast<const std::exception*>(&exception));
+        for (std::size_t i = 0; i < std::size(members); ++i)
+            EXPECT_EQ(static_cast<const char*>(members[i]) - start,
+                      static_cast<std::ptrdiff_t>(sizeof(std::exception) + i * sizeof(ExceptionString)))
+                << i;
+        EXPECT_EQ(reinterpret_cast<const char*>(&exception.m_code) - reinterpret_cast<const char*>(&exception.m_line),
+                  4);
+    }
+};
+
+TEST(AllExceptions, MembersLieInTheOrderThatOtherModulesRelyOn) {
+    Derived::expectLayout();
+    static_assert(sizeof(AllExceptions) == sizeof(std::exception) + 6 * sizeof(ExceptionString) + 8);
+}
+
+TEST(AllExceptions, EachConstructorTakesItsTextsAndLeavesTheOthersNull) {
+    const Derived bare(9, literal("T"), literal("P"), literal("F"), literal("L"), 3u);
+    EXPECT_EQ(bare.getMessage(), nullptr);
+    EXPECT_EQ(bare.getCode(), 9);
+    EXPECT_STREQ(bare.getLineString(), "L");
+    EXPECT_STREQ(bare.what(), "P:3: F: Exception: T:");
+    const Derived told(9, literal("T"), literal("P"), literal("F"), literal("L"), 3u, literal("M"));
+    EXPECT_STREQ(told.getMessage(), "M");
+    EXPECT_STREQ(told.what(), "P:3: F: Exception: T:M");
+    const Derived reported(9, literal("T"), literal("P"), literal("F"), literal("L"), 3u, literal("M"), literal("R"));
+    EXPECT_STREQ(reported.getMessage(), "M");
+    EXPECT_STREQ(reported.getLineString(), "L");
+    EXPECT_STREQ(reported.what(), "R");
+    EXPECT_EQ(reported.getLine(), 3u);
+    // Only the pointer tells whether there is a report.
+    const Derived empty(9, literal("T"), literal("P"), literal("F"), literal("L"), 3u, literal("M"), literal(""));
+    EXPECT_STREQ(empty.what(), "");
+}
+
+TEST(AllExceptions, PartsOfTheReportAreCutAtTheLengthsThatTheyAreGiven) {
+    const Derived exception(1, ExceptionString("Type", 1), ExceptionString("Path", 2), ExceptionString("Function", 3),
+                            literal("L"), 3u, ExceptionString("Message", 4));
+    EXPECT_STREQ(exception.what(), "Pa:3: Fun: Exception: T:Mess");
+}
+
+// The report grows part by part, and each step sees the length of the last without the bits of the flags.
+TEST(AllExceptions, AReportThatReachesTheFlagsIsCutOnTheWay) {
+    const std::string path(10000, 'p');
+    const std::string function(10000, 'f');
+    const Derived exception(1, literal("T"), ExceptionString(path, 0.0f), ExceptionString(function, 0.0f), literal("L"),
+                            3u, literal("M"));
+    const std::string begin = (path + ":3: " + function).substr(0, 10000 + 4 + 10000 - 16384);
+    EXPECT_EQ(std::string(exception.what()), begin + ": Exception: T:M");
+}
+
+TEST(AllExceptions, PrintedMessageIsADynamicTextOfItsOwn) {
+    Derived exception(1, literal("T"), literal("P"), literal("F"), literal("L"), 3u, literal("old"));
+    errno = EINVAL;
+    exception.print(ExceptionString("prefix", 3), "%d%%", 50);
+    EXPECT_EQ(errno, 0);
+    EXPECT_STREQ(exception.getMessage(), "pre50%");
+    EXPECT_EQ(exception.message().size(), 6);
+    EXPECT_TRUE(exception.message().dynamic());
+    EXPECT_FALSE(exception.message().creating());
+    const Derived copy(exception);
+    EXPECT_EQ(copy.getMessage(), exception.getMessage());
+    exception.print(ExceptionString(), "%s", "again");
+    EXPECT_STREQ(exception.getMessage(), "again");
+    EXPECT_STREQ(copy.getMessage(), "pre50%");
+    exception.print(literal("a"), "%c%c", 0, 'b');
+    EXPECT_EQ(std::string(exception.getMessage(), 4), std::string("a\0b", 4));
+}
 
 TEST(AllExceptions, DefaultReportsTheBareFrame) {
     const AllExceptions exception;
@@ -91,6 +179,34 @@ TEST(AllExceptions, BuildingAndCopyingTouchesNoHeapWithoutACallback) {
                   const Exception<7> copy(exception);
               }),
               0u);
+}
+
+TEST(AllExceptions, ACopyOfAnUnreportedFailureBuildsItsOwnReport) {
+    const Exception<7> first = make<7>();
+    const Exception<7> second(first);
+    EXPECT_NE(first.what(), second.what());
+    EXPECT_STREQ(first.what(), second.what());
+}
+
+TEST(AllExceptions, AssignmentTakesEveryText) {
+    Exception<4> target(literal("t"), literal("p"), literal("f"), literal("l"), 1, literal("m"));
+    EXPECT_STREQ(target.what(), "p:1: f: Exception: t:m");
+    target = make<4>(5);
+    EXPECT_STREQ(target.getType(), "::Type");
+    EXPECT_STREQ(target.getFile(), "File");
+    EXPECT_STREQ(target.getFunction(), "Name::function");
+    EXPECT_STREQ(target.getLineString(), "__LINE__");
+    EXPECT_STREQ(target.getMessage(), "what went wrong");
+    EXPECT_EQ(target.getLine(), 5u);
+    EXPECT_STREQ(target.what(), "File:5: Name::function: Exception: ::Type:what went wrong");
+}
+
+TEST(AllExceptions, CallbackGetsTheCachedReportItself) {
+    static const char* received = nullptr;
+    AllExceptions::setLogCallback([](const char* line) { received = line; });
+    const Exception<4> exception = make<4>();
+    AllExceptions::setLogCallback(nullptr);
+    EXPECT_EQ(received, exception.what());
 }
 
 TEST(AllExceptions, LogWithoutCallbackDoesNothing) {
@@ -181,21 +297,22 @@ TEST(Exception, FormattedTextIsCutAt4095BytesAndThePrefixIsNot) {
     for (const auto& row : rows) {
         const std::string text(row.formatted, 'x');
         const std::string prefix(3000, 'p');
-        const Exception<1> exception(literal("::Type"), literal("File"), literal("f"), literal("__LINE__"), 3,
-                                     ExceptionString(prefix, 0.0f), "%s", text.c_str());
+        Derived exception(1, literal("T"), literal("P"), literal("F"), literal("L"), 3u);
+        exception.print(ExceptionString(prefix, 0.0f), "%s", text.c_str());
         EXPECT_EQ(std::string(exception.getMessage()), prefix + std::string(row.kept, 'x')) << row.formatted;
+        EXPECT_EQ(static_cast<std::size_t>(exception.message().size()), prefix.size() + row.kept) << row.formatted;
     }
 }
 
 TEST(Exception, TextThatCannotBeFormattedCountsAsAFullBuffer) {
     const wchar_t unformattable[] = {static_cast<wchar_t>(0x7FFFFFFF), 0};
-    try {
-        Vorn::throwAssert(literal("File"), literal("f"), literal("__LINE__"), 1, literal("prefix"), "ab%ls",
-                          unformattable);
-    } catch (const Exception<1>& exception) {
-        EXPECT_EQ(std::string(exception.getMessage()).substr(0, 8), "prefixab");
-        EXPECT_NE(std::string(exception.what()).find("prefixab"), std::string::npos);
-    }
+    const Exception<1> exception(literal("::Type"), literal("File"), literal("f"), literal("__LINE__"), 1,
+                                 literal("prefix"), "ab%ls", unformattable);
+    EXPECT_EQ(std::string(exception.getMessage()), "prefixab");
+    // What the formatter left unwritten is zero, and all of it is part of the message.
+    EXPECT_EQ(std::string(exception.getMessage() + 8, 4093), std::string(4093, '\0'));
+    const std::string start("File:1: f: Exception: ::Type:prefixab");
+    EXPECT_EQ(std::string(exception.what(), start.size() + 1), start + '\0');
 }
 
 TEST(Raising, NamesTypeAndPassesEveryText) {
@@ -204,23 +321,31 @@ TEST(Raising, NamesTypeAndPassesEveryText) {
     };
     using Plain = void (*)(const ExceptionString&, const ExceptionString&, const ExceptionString&, unsigned int,
                            const ExceptionString&);
-    const Report assertion = reportOf<1>(raise(static_cast<Plain>(&Vorn::throwAssert), literal("m")));
-    EXPECT_EQ(assertion.type, "::Vorn::E::ASSERT");
-    EXPECT_EQ(assertion.code, 1);
-    EXPECT_EQ(assertion.file, "File");
-    EXPECT_EQ(assertion.function, "f");
-    EXPECT_EQ(assertion.lineString, "__LINE__");
-    EXPECT_EQ(assertion.line, 9u);
-    EXPECT_EQ(assertion.message, "m");
-
-    const Report internal = reportOf<2>(raise(static_cast<Plain>(&Vorn::throwInternalAssert), literal("m")));
-    EXPECT_EQ(internal.type, "::Vorn::E::INTERNAL");
-    EXPECT_EQ(internal.code, 2);
-
-    const Report formatted = reportOf<1>(
-        [] { Vorn::throwAssert(literal("File"), literal("f"), literal("__LINE__"), 9, literal("n = "), "%d", 3); });
-    EXPECT_EQ(formatted.type, "::Vorn::E::ASSERT");
-    EXPECT_EQ(formatted.message, "n = 3");
+    using Formatted = void (*)(const ExceptionString&, const ExceptionString&, const ExceptionString&, unsigned int,
+                               const ExceptionString&, const char*, ...);
+    const struct {
+        Report report;
+        int code;
+        const char* type;
+        const char* message;
+    } rows[] = {
+        {reportOf<1>(raise(static_cast<Plain>(&Vorn::throwAssert), literal("m"))), 1, "::Vorn::E::ASSERT", "m"},
+        {reportOf<2>(raise(static_cast<Plain>(&Vorn::throwInternalAssert), literal("m"))), 2, "::Vorn::E::INTERNAL",
+         "m"},
+        {reportOf<1>(raise(static_cast<Formatted>(&Vorn::throwAssert), literal("n = "), "%d", 3)), 1,
+         "::Vorn::E::ASSERT", "n = 3"},
+        {reportOf<2>(raise(static_cast<Formatted>(&Vorn::throwInternalAssert), literal("n = "), "%d", 3)), 2,
+         "::Vorn::E::INTERNAL", "n = 3"},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(row.report.code, row.code);
+        EXPECT_EQ(row.report.type, row.type);
+        EXPECT_EQ(row.report.file, "File");
+        EXPECT_EQ(row.report.function, "f");
+        EXPECT_EQ(row.report.lineString, "__LINE__");
+        EXPECT_EQ(row.report.line, 9u);
+        EXPECT_EQ(row.report.message, row.message);
+    }
 }
 
 TEST(Raising, AssertionIsNotCaughtAsAnInternalFailure) {
