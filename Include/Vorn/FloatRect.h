@@ -275,10 +275,9 @@ public:
     }
     /// @}
 
-    /// Grows to hold a point.
-    /// @warning In place, a point moves at most one side of each axis, the low one first; the copy forms move both
-    /// sides
-    ///     of an inverted axis. On normalised rectangles all forms agree.
+    /// Grows to hold a point; of an inverted axis the forms in place move one side, the copy forms both.
+    /// @warning In place, the low side is tried first, and the high one only if that did not move. Normalise before;
+    ///     on normalised rectangles all forms agree.
     /// @{
     constexpr FloatRect operator|(const Vector2& vec) const noexcept { return *this | FloatRect(vec); }
     constexpr FloatRect& operator|=(const Vector2& vec) noexcept {
@@ -395,8 +394,8 @@ public:
     }
     /// @}
 
-    /// The inverse of `applyRatio`: becomes the fractions of itself that `other` takes.
-    /// @warning An axis whose size is not above 0, or is NaN, gives the fractions 0 and 0 and raises nothing.
+    /// The inverse of `applyRatio`: becomes the fractions of itself that `other` takes, or 0 and 0 on an empty axis.
+    /// @warning Empty is an axis whose size is not above 0, so also an inverted one or one with a NaN. Nothing raises.
     /// @{
     constexpr void createRatio(const FloatRect& other) noexcept { *this = createRatioCopy(other); }
     constexpr void createRatio(float leftSide, float topSide, float rightSide, float bottomSide) noexcept {
@@ -422,7 +421,7 @@ public:
 
     /// The rectangle, transformed by its centre and half size: exact for scale and translation, and nothing more.
     /// @warning Once the matrix rotates, the result is not the bounding box of the transformed corners. For those write
-    ///     `matrix * Vector2CornerRect{...}`.
+    ///     `matrix * Vector2CornerRect{...}`. An inverted rectangle comes out normalised, whatever the matrix.
     /// @{
     constexpr FloatRect operator*(const Matrix3& matrix) const noexcept {
         const float* const m = matrix.m;
@@ -443,10 +442,9 @@ public:
     // subtracted. Amount and size are a vector, two floats, or one float for both axes. A pin that is none of the nine
     // raises Exception 1 "pinOrigin == ::Vorn::RectPoint::CENTRE || ... : invalid origin", and nothing has changed.
 
-    /// Grows by `amount` on each side, so by twice the amount on each axis.
-    /// @warning A pin on a low side holds that side, but one on a high side (RIGHT, BOTTOM) does not: the low side
-    /// moves
-    ///     by twice the amount towards it and the high side by four times. (0, 10) grown by 1 at RIGHT is (2, 14).
+    /// Grows each axis by twice `amount`. A pin on a low side holds that side, one on a high side holds NONE.
+    /// @warning At RIGHT or BOTTOM both sides move up, the low one by twice the amount and the high one by four times:
+    ///     (0, 10) grown by 1 at RIGHT is (2, 14). To hold a high side, take CENTRE and the amount as the offset.
     /// @{
     void inflate(float amountX, float amountY, unsigned int pinOrigin, float offsetX, float offsetY) {
         checkPin<INFLATE>(pinOrigin);
@@ -517,10 +515,10 @@ public:
     }
     /// @}
 
-    /// Takes the given size.
-    /// @warning A pin on a low side holds that side, but one on a high side (RIGHT, BOTTOM) does not: the low side
-    /// moves
-    ///     towards it by what the axis grows. (0, 10) resized to 12 at RIGHT is (2, 14).
+    /// Takes the given size. A pin on a low side holds that side, one on a high side holds NONE.
+    /// @warning At RIGHT or BOTTOM both sides move up, the low one by what the axis grows and the high one by twice
+    ///     that: (0, 10) resized to 12 at RIGHT is (2, 14). To hold a high side, take a low pin and the growth as the
+    ///     offset.
     /// @{
     void resize(float sizeX, float sizeY, unsigned int pinOrigin, float offsetX, float offsetY) {
         checkPin<RESIZE>(pinOrigin);

@@ -42,7 +42,9 @@ public:
     /// Compares the bytes, not the floats: 0.0 differs from -0.0, and a NaN equals itself. Pairs and rectangles compare
     /// their floats.
     /// @{
-    bool operator==(const Matrix3& other) const noexcept { return std::memcmp(m, other.m, sizeof m) == 0; }
+    bool operator==(const Matrix3& other) const noexcept {
+        return std::memcmp(m, other.m, sizeof m) == 0; // NOLINT(bugprone-suspicious-memory-comparison): bytes are meant
+    }
     bool operator!=(const Matrix3& other) const noexcept { return !(*this == other); }
     /// @}
 

@@ -7,8 +7,8 @@
 //
 //     side           0 left, 1 top, 2 right, 3 bottom
 //     orientation    0 horizontal (left, right), 1 vertical (top, bottom)
-//     end            0 the low side of an orientation (left, top), 1 the high side (right, bottom); side = 2*end +
-//     orient corner         0 left top, 1 left bottom, 2 right top, 3 right bottom
+//     end            0 the low side (left, top), 1 the high side (right, bottom); side = 2 * end + orientation
+//     corner         0 left top, 1 left bottom, 2 right top, 3 right bottom
 //
 // Cost: a value of 16 bytes; everything inlines and nothing allocates. What is not noexcept has a check.
 // Threads: plain values, which share nothing.

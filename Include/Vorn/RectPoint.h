@@ -1,8 +1,6 @@
 // RectPoint: the points of a rectangle that a resizing can be pinned to. See FloatRect::inflate.
 #pragma once
 
-#include "Vorn/Config.h"
-
 namespace Vorn {
 
 /// The nine pins. Each axis has a low flag (left, top) and a high flag (right, bottom), of which a pin sets at most

@@ -110,14 +110,18 @@ public:
     constexpr float squaredLength() const noexcept { return dot(*this); }
 
     /// About 0.2 per cent off: 1 divided by the length, by the fast inverse square root.
-    /// Of the zero vector it is about 1.98e19, and of an infinite one negative infinity.
+    /// @warning Only for lengths from about 1.1e-19 to 1.8e19, whose squares are normal floats. Below, it falls short,
+    /// for
+    ///     it never exceeds the 1.98e19 of the zero vector; above, where the square overflows, it is negative infinity.
     float inverseLength() const noexcept;
 
     /// About 0.2 per cent off, and never 0: the length, as 1 divided by `inverseLength`.
-    /// @warning The zero vector gives about 5.05e-20. Ask `isZero` whether a vector has a length.
+    /// @warning The zero vector gives about 5.05e-20, and one of more than about 1.8e19 negative infinity. Ask `isZero`
+    ///     whether a vector has a length.
     float length() const noexcept;
 
-    /// About 0.2 per cent off: scales to a length close to 1, usually a little less. The zero vector stays zero.
+    /// About 0.2 per cent off: scales to a length close to 1, usually a little less. The zero vector stays zero, and
+    /// one outside the bounds of `inverseLength` comes out short, or infinite or NaN.
     void normalise() noexcept { *this *= inverseLength(); }
 
     /// As `normalise`, into `out` or the result.

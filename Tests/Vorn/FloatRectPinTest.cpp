@@ -214,6 +214,12 @@ TEST(PinnedResizing, WorksAsTheExamplesShow) {
     }
 }
 
+TEST(PinnedResizing, AnOffsetHoldsAHighSide) {
+    const FloatRect rect(0, 0, 10, 10);
+    EXPECT_TRUE(same(rect.inflatedCopy(1, Vorn::RectPoint::CENTRE, 1, 1), Four{-2, -2, 10, 10}));
+    EXPECT_TRUE(same(rect.resizedCopy(12, Vorn::RectPoint::TOP_LEFT, 2, 2), Four{-2, -2, 10, 10}));
+}
+
 TEST(PinnedResizing, GrowthStaysInDoubleUntilTheLowSideIsKnown) {
     // 1 - 33554432 is exact in double only.
     FloatRect rect(1, 0, 33554432, 1);

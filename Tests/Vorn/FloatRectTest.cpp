@@ -385,7 +385,9 @@ TEST(FloatRect, TransformationIsExactForScaleAndTranslation) {
     matrix.makeTransform(Vorn::ComplexAngle::IDENTITY, Vector2(2, -3), Vector2(10, 20));
     FloatRect rect(1, 2, 3, 4);
     EXPECT_EQ(&(rect *= matrix), &rect);
-    EXPECT_TRUE(same(rect, Four{12, 8, 16, 14})); // normalised, though y is mirrored
+    EXPECT_TRUE(same(rect, Four{12, 8, 16, 14}));            // normalised, though y is mirrored
+    EXPECT_TRUE(same(FloatRect(3, 4, 1, 2) * matrix, rect)); // and though the rectangle was inverted
+    EXPECT_TRUE(same(FloatRect(2, 0, 0, 2) * Matrix3::IDENTITY, Four{0, 0, 2, 2}));
 }
 
 TEST(FloatRect, RotationIsNoBoundingBox) {

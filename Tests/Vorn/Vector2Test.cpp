@@ -326,9 +326,24 @@ TEST(Vector2, LengthsAreFastAndNotExact) {
 }
 
 TEST(Vector2, InverseLengthIsWithinAFifthOfAPerCent) {
-    for (float length = 1.0e-15f; length < 1.0e15f; length *= 1.0173f) {
+    for (float length = 1.1e-19f; length < 1.8e19f; length *= 1.0173f) {
         const double product = static_cast<double>(Vector2(length, 0.0f).inverseLength()) * static_cast<double>(length);
         EXPECT_NEAR(product, 1.0, 0.002) << length;
+    }
+}
+
+TEST(Vector2, InverseLengthFailsWhereTheSquareIsNoNormalFloat) {
+    for (const float length : {1.0e-19f, 1.0e-20f, 1.0e-22f}) { // the square is denormal: too short, more and more
+        const double product = static_cast<double>(Vector2(length, 0.0f).inverseLength()) * static_cast<double>(length);
+        EXPECT_LT(product, 0.998) << length;
+        EXPECT_GT(product, 0.001) << length;
+    }
+    EXPECT_LT(Vector2(1.0e-22f, 0.0f).normalisedCopy().x, 0.01f);
+    for (const float length : {1.9e19f, 1.0e30f, LARGEST}) { // the square is infinite
+        EXPECT_EQ(Vector2(length, 0.0f).inverseLength(), -INFINITE) << length;
+        EXPECT_EQ(Vector2(length, 0.0f).length(), -INFINITE) << length;
+        EXPECT_TRUE(same(Vector2(length, 1.0f).normalisedCopy(), Two{-INFINITE, -INFINITE})) << length;
+        EXPECT_TRUE(std::isnan(Vector2(length, 0.0f).normalisedCopy().y)) << length;
     }
 }
 
