@@ -110,9 +110,8 @@ public:
     constexpr float squaredLength() const noexcept { return dot(*this); }
 
     /// About 0.2 per cent off: 1 divided by the length, by the fast inverse square root.
-    /// @warning Only for lengths from about 1.1e-19 to 1.8e19, whose squares are normal floats. Below, it falls short,
-    /// for
-    ///     it never exceeds the 1.98e19 of the zero vector; above, where the square overflows, it is negative infinity.
+    /// @warning Only for lengths from about 1.1e-19 to 1.8e19, whose squares are normal floats. Below, it falls short
+    ///     and never exceeds the 1.98e19 of the zero vector; above, the square overflows, and it is negative infinity.
     float inverseLength() const noexcept;
 
     /// About 0.2 per cent off, and never 0: the length, as 1 divided by `inverseLength`.
