@@ -3,8 +3,7 @@
 
 namespace Vorn {
 
-/// The nine pins. Each axis has a low flag (left, top) and a high flag (right, bottom), of which a pin sets at most
-/// one.
+/// The nine pins. Each axis has a low flag (left, top) and a high flag (right, bottom); a pin sets one at most.
 namespace RectPoint {
 enum Flags : unsigned int {
     CENTRE = 0,
