@@ -1,9 +1,13 @@
 # Runs PROGRAM with ARGUMENTS and compares what it prints with the file EXPECTED, and its exit code with EXIT_CODE
-# (default 0). Line numbers of sources are left out of the comparison.
+# (default 0). Line numbers of sources are left out of the comparison. With WRITES, the program also writes a file of
+# this name to the working directory, which is compared with the file of the same name beside EXPECTED.
 
 separate_arguments(ARGUMENTS)
 if(NOT DEFINED EXIT_CODE)
     set(EXIT_CODE 0)
+endif()
+if(DEFINED WRITES)
+    file(REMOVE "${WRITES}") # what an earlier run left proves nothing
 endif()
 execute_process(COMMAND "${PROGRAM}" ${ARGUMENTS} OUTPUT_VARIABLE output ERROR_VARIABLE errors RESULT_VARIABLE result)
 if(NOT result EQUAL EXIT_CODE)
@@ -15,4 +19,12 @@ if(NOT output STREQUAL expected)
     file(WRITE "${CMAKE_CURRENT_BINARY_DIR}/output.txt" "${output}")
     execute_process(COMMAND diff -u "${EXPECTED}" "${CMAKE_CURRENT_BINARY_DIR}/output.txt" OUTPUT_VARIABLE difference)
     message(FATAL_ERROR "the output is not as expected:\n${difference}")
+endif()
+if(DEFINED WRITES)
+    get_filename_component(folder "${EXPECTED}" DIRECTORY)
+    execute_process(COMMAND diff -u "${folder}/${WRITES}" "${WRITES}" OUTPUT_VARIABLE difference
+        ERROR_VARIABLE errors RESULT_VARIABLE result)
+    if(NOT result EQUAL 0)
+        message(FATAL_ERROR "${WRITES} is not as expected:\n${difference}${errors}")
+    endif()
 endif()

@@ -1,0 +1,93 @@
+#include "LineReader.h"
+
+#include "NumberText.h"
+
+#include <Vorn/ParseFloat.h>
+#include <Vorn/ParseInt.h>
+#include <Vorn/String/UTF32.h>
+
+#include <algorithm>
+
+namespace {
+
+using Vorn::String;
+
+constexpr std::string_view BLANKS = " \t";
+constexpr std::string_view DIGITS = "0123456789";
+
+const unsigned char* bytesOf(std::string_view text) { return reinterpret_cast<const unsigned char*>(text.data()); }
+
+std::string quoted(std::string_view text) { return text.empty() ? "nothing" : "\"" + std::string(text) + "\""; }
+
+[[noreturn]] void refuseNumber(std::string_view text, const std::string& least, const std::string& most) {
+    throw LineError("a number from " + least + " to " + most + " is expected, not " + quoted(text));
+}
+
+} // namespace
+
+std::size_t LineReader::skipBlanks() {
+    const std::size_t count = std::min(m_rest.find_first_not_of(BLANKS), m_rest.size());
+    m_rest.remove_prefix(count);
+    return count;
+}
+
+bool LineReader::isAtEnd() {
+    skipBlanks();
+    return m_rest.empty() || m_rest.front() == '#';
+}
+
+std::string_view LineReader::word() {
+    skipBlanks();
+    const std::string_view result = m_rest.substr(0, m_rest.find_first_of(BLANKS));
+    m_rest.remove_prefix(result.size());
+    return result;
+}
+
+String LineReader::name() {
+    skipBlanks();
+    const std::size_t end = m_rest.find('"', 1);
+    if (m_rest.empty() || m_rest.front() != '"' || end == std::string_view::npos)
+        throw LineError("a name in double quotes is expected");
+    const std::string_view text = m_rest.substr(1, end - 1);
+    m_rest.remove_prefix(end + 1);
+    if (text.empty()) throw LineError("the name is empty");
+
+    const String result(bytesOf(text), static_cast<unsigned int>(text.size()), Vorn::STRING_DATA_EXTERNAL, false);
+    const auto length = static_cast<unsigned int>(text.size());
+    for (unsigned int i = 0; i < length;) {
+        const Vorn::UTF32Char code = Vorn::UTF32::getUTF32Char(bytesOf(text), i, length);
+        if (code < 0x20) throw LineError("the name holds a control character"); // which XML cannot
+    }
+    return result;
+}
+
+float LineReader::number(float least, float most) {
+    const std::string_view text = word();
+
+    // The parser takes a sign alone for a zero, hence the look for a digit. It reads up to the end of the number and
+    // not of the word: told where the word ends, it would leave out an exponent of one digit.
+    unsigned int count = 0;
+    float value = 0.0f;
+    if (text.find_first_of(DIGITS) != std::string_view::npos) value = Vorn::parseFloat(bytesOf(text), &count);
+    if (count == 0 || count != text.size() || !(value >= least && value <= most))
+        refuseNumber(text, shortText(least, 2), shortText(most, 2));
+    return value;
+}
+
+unsigned int LineReader::number(unsigned int least, unsigned int most) {
+    const std::string_view text = word();
+    unsigned int count = 0;
+    unsigned int value = 0;
+    if (!text.empty() && text.size() < 10) // more digits may wrap around
+        value = Vorn::parseUDec<unsigned int>(bytesOf(text), &count, static_cast<unsigned int>(text.size()));
+    if (count == 0 || count != text.size() || value < least || value > most)
+        refuseNumber(text, std::to_string(least), std::to_string(most));
+    return value;
+}
+
+unsigned int LineReader::colour() {
+    const std::string_view text = word();
+    if (text.size() != 6 || text.find_first_not_of("0123456789ABCDEFabcdef") != std::string_view::npos)
+        throw LineError("a colour of six hexadecimal digits is expected, not " + quoted(text));
+    return Vorn::parseUHex<unsigned int>(bytesOf(text), nullptr, 6);
+}

@@ -1,0 +1,154 @@
+#include "Picture.h"
+
+#include "NumberText.h"
+
+#include <Vorn/PrintInt.h>
+#include <Vorn/String/StringData.h>
+#include <Vorn/String/UTF32.h>
+
+#include <algorithm>
+
+namespace {
+
+using Vorn::FloatRect;
+using Vorn::Vector2;
+
+constexpr float CORNER_RADIUS = 7.0f;
+
+std::string coordinate(float value) { return shortText(value, 2); }
+
+std::string point(const Vector2& at) { return coordinate(at.x) + " " + coordinate(at.y); }
+
+std::string colourText(unsigned int colour) {
+    // A bit above the six digits keeps the zeros in front; its own digit then gives way to the sign.
+    unsigned char text[7];
+    Vorn::printHex(colour | 0x1000000u, Vorn::HEX_WITHOUT_PREFIX, text, sizeof text);
+    text[0] = '#';
+    return std::string(text, text + sizeof text);
+}
+
+std::string escaped(const Vorn::String& name) {
+    std::string text;
+    name.copyTo(text);
+    std::string result;
+    for (const char c : text) {
+        switch (c) {
+        case '&': result += "&amp;"; break;
+        case '<': result += "&lt;"; break;
+        case '>': result += "&gt;"; break;
+        default: result += c;
+        }
+    }
+    return result;
+}
+
+// Widths in font sizes, roughly: no font is known here. Eastern letters and emoji are square.
+constexpr float LETTER_WIDTH = 0.6f;
+constexpr float SQUARE_WIDTH = 1.0f;
+
+float estimateWidth(const Vorn::String& name) {
+    const Vorn::StringData& data = *name.getData();
+    const unsigned char* const text = data.getBuffer<unsigned char>();
+    const unsigned int length = data.getUTF8Length();
+    float width = 0.0f;
+    for (unsigned int i = 0; i < length;) {
+        const Vorn::UTF32Char code = Vorn::UTF32::getUTF32Char(text, i, length);
+        width += (code >= 0x2E80 && code < 0xFB00) || code >= 0x1F000 ? SQUARE_WIDTH : LETTER_WIDTH;
+    }
+    return width;
+}
+
+// Whether white is the better ink on it, by the weights that the eye gives to the three parts.
+bool isDark(unsigned int colour) {
+    const unsigned int red = colour >> 16;
+    const unsigned int green = colour >> 8 & 0xFF;
+    const unsigned int blue = colour & 0xFF;
+    return 299 * red + 587 * green + 114 * blue < 135000;
+}
+
+// The outline with round corners, each a curve that begins and ends a radius away from the corner.
+std::string outline(const PlacedPanel& panel, float zoomedRadius) {
+    const Vector2* const corners = panel.corners.corners;
+    const Vector2 round[] = {corners[0], corners[2], corners[3], corners[1]}; // corners lie in columns
+    std::string path;
+    for (unsigned int i = 0; i < 4; ++i) {
+        const Vector2& corner = round[i];
+        const Vector2 before = corner + (round[(i + 3) % 4] - corner).normalisedCopy() * zoomedRadius;
+        const Vector2 after = corner + (round[(i + 1) % 4] - corner).normalisedCopy() * zoomedRadius;
+        path += (i == 0 ? "M" : " L") + point(before) + " Q" + point(corner) + " " + point(after);
+    }
+    return path + " Z";
+}
+
+// A text in the coordinates of the panel, turned and zoomed with it.
+std::string label(const PlacedPanel& panel, const Vector2& at, float size, const std::string& attributes,
+                  const std::string& text) {
+    const float* const m = panel.toPage.m;
+    std::string transform;
+    for (const unsigned int column : {0u, 1u})
+        for (const unsigned int row : {0u, 1u}) transform += shortText(m[3 * row + column], 4) + " ";
+    return "    <text transform=\"matrix(" + transform + point(panel.toPage * at) + ")\" font-size=\"" +
+           coordinate(size) + "\"" + attributes + ">" + text + "</text>\n";
+}
+
+std::string labels(const Panel& panel, const PlacedPanel& placed) {
+    const FloatRect& area = placed.area;
+    const std::string ink = isDark(panel.fill) ? " fill=\"#FFFFFF\"" : " fill=\"#1F2933\"";
+    const std::string name = escaped(panel.name);
+    const float textWidth = area.getWidth() * 0.9f;
+    const float widest = textWidth / estimateWidth(panel.name);
+    if (placed.holdsPanels) {
+        const Vector2 at(area.left + 12.0f, area.top + 21.0f);
+        return label(placed, at, std::min(15.0f, widest), ink + " font-weight=\"bold\"", name);
+    }
+    const float size = std::min({20.0f, widest, area.getHeight() * 0.34f});
+    const std::string middle = ink + " text-anchor=\"middle\"";
+    const Vector2 centre = area.getCenter();
+    const std::string measures = shortText(area.getWidth(), 1) + " x " + shortText(area.getHeight(), 1);
+    const float measuresSize = std::min(size * 0.6f, textWidth / (static_cast<float>(measures.size()) * LETTER_WIDTH));
+    return label(placed, centre, size, middle, name) + label(placed, centre + Vector2(0.0f, size * 0.95f), measuresSize,
+                                                             middle + " fill-opacity=\"0.7\"", measures);
+}
+
+std::string draw(const Panel& panel, const PlacedPanel& placed) {
+    // The matrix turns and zooms alike in both directions, so its first column is as long as the zoom.
+    const float zoom = Vector2(placed.toPage.m[0], placed.toPage.m[3]).length();
+    const float shorter = std::min(placed.area.getWidth(), placed.area.getHeight());
+    const float radius = std::min(CORNER_RADIUS, shorter * 0.5f) * zoom;
+    std::string text = "  <g>\n    <title>" + escaped(panel.name) + "</title>\n";
+    text += "    <path d=\"" + outline(placed, radius) + "\" fill=\"" + colourText(panel.fill) +
+            "\" stroke=\"#1F2933\" stroke-opacity=\"0.25\"/>\n";
+    return text + labels(panel, placed) + "  </g>\n";
+}
+
+std::string rectangle(const FloatRect& rect, const std::string& attributes) {
+    return "  <rect x=\"" + coordinate(rect.left) + "\" y=\"" + coordinate(rect.top) + "\" width=\"" +
+           coordinate(rect.getWidth()) + "\" height=\"" + coordinate(rect.getHeight()) + "\" " + attributes + "/>\n";
+}
+
+} // namespace
+
+std::string drawPicture(const PanelFile& file, const PanelLayout& layout) {
+    const std::string width = coordinate(file.pageSize.x);
+    const std::string height = coordinate(file.pageSize.y);
+    std::string text = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+                       "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"" +
+                       width + "\" height=\"" + height + "\" viewBox=\"0 0 " + width + " " + height +
+                       "\" font-family=\"sans-serif\">\n";
+    text += "  <defs>\n"
+            "    <pattern id=\"overlap\" width=\"6\" height=\"6\" patternUnits=\"userSpaceOnUse\" "
+            "patternTransform=\"rotate(45)\">\n"
+            "      <rect width=\"2\" height=\"6\" fill=\"#D64545\" fill-opacity=\"0.4\"/>\n"
+            "    </pattern>\n"
+            "  </defs>\n";
+    text += rectangle(layout.page, "fill=\"" + colourText(file.pageFill) + "\"");
+    for (std::size_t i = 0; i < file.panels.size(); ++i)
+        if (layout.panels[i].hasRoom()) text += draw(file.panels[i], layout.panels[i]);
+    for (std::size_t i = 0; i < file.panels.size(); ++i)
+        if (file.panels[i].turn != 0.0f)
+            text += rectangle(layout.panels[i].box,
+                              "fill=\"none\" stroke=\"#1F2933\" stroke-opacity=\"0.45\" stroke-dasharray=\"4 3\"");
+    for (const Overlap& overlap : layout.overlaps)
+        text += rectangle(overlap.common, "fill=\"url(#overlap)\" stroke=\"#D64545\" stroke-opacity=\"0.6\"");
+    return text + "</svg>\n";
+}

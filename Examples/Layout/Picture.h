@@ -1,0 +1,10 @@
+// Picture: a layout as an SVG picture.
+#pragma once
+
+#include "PanelFile.h"
+#include "PanelLayout.h"
+
+#include <string>
+
+/// The picture as text. Coordinates are rounded, so that the text is the same on every platform.
+std::string drawPicture(const PanelFile& file, const PanelLayout& layout);
