@@ -122,10 +122,9 @@ public:
 
     /// The buffer of this encoding with a zero unit behind the text. Builds it if it is missing, and moves or copies
     /// the text if there is no such unit yet.
-    /// @warning The pointer dies at the next call that can move the buffer: a call on a string that shares the block
-    /// and,
-    ///     for a text that was copied because it was static or somebody else's, the next call on this very record. From
-    ///     that second call on it stays.
+    /// @warning The pointer dies at the next call that can move the buffer: one on a string that shares the block, and
+    ///     for a text that was copied because it was static or somebody else's also the next one on this very record.
+    ///     From that second call on it stays.
     /// Raises `Exception<1>` for a static constant record without both terminated buffers.
     template <class CharType>
     const CharType* getTerminatedBuffer() const;
