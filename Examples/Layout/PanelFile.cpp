@@ -44,10 +44,10 @@ Vector2 readVector(LineReader& reader, float least, float most) {
 
 void readProperty(LineReader& reader, Panel& panel) {
     const std::string_view word = reader.word();
-    if (word == "part") {
+    if (word == "share") {
         const Vector2 leftTop = readVector(reader, -1.0f, 2.0f);
-        panel.part = FloatRect(leftTop, readVector(reader, -1.0f, 2.0f));
-        if (!panel.part.isNormalised()) throw LineError("the part ends before it begins");
+        panel.share = FloatRect(leftTop, readVector(reader, -1.0f, 2.0f));
+        if (!panel.share.isNormalised()) throw LineError("the share ends before it begins");
     } else if (word == "gap") {
         panel.gap = reader.number(0.0f, FARTHEST);
     } else if (word == "size") {

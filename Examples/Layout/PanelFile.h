@@ -3,16 +3,16 @@
 //     # a comment
 //     page 960 640 fill FAFAFA
 //     "Studio" inset 12                                  # fills the page
-//       "Tools" part 0 0 0.25 1 gap 4 fill 2F4858        # two blanks further right: inside "Studio"
+//       "Tools" share 0 0 0.25 1 gap 4 fill 2F4858        # two blanks further right: inside "Studio"
 //       "Uhr" size 120 60 pin bottom-right turn 8
 //
 // Behind the name, in any order:
 //
-//     part LEFT TOP RIGHT BOTTOM    fractions of the outer panel's area that the panel takes, 0 0 1 1 unless told
+//     share LEFT TOP RIGHT BOTTOM   fractions of the outer panel's area that the panel takes, 0 0 1 1 unless told
 //     gap WIDTH                     space to keep free around the panel
 //     size WIDTH HEIGHT             its size instead, pinned as told by `pin`
 //     pin PLACE                     centre (if not told), left, top, right, bottom, top-left, top-right, bottom-left,
-//                                   bottom-right: what stays where `part` and `gap` put it
+//                                   bottom-right: what stays where `share` and `gap` put it
 //     offset X Y                    moves it right and down
 //     inset WIDTH                   space to keep free inside, around its own panels
 //     turn DEGREES                  turns it clockwise about its centre, with all that it holds
@@ -33,7 +33,7 @@ struct Panel {
     unsigned int line = 0;
     std::optional<std::size_t> outer; // index of the panel around it, which is lower than its own
     Vorn::String name;                // points into the file's text
-    Vorn::FloatRect part{0.0f, 0.0f, 1.0f, 1.0f};
+    Vorn::FloatRect share{0.0f, 0.0f, 1.0f, 1.0f};
     float gap = 0.0f;
     std::optional<Vorn::Vector2> size;
     unsigned int pin = Vorn::RectPoint::CENTRE;

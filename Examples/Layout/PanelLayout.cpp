@@ -28,7 +28,7 @@ FloatRect resized(const FloatRect& rect, const Vector2& size, unsigned int pin) 
 }
 
 FloatRect areaOf(const Panel& panel, const FloatRect& given) {
-    const FloatRect area = shrunk(given.applyRatioCopy(panel.part), panel.gap);
+    const FloatRect area = shrunk(given.applyRatioCopy(panel.share), panel.gap);
     return (panel.size ? resized(area, *panel.size, panel.pin) : area) + panel.offset;
 }
 
