@@ -16,7 +16,7 @@
 namespace Vorn {
 
 /// What a counting function is to do. Both functions of this library take every value but the first for a release.
-enum DelegateContextAddRef {
+enum DelegateContextAddRef : int {
     DELEGATE_ADD_REF = 1,     ///< add one reference
     DELEGATE_RELEASE_REF = -1 ///< release one reference
 };
@@ -38,7 +38,8 @@ struct DelegatePOD {
 
 static_assert(sizeof(void*) != 4 || sizeof(DelegatePOD) == 20, "five words");
 
-/// True if both records have the same `object` and the same type of binding. How the target is held plays no part.
+/// True if both records have the same `object` and the same type of binding. `context`, `caller` and `contextAddRef`
+/// play no part.
 /// @warning Empty delegates are never the same, not even one and itself.
 inline bool sameDelegate(const DelegatePOD& a, const DelegatePOD& b) {
     if (a.object != b.object || !a.typeInfo || !b.typeInfo) return false;

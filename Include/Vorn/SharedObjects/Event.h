@@ -8,8 +8,8 @@
 //     scored.add(Event<int>::Listener::bind<&Board::show>(board), -1);   // lower priorities run first
 //     scored(3);
 //
-// Cost: one allocation per listener, none for a listener that is added again; adding and removing walk the list; a call
-// costs one indirect call per listener.
+// Cost: one allocation per listener, none for one that is added again from behind the first; adding and removing walk
+// the list; a call costs one indirect call per listener.
 //
 // Threads: an event belongs to one thread.
 #pragma once
@@ -56,8 +56,10 @@ public:
         addDelegate(pod, priority);
     }
 
-    /// Removes `listener`; false if it was not found. Its target is let go at once, or, if it is the one that is being
-    /// called, when the event changes next.
+    /// Removes `listener`; false if it was not found.
+    /// @warning The event may hold on to its target longer: to that of the listener being called until a later change
+    ///     passes its place, to that of the first listener until another one takes that place, and in any case no
+    ///     longer than the event lives.
     /// @warning While the first node is being called, listeners in the chain behind it are not found. A listener that
     ///     waits to be added is found, but keeps its reference for ever unless it is the first to wait; and once the
     ///     last to wait has been removed, listeners that come to wait are lost: counted and never called.

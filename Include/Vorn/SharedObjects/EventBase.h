@@ -5,8 +5,8 @@
 // pending list, and the node itself is marked invalid instead of being unlinked. Programs take Event, which adds a
 // signature and the dispatch.
 //
-// Cost: one allocation per delegate; a delegate that is added again reuses its node. Adding, removing and searching
-// walk the chain.
+// Cost: one allocation per delegate; one that is added again from behind the first node reuses its node. Adding,
+// removing and searching walk the chain.
 //
 // Threads: an event belongs to one thread.
 #pragma once
@@ -111,7 +111,6 @@ protected:
     /// @warning While the dispatch is at the first node, only this node and the pending list are searched: a delegate
     ///     further on stays.
     /// @warning Removing pending delegates: one that is not the first is lost with its reference, and after the last
-    /// one
     ///     has gone, delegates added to the pending list are lost too: they are counted and never called.
     DelegateNode* removeDelegate(const DelegatePOD& delegate);
 
