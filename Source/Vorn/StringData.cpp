@@ -110,7 +110,7 @@ template <class CharType>
 unsigned int copyText(CharType* dest, unsigned int capacity, const CharType* buffer, unsigned int length) {
     if (length == 0) return 0;
     if (capacity < length) return 0xFFFFFFFF;
-    std::memcpy(dest, buffer, length * sizeof(CharType));
+    std::memmove(dest, buffer, length * sizeof(CharType)); // a cut may be written into the block it was cut from
     return length;
 }
 

@@ -324,7 +324,7 @@ unsigned int lengthOf(const String& s) { return s.getData() ? s.getData()->getUT
 } // namespace
 
 // A string that had no record is given one without counting itself, so that setLength refuses every edit; callers meet
-// that. Such a record goes with its string.
+// that. Such a record goes with its string, or is lost if `+=` replaces it.
 unsigned int UTF8String::reserve(unsigned int length) {
     if (!m_data) {
         Block block = allocate(length);
