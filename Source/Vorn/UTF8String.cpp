@@ -337,11 +337,10 @@ unsigned int UTF8String::reserve(unsigned int length) {
     const unsigned int n = measure();
     if (m_data->getRefCount() >= 2 || m_data->isStaticConstString()) {
         Block block = copyText(*m_data, n, length);
-        StringData* const copy = new StringData(block.get(), n + 1, STRING_DATA_DYNAMIC);
+        m_data->decRefCount(); // gone even if the scan refuses the text below, as in `+=`
+        m_data = new StringData(block.get(), n + 1, STRING_DATA_DYNAMIC);
         block.release();
-        copy->incRefCount();
-        m_data->decRefCount(); // last, so that text that the scan refuses leaves the string as it was
-        m_data = copy;
+        m_data->incRefCount();
     } else if (n < length || m_data->getAllocationType<unsigned char>() != STRING_DATA_DYNAMIC) {
         Block block = copyText(*m_data, n, length);
         m_data->rebuild(block.get(), n + 1);

@@ -125,11 +125,12 @@ TEST(UTF8StringReserve, OfARecordWithoutABuffer) {
         StringData* const record = string.getData();
         expectRaises<4>([&] { string.reserve(4); }, "buffer must not be null!!!!", "Vorn::StringData::initialise");
         EXPECT_EQ(string.getData(), record);
-        EXPECT_EQ(record->getRefCount(), shared ? 2u : 1u);
+        EXPECT_EQ(record->getRefCount(), 1u);
+        if (shared) record->incRefCount(); // the share that the string has lost
     }
 }
 
-TEST(UTF8StringReserve, TextThatTheScanRefusesLeavesASharedStringAsItWas) {
+TEST(UTF8StringReserve, TextThatTheScanRefusesTakesTheShareOfASharedString) {
     const UTF16Text wide = utf16Of({0x40000}); // becomes malformed bytes
     const String other = over(wide);
     UTF8String string(other);
@@ -137,28 +138,56 @@ TEST(UTF8StringReserve, TextThatTheScanRefusesLeavesASharedStringAsItWas) {
     EXPECT_THROW(string.reserve(1), Exception<7>);
     EXPECT_EQ(liveAllocationCount(), live);
     EXPECT_EQ(string.getData(), other.getData());
-    EXPECT_EQ(other.getData()->getRefCount(), 2u);
+    EXPECT_EQ(other.getData()->getRefCount(), 1u);
+    EXPECT_EQ(unitsOf(*other.getData()), wide);
+    other.getData()->incRefCount(); // the share that the string has lost
+}
+
+TEST(UTF8StringReserve, TextThatTheScanRefusesIsLostToAStringThatWasAlone) {
+    UTF8String string = own("ab");
+    string.append(0x80000080); // writes a zero byte
+    StringData* const record = string.getData();
+    const std::size_t live = liveAllocationCount();
+    EXPECT_THROW(string.append('c'), Exception<7>);
+    EXPECT_EQ(liveAllocationCount(), live - 1) << "the old text went, the new one was not kept";
+    EXPECT_EQ(string.getData(), record);
+    EXPECT_TRUE(string.isNull());
+    EXPECT_EQ(record->getRefCount(), 1u);
 }
 
 TEST(UTF8StringReserve, WithoutMemoryChangesNothing) {
     const std::string text = "text";
     const String other = over(text);
+    UTF8String shared(other), alone(bytesOf(text), 4), none;
+    const std::size_t live = liveAllocationCount();
     for (std::size_t failing = 1; failing <= 2; ++failing) {
-        UTF8String shared(other), alone(bytesOf(text), 4), none;
-        const std::size_t live = liveAllocationCount();
-        failAllocation(failing);
-        EXPECT_THROW(shared.reserve(9), std::bad_alloc);
         failAllocation(failing);
         EXPECT_THROW(none.reserve(9), std::bad_alloc);
-        failAllocation(1);
-        EXPECT_THROW(alone.reserve(9), std::bad_alloc);
-        failAllocation(0);
-        EXPECT_EQ(liveAllocationCount(), live);
-        EXPECT_EQ(shared.getData(), other.getData());
-        EXPECT_EQ(other.getData()->getRefCount(), 2u);
         EXPECT_EQ(none.getData(), nullptr);
-        EXPECT_EQ(alone.getBuffer(), bytesOf(text));
     }
+    failAllocation(1);
+    EXPECT_THROW(shared.reserve(9), std::bad_alloc);
+    EXPECT_EQ(shared.getData(), other.getData());
+    EXPECT_EQ(other.getData()->getRefCount(), 2u);
+    failAllocation(1);
+    EXPECT_THROW(alone.reserve(9), std::bad_alloc);
+    EXPECT_EQ(alone.getBuffer(), bytesOf(text));
+    failAllocation(0);
+    EXPECT_EQ(liveAllocationCount(), live);
+}
+
+TEST(UTF8StringReserve, WithoutMemoryForTheRecordTakesTheShareOfASharedString) {
+    const std::string text = "text";
+    const String other = over(text);
+    UTF8String string(other);
+    const std::size_t live = liveAllocationCount();
+    failAllocation(2);
+    EXPECT_THROW(string.reserve(9), std::bad_alloc);
+    failAllocation(0);
+    EXPECT_EQ(liveAllocationCount(), live);
+    EXPECT_EQ(string.getData(), other.getData());
+    EXPECT_EQ(other.getData()->getRefCount(), 1u);
+    other.getData()->incRefCount(); // the share that the string has lost
 }
 
 TEST(UTF8StringEdit, OfAStringWithoutARecordFails) {
@@ -377,6 +406,13 @@ TEST(UTF8StringEdit, ThatRebuildsHandsTheBlockToWhatWasCutFromIt) {
     string.append(cut);
     EXPECT_EQ(textOf(string), "abcdefcde");
     EXPECT_STREQ(cut.getCString(), "cde");
+}
+
+TEST(UTF8StringEdit, InPlaceMayWriteACutOfTheTextOverItself) {
+    UTF8String string = own("hello world");
+    const String cut(string.getData()->substr<Byte>(0, 5));
+    string.replace(cut, 3, 5);
+    EXPECT_EQ(textOf(string), "helhellorld");
 }
 
 TEST(UTF8StringEdit, KeepsTheCharsetOfTheTextBefore) {

@@ -221,12 +221,13 @@ const CharType* StringOwnerMap<CharType>::mapStringNonInline(String s, StringOwn
         buffer = s.getData()->template getTerminatedBuffer<CharType>();
     }
 
-    StringOwnerEntry& entry = m_strings[StringOwnerKey(buffer, n)];
-    if (!entry.m_data) {
-        entry.m_data = s.getData();
-        entry.m_data->incRefCount();
+    const StringOwnerKey key(buffer, n);
+    auto entry = m_strings.find(key); // one that a refused text has left stays without a record
+    if (entry == m_strings.end()) {
+        entry = m_strings.insert({key, {s.getData(), 0}}).first;
+        s.getData()->incRefCount();
     }
-    ++entry.m_mapCount;
+    ++entry->second.m_mapCount;
     return buffer;
 }
 

@@ -123,16 +123,20 @@ public:
 
     /// Makes room for `length` bytes in a record of its own and returns the larger of that and the length of the text.
     /// The room is gone at the next edit that lengthens the text: only the length counts, not the room. Reserving does
-    /// not make edits cheaper; it makes the string private and reads its text anew.
-    /// @warning A string with no record gets one that nobody counts: it cannot be edited, and any copy of the string
-    ///     frees it when the copy dies. Assign a text to the string instead.
+    /// not make edits cheaper; it makes the string private and reads its text anew, so it raises `Exception<7>` on text
+    /// that has become malformed behind the library's back or by an edit.
+    /// @warning A string that shared its record still points at it after such a refusal but has given up its share:
+    ///     the record dies too early unless somebody takes another one. A string that was alone is left without a text.
+    /// @warning A string with no record gets one that it does not count: it cannot be edited, and once the string was
+    ///     copied, the record dies while one of the strings still points at it. Assign a text to the string instead.
     unsigned int reserve(unsigned int length);
 
     /// Makes a negative index the end of the text, whatever its value, and returns the length. Raises `Exception<4>`
     /// with "Invalid index!" for an index behind the end.
     unsigned int assertValidInsertIndex(int& index) const;
 
-    // Edits. All of them make the string private first and then work in place; a failed one leaves the text as it was.
+    // Edits. All of them make the string private by `reserve` and then work in place. One that `reserve` refuses leaves
+    // what that tells; one that fails for an index, a length or a code leaves the text as it was.
     // A code is written as 0xC0 0x80 for 0 and raises `Exception<7>` with "Invalid Unicode character!" if it has no
     // UTF-8 form; codes from 0x80000080 upward are taken for single bytes. On a string with no record, every edit
     // raises `Exception<2>` with "getRefCount() == 1 : Can't set length on a string with more than one reference!!!".

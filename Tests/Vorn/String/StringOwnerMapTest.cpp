@@ -125,6 +125,19 @@ TYPED_TEST(StringOwnerMapTest, BadTextLeavesAnEntryWithoutARecord) {
     EXPECT_EQ(map.size(), 1u);
 }
 
+TYPED_TEST(StringOwnerMapTest, AnEntryWithoutARecordStaysSo) {
+    TypeParam text[] = {static_cast<TypeParam>(sizeof(TypeParam) == 1 ? 0x80 : 0xDC00), 0};
+    typename TestFixture::Map map;
+    Pool pool;
+    EXPECT_THROW(map.mapString(text, 1, false), Exception<7>);
+    text[0] = 'a';
+    const String string(text, 1);
+    EXPECT_EQ(map.mapStringNonInline(string, pool), text) << "the map knows the buffer";
+    EXPECT_EQ(string.getData()->getRefCount(), 1u) << "and takes no use of the record";
+    EXPECT_TRUE(map.mapString(text, 1, false).isNull());
+    EXPECT_EQ(map.size(), 1u);
+}
+
 TYPED_TEST(StringOwnerMapTest, StaticStrings) {
     static const TypeParam text[] = {'s', 't', 'a', 't', 'i', 'c', 0};
     const auto other = this->textOf("other");
