@@ -148,9 +148,16 @@ void EventBase::insertPendingDelegates() {
 }
 
 DelegateNode* EventBase::removeDelegate(const DelegatePOD& delegate) {
-    if (getDelegateCount() == 0) return nullptr;
     DelegateNode* spare = nullptr;
-    if (sameDelegate(getDelegate(), delegate)) {
+    tryRemoveDelegate(delegate, spare);
+    return spare;
+}
+
+bool EventBase::tryRemoveDelegate(const DelegatePOD& delegate, DelegateNode*& spare) {
+    static constexpr char FUNCTION[] = "Vorn::EventBase::removeDelegate";
+    if (getDelegateCount() == 0) return false;
+    const DelegatePOD removed = delegate; // it may lie in what the search destroys
+    if (sameDelegate(getDelegate(), removed)) {
         if (!m_dispatchNode) {
             spare = removeFirstDelegate(nullptr);
         } else if (m_dispatchNode != this && m_dispatchNode != getNext()) {
@@ -158,13 +165,13 @@ DelegateNode* EventBase::removeDelegate(const DelegatePOD& delegate) {
         } else {
             invalidate();
         }
-    } else if (!searchChain(delegate, spare) && !removePending(delegate)) {
-        return spare;
+    } else if (!searchChain(removed, spare) && !removePending(removed)) {
+        return false;
     }
-    VORN_INTERNAL_ASSERT(m_delegateCount != 0, "Invalid delegate count!!!");
-    VORN_INTERNAL_ASSERT(m_delegateCount != -1, "Invalid delegate count!!!");
+    VORN_INTERNAL_ASSERT(m_delegateCount != 0, "Invalid delegate count!!!", FUNCTION);
+    VORN_INTERNAL_ASSERT(m_delegateCount != -1, "Invalid delegate count!!!", FUNCTION);
     m_delegateCount += isDisabled() ? 1 : -1;
-    return spare;
+    return true;
 }
 
 // Takes the delegate out of the first node and refills it from the chain, up to the node in front of `stop`, which
@@ -244,12 +251,12 @@ void EventBase::clear() {
         return;
     }
     DelegateNode* node = unlink();
-    m_delegateCount = isDisabled() ? -1 : 0;
     while (node) {
         DelegateNode* const next = node->unlink();
         delete node;
         node = next;
     }
+    m_delegateCount = isDisabled() ? -1 : 0;
 }
 
 } // namespace Vorn

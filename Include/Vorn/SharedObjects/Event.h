@@ -51,7 +51,7 @@ public:
     /// Raises `Exception<1>`, "delegate.caller && delegate.typeInfo : Invalid delegate!!", for an empty listener, and
     /// `std::bad_alloc`; a listener that was to be moved is removed then.
     void add(const Listener& listener, int priority = 0) {
-        const DelegatePOD& pod = listener.getPOD();
+        const DelegatePOD pod = listener.getPOD(); // it may lie in what a removal destroys
         if (pod.contextAddRef == &delegateAddWeakRef) dropPredecessor(pod);
         addDelegate(pod, priority);
     }
@@ -64,9 +64,8 @@ public:
     ///     waits to be added is found, but keeps its reference for ever unless it is the first to wait; and once the
     ///     last to wait has been removed, listeners that come to wait are lost: counted and never called.
     bool remove(const Listener& listener) {
-        const unsigned int before = getDelegateCount();
-        DelegateNode* const spare = removeDelegate(listener.getPOD());
-        const bool isRemoved = getDelegateCount() != before;
+        DelegateNode* spare = nullptr;
+        const bool isRemoved = tryRemoveDelegate(listener.getPOD(), spare);
         delete spare;
         return isRemoved;
     }

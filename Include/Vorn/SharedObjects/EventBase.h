@@ -69,8 +69,8 @@ static_assert(sizeof(void*) != 4 || sizeof(DelegateNode) == 28, "a record and tw
 class VORN_API EventBase : public DelegateNode {
 public:
     /// Removes all delegates, with two surprises. Idle: the delegate in the first node stays, valid and called, though
-    /// the count says 0. While dispatching: nothing more is called, but the count stays, and pending delegates still
-    /// enter.
+    /// the count says 0; and so does what the destructors of the targets add. While dispatching: nothing more is
+    /// called, but the count stays, and pending delegates still enter.
     void clear();
 
     /// The number of delegates, pending ones included.
@@ -113,6 +113,9 @@ protected:
     /// @warning Removing pending delegates: one that is not the first is lost with its reference, and after the last
     ///     has gone, delegates added to the pending list are lost too: they are counted and never called.
     DelegateNode* removeDelegate(const DelegatePOD& delegate);
+
+    /// `removeDelegate` that tells whether the delegate was found. `spare` must be null; it becomes the spare node.
+    bool tryRemoveDelegate(const DelegatePOD& delegate, DelegateNode*& spare);
 
     /// True if the event counts a delegate and a valid node, or a pending one, holds this one.
     bool containsDelegate(const DelegatePOD& delegate) const;

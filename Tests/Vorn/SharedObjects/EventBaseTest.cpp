@@ -398,6 +398,24 @@ TEST_F(EventBaseTest, ClearIdleLeavesTheFirstNode) {
     EXPECT_EQ(event.getDelegateCount(), 1u);
 }
 
+TEST_F(EventBaseTest, ClearIdleCountsNobodyWhoComesWhileReferencesGo) {
+    static TestEvent* cleared;
+    static DelegatePOD late;
+    cleared = &event;
+    late = journalDelegate(b);
+    DelegatePOD early = journalDelegate(a, &x);
+    early.contextAddRef = [](void*, Vorn::DelegateContextAddRef op) {
+        if (op == Vorn::DELEGATE_ADD_REF) return;
+        EXPECT_EQ(cleared->getDelegateCount(), 1u);
+        cleared->addDelegate(late, 5);
+        EXPECT_EQ(cleared->getDelegateCount(), 2u);
+    };
+    event.addDelegate(early, 1);
+    event.clear();
+    EXPECT_EQ(event.m_delegateCount, 0);
+    EXPECT_EQ(text(&event), "-:0 b:5");
+}
+
 TEST_F(EventBaseTest, ClearDuringADispatchInvalidatesTheChain) {
     event.addDelegate(journalDelegate(a, &x), -1);
     event.addDelegate(journalDelegate(b, &y), 1);

@@ -290,6 +290,45 @@ TEST_F(EventTest, DestructorsMayComeBackWhileTheEventChanges) {
     }
 }
 
+TEST_F(EventTest, RemoveAnswersForItsListenerWhateverDestructorsRemove) {
+    SharedPtr<Leaving> leaving = Vorn::makeShared<Leaving>(event);
+    Leaving& target = *leaving;
+    event.add(said(a));
+    event.add(Listener::bindShared<&Leaving::held>(leaving));
+    leaving.reset();
+    const Listener raw = Listener::bind<&Leaving::raw>(target);
+    event.add(Listener::bindCallable([&](int) {
+                  event.clear(); // leaves invalid nodes, of which one holds the last use
+                  event.add(raw, 2);
+              }),
+              -1);
+    event(1);
+    EXPECT_EQ(takeCalls(), Calls{"raw"});
+    EXPECT_TRUE(event.contains(raw));
+    EXPECT_FALSE(event.remove(said(c)));
+    EXPECT_EQ(takeCalls(), Calls{"gone"});
+    EXPECT_FALSE(event.contains(raw));
+}
+
+TEST_F(EventTest, ListenerMayLieInWhatItsRemovalDestroys) {
+    struct Owner {
+        void held(int) {}
+        Listener listener;
+    };
+    SharedPtr<Owner> owner(new Owner{said(b)});
+    event.add(said(a));
+    event.add(Listener::bindShared<&Owner::held>(owner));
+    event.add(Listener::bindCallable([&](int) {
+        event.add(said(b), 9); // waits
+        event.clear();
+        const Listener& listener = owner->listener;
+        owner.reset();
+        EXPECT_TRUE(event.remove(listener)); // sweeps the node that holds the last use before it finds the pending one
+    }));
+    event(1);
+    EXPECT_FALSE(event.contains(said(b)));
+}
+
 TEST_F(EventTest, ClearKeepsTheFirstNode) {
     event.add(said(a), -1);
     event.add(said(b), 0);
