@@ -112,7 +112,7 @@ public:
         other.forget();
     }
 
-    ~SharedPtr() {
+    ~SharedPtr() override {
         if (pRefCounter) releaseUseCount();
     }
 
