@@ -258,10 +258,14 @@ bool operator!=(std::nullptr_t, const SharedPtr<T>& pointer) noexcept {
 
 } // namespace Vorn
 
+namespace std {
+
 /// Hashes as the address.
 template <class T>
-struct std::hash<Vorn::SharedPtr<T>> {
-    std::size_t operator()(const Vorn::SharedPtr<T>& pointer) const noexcept {
-        return std::hash<typename Vorn::SharedPtr<T>::Element*>()(pointer.get());
+struct hash<Vorn::SharedPtr<T>> {
+    size_t operator()(const Vorn::SharedPtr<T>& pointer) const noexcept {
+        return hash<typename Vorn::SharedPtr<T>::Element*>()(pointer.get());
     }
 };
+
+} // namespace std

@@ -112,10 +112,14 @@ typename WeakPtr<T>::Element* weakObject(const WeakPtr<T>& pointer) {
 
 } // namespace Vorn
 
+namespace std {
+
 /// Hashes as the record, so the hash stays when the object dies.
 template <class T>
-struct std::hash<Vorn::WeakPtr<T>> {
-    std::size_t operator()(const Vorn::WeakPtr<T>& pointer) const noexcept {
-        return std::hash<Vorn::RefCounter*>()(pointer.pRefCounter);
+struct hash<Vorn::WeakPtr<T>> {
+    size_t operator()(const Vorn::WeakPtr<T>& pointer) const noexcept {
+        return hash<Vorn::RefCounter*>()(pointer.pRefCounter);
     }
 };
+
+} // namespace std

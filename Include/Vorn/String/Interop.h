@@ -84,8 +84,12 @@ inline String operator""_vs(const UTF16Char* literal, std::size_t length) {
 
 } // namespace Vorn
 
+namespace std {
+
 /// Hashes strings for the containers of the standard library.
 template <>
-struct std::hash<Vorn::String> {
-    std::size_t operator()(const Vorn::String& s) const { return Vorn::hash(s); }
+struct hash<Vorn::String> {
+    size_t operator()(const Vorn::String& s) const { return Vorn::hash(s); }
 };
+
+} // namespace std
