@@ -118,7 +118,7 @@ private:
         string.equals(needle);
         string.getUnicodeCharAt(static_cast<int>(m_stream.next()) - 128);
         string.getUnicodeLength();
-        hash(string);
+        hashOf(string);
     }
 
     void join(std::size_t index, const String& other) {

@@ -32,23 +32,51 @@ bool isToldByUTF16(const StringData& data) {
     return false;
 }
 
+// Calls `f` with each code of the UTF-16 text.
+template <class F>
+void forEachUTF16Code(const StringData& data, F f) {
+    const UTF16Char* const units = data.getPrivateBuffer<UTF16Char>();
+    const unsigned int length = data.getBufferInfo<UTF16Char>().m_length;
+    for (unsigned int i = 0; i < length; ++i) {
+        if (UTF16::isFirstSurrogate(units[i])) {
+            ++i;
+            f(Unicode::getUTF32Char(units[i - 1], units[i]));
+        } else {
+            f(units[i]);
+        }
+    }
+}
+
+void appendUTF8(std::string& text, UTF32Char c) {
+    const unsigned int sequence = c == 0 ? 0xC080 : UTF8::getUTF8(c);
+    const unsigned int count = c == 0 ? 2 : UTF8::countUTF8(c);
+    for (unsigned int shift = 8 * count; shift != 0;) {
+        shift -= 8;
+        text.push_back(static_cast<char>(sequence >> shift));
+    }
+}
+
+// Calls `f` with the text in UTF-8, which the conversions of buffers would garble in part.
+template <class F>
+void withUTF8(const StringData& data, F f) {
+    if (isToldByUTF16(data)) {
+        std::string text;
+        forEachUTF16Code(data, [&](UTF32Char c) { appendUTF8(text, c); });
+        f(std::string_view(text));
+    } else {
+        f(std::string_view(reinterpret_cast<const char*>(data.getPrivateBuffer<unsigned char>()),
+                           data.getBufferInfo<unsigned char>().m_length));
+    }
+}
+
 } // namespace
 
-std::size_t hash(const String& s) {
+std::size_t hashOf(const String& s) {
     const StringData* const data = s.getData();
     if (!data) return 0;
     CodeHash code(static_cast<unsigned int>(data->getCharset()));
     if (isToldByUTF16(*data)) {
-        const UTF16Char* const units = data->getPrivateBuffer<UTF16Char>();
-        const unsigned int length = data->getBufferInfo<UTF16Char>().m_length;
-        for (unsigned int i = 0; i < length; ++i) {
-            if (UTF16::isFirstSurrogate(units[i])) {
-                ++i;
-                code.add(Unicode::getUTF32Char(units[i - 1], units[i]));
-            } else {
-                code.add(units[i]);
-            }
-        }
+        forEachUTF16Code(*data, [&](UTF32Char c) { code.add(c); });
     } else {
         const unsigned char* const text = data->getPrivateBuffer<unsigned char>();
         const unsigned int length = data->getBufferInfo<unsigned char>().m_length;
@@ -57,10 +85,15 @@ std::size_t hash(const String& s) {
     return code.result();
 }
 
+bool isText(const String& s, std::string_view text) {
+    bool result = false;
+    if (s.getData()) withUTF8(*s.getData(), [&](std::string_view own) { result = own == text; });
+    return result;
+}
+
 std::ostream& operator<<(std::ostream& stream, const String& s) {
-    std::string text;
-    s.copyTo(text);
-    return stream << text;
+    if (s.getData()) withUTF8(*s.getData(), [&](std::string_view text) { stream << text; });
+    return stream;
 }
 
 } // namespace Vorn

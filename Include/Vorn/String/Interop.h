@@ -1,12 +1,13 @@
 // Interop: strings in ordinary C++ code. Additions for comfort, which the library itself does not use:
 //
 //     using namespace Vorn::Literals;
-//     const String name = "door"_vs;                  // no copy, no allocation but the record
-//     std::unordered_map<String, Door> doors;         // equal strings hash equally, whatever encodings they are held
-//     in for (unsigned char byte : bytes(name)) ...      // UTF-8 if (name == std::string_view("door")) std::cout <<
-//     name;
+//     const String name = "door"_vs;               // no copy, no allocation but the record
+//     std::unordered_map<String, Door> doors;      // equal strings hash equally, in any encoding
+//     for (unsigned char byte : bytes(name)) ...   // UTF-8
+//     if (name == std::string_view("door")) std::cout << name;
 //
-// Sorted containers take `operator<` of String, which is an order only for texts that are all held in UTF-8.
+// Sorted containers take `operator<` of String, which is an order only for texts that are all held in UTF-8 and of
+// which none, or all, hold U+0000.
 #pragma once
 
 #include "Vorn/Config.h"
@@ -37,7 +38,8 @@ private:
     unsigned int m_count;
 };
 
-/// The text in UTF-8; none for a null string. Builds the UTF-8 buffer if the record lacks it.
+/// The text in UTF-8; none for a null string. Builds the UTF-8 buffer if the record lacks it, with what
+/// `stringDataConvertToUTF8` garbles and raises.
 /// @warning Dies with the string, and at the next call that can move its text; see `String::getCString`.
 inline ByteRange bytes(const String& s) {
     if (!s.getData()) return {nullptr, 0};
@@ -52,27 +54,43 @@ inline std::string_view view(const String& s) {
 }
 
 /// A number that equal strings share, whatever encodings they are held in. Builds no buffer.
-VORN_API std::size_t hash(const String& s);
+VORN_API std::size_t hashOf(const String& s);
 
-/// Writes the text in UTF-8; nothing for a null string. Builds no buffer.
+/// True if the string is not null and `text` is its text in UTF-8, U+0000 being 0xC0 0x80. Builds no buffer; text that
+/// is held in UTF-16 only is written into a std::string for the comparison.
+VORN_API bool isText(const String& s, std::string_view text);
+
+/// Writes the text in UTF-8, U+0000 as 0xC0 0x80; nothing for a null string. Builds no buffer.
 VORN_API std::ostream& operator<<(std::ostream& stream, const String& s);
 
-/// True if the string is not null and has exactly this text in UTF-8. For these two types only: a literal becomes a
-/// String, and a std::string must not, since a String that is made from one never frees its copy.
+/// `isText`, for these two types only: a literal becomes a String, and a std::string must not, since a String that is
+/// made from one never frees its copy.
+/// @warning There is no such `operator<`: in `s < text`, a std::string does become a String.
 template <class Text>
-std::enable_if_t<std::is_same<Text, std::string>::value || std::is_same<Text, std::string_view>::value, bool>
-operator==(const String& s, const Text& text) {
-    return s.getData() && view(s) == std::string_view(text);
+using IfStandardText =
+    std::enable_if_t<std::is_same<Text, std::string>::value || std::is_same<Text, std::string_view>::value, bool>;
+
+template <class Text>
+IfStandardText<Text> operator==(const String& s, const Text& text) {
+    return isText(s, text);
 }
 template <class Text>
-std::enable_if_t<std::is_same<Text, std::string>::value || std::is_same<Text, std::string_view>::value, bool>
-operator!=(const String& s, const Text& text) {
-    return !(s == text);
+IfStandardText<Text> operator==(const Text& text, const String& s) {
+    return isText(s, text);
+}
+template <class Text>
+IfStandardText<Text> operator!=(const String& s, const Text& text) {
+    return !isText(s, text);
+}
+template <class Text>
+IfStandardText<Text> operator!=(const Text& text, const String& s) {
+    return !isText(s, text);
 }
 
 inline namespace Literals {
 
-/// A string over a literal, which lives for ever.
+/// A string over a literal, which lives for ever. Raises `Exception<7>` for one that is not valid, also for a zero byte
+/// inside it.
 inline String operator""_vs(const char* literal, std::size_t length) {
     return String(literal, static_cast<unsigned int>(length), STRING_DATA_STATIC, true);
 }
@@ -89,7 +107,7 @@ namespace std {
 /// Hashes strings for the containers of the standard library.
 template <>
 struct hash<Vorn::String> {
-    size_t operator()(const Vorn::String& s) const { return Vorn::hash(s); }
+    size_t operator()(const Vorn::String& s) const { return Vorn::hashOf(s); }
 };
 
 } // namespace std

@@ -63,13 +63,17 @@ public:
     String& operator=(const String& other);
 
     /// Copies only the first half of the left text if that is held in UTF-16 alone: the second half of its place holds
-    /// what the allocator left there. For UTF-16 texts call `getCString` on the left side first, which gives it UTF-8.
+    /// what the allocator left there. For UTF-16 texts call `getCString` on the left side first, which gives it UTF-8
+    /// unless that garbles it; see `stringDataConvertToUTF8`.
     ///
     /// Appends `other` in a new record, in UTF-8 if this string has a UTF-8 buffer, else in UTF-16; other handles on
     /// the old record still see the old text. Costs two allocations, a copy and a scan of the whole. If either side is
     /// null or empty, nothing is copied: a null `other` changes nothing, an empty one makes a null string empty, and a
     /// string without text shares the record of `other`. Raises `Exception<7>` if the scan refuses the joined text, and
     /// what converting `other` raises.
+    /// @warning What converting `other` garbles comes garbled into the joined text, and in part unseen: U+0000 in a
+    /// text
+    ///     in UTF-16 costs its end in UTF-8, and a text in UTF-16 refuses one in UTF-8 with supplementary characters.
     /// @warning The old record is released before the new text is scanned. After a refusal this string is null if it
     ///     held the last share; otherwise it still points at the old record but has given up its share: the record dies
     ///     too early unless somebody takes another one. The joined text is lost in either case.

@@ -141,7 +141,8 @@ public:
     bool endsWith(const signed char* needle) const;
 
     /// Searches everywhere only in a terminated UTF-8 text; in any other text it looks at offset 0, n, 2n and so on, n
-    /// being the length of the needle. So the answer can change when the text is terminated.
+    /// being the length of the needle, and finds no byte above 127. So the answer can change when the text is
+    /// terminated.
     /// Raises `Exception<4>` with "Invalid string!" for a null or empty needle.
     bool contains(const signed char* needle) const;
 
@@ -162,25 +163,28 @@ public:
     /// Loses the end of a UTF-8 cut that does not end on an ASCII character: the cut is trimmed from its end down to
     /// the first lead byte that is met, and that byte stays. So a cut that ends with a character of several bytes
     /// raises `Exception<7>` ("Unmatched lead UTF-8 byte for a 2-byte sequence!" and its relatives), unless it is one
-    /// of two bytes at the end of a terminated text; a final 0xC0 0x80 is dropped. End cuts on ASCII.
+    /// of two bytes at the end of a terminated text. A final U+0000 or character from U+100000 on is dropped whole, but
+    /// raises at the end of a terminated text. End cuts on ASCII.
     ///
     /// A new record, with a count of 0, of `length` units from `offset` on: bytes for `unsigned char`, units for
     /// `UTF16Char`. A negative offset counts from the end, -1 is the last unit; `length` is cut to what remains. Every
     /// empty result is the address of `s_emptyString`. In an encoding that the record holds, the new record shares the
     /// text: one allocation, one scan, no copy. A final first surrogate is left out. The unit behind the text is read
     /// if the offset points there, and `Exception<4>` with "Invalid Offset!" raised if no character starts at the
-    /// offset or it lies outside the text; `Exception<2>` with "c != 0xFDEF : Invalid UTF-16 buffer detected!" for a
-    /// noncharacter.
+    /// offset or it lies outside the text, in UTF-8 also for U+0000 and characters from U+100000
+    /// on; `Exception<2>` with "c != 0xFDEF : Invalid UTF-16 buffer detected!" for a noncharacter.
     ///
     /// In an encoding that the record lacks, only the cut is converted, into a block of its own; a character that does
     /// not fit into `length` is left out, and an offset behind the end gives the empty result (ASCII text raises).
     /// @warning The conversions are sound only for an offset of 0 or more, or a negative one whose cut ends before the
     ///     end of the text. A cut with a negative offset that reaches the end gives: from UTF-16, `Exception<2>` with
-    ///     "j < destLength : destination buffer too short!", or `Exception<7>` if it takes in the whole text; from
-    ///     UTF-8, a text of units that were never written. A cut from UTF-16 by an offset of 0 or more that holds a
-    ///     surrogate pair raises `Exception<2>`. An offset inside a character raises `Exception<4>` with "Invalid
-    ///     offset!" where the source is UCS-2 or the offset negative, and gives the empty result elsewhere. If a
-    ///     failure comes after the block is allocated, such as a scan that refuses the cut, the block is lost.
+    ///     "j < destLength : destination buffer too short!", or units that were never written if it takes in the whole
+    ///     text; from UTF-8, always units that were never written. The scan refuses them or not. From
+    ///     UTF-16, a cut by an offset of 0 or more that meets a surrogate pair raises `Exception<2>`, even if the pair
+    ///     does not fit, and a cut with U+0000 is garbled or raises as `stringDataConvertToUTF8` is and does. An offset
+    ///     inside a character raises `Exception<4>` with "Invalid offset!" where the source is UCS-2 or the offset
+    ///     negative, and gives the empty result elsewhere. If a failure comes after the block is allocated, such as a
+    ///     scan that refuses the cut, the block is lost.
     template <class CharType>
     StringData* substr(int offset, unsigned int length) const;
 
@@ -302,8 +306,10 @@ private:
 static_assert(sizeof(void*) != 4 || sizeof(StringData) == 56, "two infos, two pointers, a count, a word of flags");
 
 /// True if the two texts are the same, whatever encodings they are held in. Texts of different charset differ.
-/// @warning A text with supplementary characters is unequal to itself in UTF-16 once a UTF-16 buffer was built for it
-///     from UTF-8: that buffer holds their second surrogates only.
+/// @warning A buffer that was built is compared even where building garbled it. A text with supplementary characters is
+///     unequal to itself in UTF-16 once a UTF-16 buffer was built for it: that one holds their second surrogates only.
+///     A text with U+0000 or with surrogate pairs can be unequal to itself in UTF-8 once a UTF-8 buffer was built for
+///     it; see `stringDataConvertToUTF8`.
 inline bool operator==(const StringData& a, const StringData& b) {
     if (a.getCharset() != b.getCharset()) return false;
     if (a.m_UTF8Buffer) return a.utf8Equal(b);
@@ -317,7 +323,7 @@ inline bool operator!=(const StringData& a, const StringData& b) { return !(a ==
 /// supplementary characters compare by bytes in memory, the low one first: U+0141 is less than U+0042. With
 /// supplementary characters, a surrogate and a unit from 0xE000 up are each less than the other. Across encodings, a
 /// surrogate pair counts as 0xFDEF, and when one text ends, a position in bytes is held against a length in units. To
-/// sort, keep all texts in UTF-8.
+/// sort, keep all texts in UTF-8, and U+0000 out of them.
 inline bool operator<(const StringData& a, const StringData& b) {
     if (a.m_UTF8Buffer) return a.utf8LessThan(b);
     return a.m_UTF16Buffer ? a.utf16LessThan(b) : !b.isNull();

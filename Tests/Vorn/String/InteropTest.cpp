@@ -1,5 +1,6 @@
 #include "Vorn/String/Interop.h"
 
+#include "Support/AllocationCounter.h"
 #include "Support/Random.h"
 #include "Support/StringDataProbe.h"
 #include "Support/StringTexts.h"
@@ -29,9 +30,40 @@ TEST(Interop, ComparesWithLiteralsAndStandardStrings) {
         EXPECT_TRUE(string == "door" && "door" == string && string != "doors" && string < "e");
         EXPECT_TRUE(string == text && string == std::string_view(text) && !(string != text));
         EXPECT_TRUE(string != std::string("doors") && string != std::string_view());
+        EXPECT_TRUE(text == string && std::string_view(text) == string && !(text != string));
+        EXPECT_TRUE(std::string("doors") != string && std::string_view() != string);
     }
-    EXPECT_FALSE(String() == std::string());
+    EXPECT_FALSE(String() == std::string() || std::string() == String());
     EXPECT_TRUE(String::getEmptyString() == std::string());
+}
+
+TEST(Interop, ComparesAndWritesEveryTextExactlyAndBuildsNothing) {
+    Random random(23);
+    const unsigned int alphabet[] = {'a', 0, 0x7F, 0xE9, 0x20AC, 0x10000, 0x40000, 0x10FFFD};
+    for (int round = 0; round < repetitions(2000); ++round) {
+        Codes codes(random.below(5));
+        for (unsigned int& c : codes) c = alphabet[random.below(8)];
+        const UTF16Text wide = utf16Of(codes);
+        const std::string text = utf8Of(codes);
+        const String string = over(wide);
+        std::ostringstream stream;
+        stream << string;
+        EXPECT_EQ(stream.str(), text);
+        EXPECT_TRUE(string == text);
+        EXPECT_FALSE(string == text + "a");
+        EXPECT_FALSE(string == text.substr(0, text.size() - 1) + "b");
+        EXPECT_EQ(string.getData()->getPrivateBuffer<unsigned char>(), nullptr);
+    }
+    const std::string pair = utf8Of({'a', 0x1F600});
+    const String halved = over(pair);
+    halved.getData()->getTerminatedBuffer<UTF16Char>(); // holds the second surrogate only
+    EXPECT_TRUE(halved == pair);
+}
+
+TEST(Interop, StandardStringsMakeNoStringInAComparison) {
+    const std::string text = "door";
+    const String string = "door"_vs;
+    EXPECT_EQ(allocationsDuring([&] { EXPECT_TRUE(string == text && text == string && !(text != string)); }), 0u);
 }
 
 TEST(Interop, RangesOfBytes) {
@@ -93,13 +125,13 @@ TEST(Interop, HashReadsTheBufferThatTellsTheText) {
     const String garbled = over(null);
     garbled.getCString();
     ASSERT_EQ(garbled, over(null));
-    EXPECT_EQ(hash(garbled), hash(over(null)));
+    EXPECT_EQ(hashOf(garbled), hashOf(over(null)));
     // The UTF-16 that is built for this one holds second surrogates only.
     const std::string pair = utf8Of({'a', 0x1F600});
     const String halved = over(pair);
     halved.getData()->getTerminatedBuffer<UTF16Char>();
     ASSERT_EQ(halved, over(pair));
-    EXPECT_EQ(hash(halved), hash(over(pair)));
+    EXPECT_EQ(hashOf(halved), hashOf(over(pair)));
 }
 
 TEST(Interop, HashTellsTextsApart) {
@@ -108,7 +140,7 @@ TEST(Interop, HashTellsTextsApart) {
     std::vector<std::string> texts;
     for (int i = 0; i < 5000; ++i) texts.push_back("text " + std::to_string(i));
     for (const std::string& text : texts) {
-        hashes.insert(hash(over(text)));
+        hashes.insert(hashOf(over(text)));
         strings.insert(over(text));
         strings.insert(over(text));
     }
