@@ -494,8 +494,8 @@ template <const auto& Function, class Target, class Source>
 Target* convertToNew(const Source* sourceBuffer, const StringDataBufferInfo& sourceInfo, StringDataSubCharset charset,
                      StringDataBufferInfo& destInfo) {
     const unsigned int length = measureConverted(sourceBuffer, sourceInfo, charset);
+    std::unique_ptr<Target[]> dest = allocateText<Target>(length);
     const std::size_t blockSize = static_cast<std::size_t>(length) + 1;
-    std::unique_ptr<Target[]> dest(new Target[blockSize]);
     convertInto<Function>(dest.get(), length, blockSize, sourceBuffer, sourceInfo.m_length, charset);
     dest[length] = 0;
     destInfo.m_length = length;
@@ -509,8 +509,8 @@ Target* convertToRoom(const Source* sourceBuffer, const StringDataBufferInfo& so
                       unsigned int capacity) {
     const unsigned int length = measureConverted(sourceBuffer, sourceInfo, charset);
     const unsigned int room = std::max(capacity, length);
+    std::unique_ptr<Target[]> dest = allocateText<Target>(room);
     const std::size_t blockSize = static_cast<std::size_t>(room) + 1;
-    std::unique_ptr<Target[]> dest(new Target[blockSize]);
     // Only text that becomes UTF-16 may use the whole room.
     const unsigned int destLength = sizeof(Target) == 2 ? room : length;
     convertInto<Function>(dest.get(), destLength, blockSize, sourceBuffer, sourceInfo.m_length, charset);

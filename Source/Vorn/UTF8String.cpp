@@ -1,5 +1,6 @@
 #include "Vorn/String/UTF8String.h"
 
+#include "StringDataHelper.h"
 #include "Vorn/Assert.h"
 #include "Vorn/String/Unicode.h"
 
@@ -284,13 +285,11 @@ namespace {
 
 using Block = std::unique_ptr<unsigned char[]>;
 
-Block allocate(unsigned int length) { return Block(new unsigned char[std::size_t(length) + 1]); }
-
 // A copy of the text of `n` bytes in a block of at least `length`, with a zero behind the text and one behind the room.
 Block copyText(const StringData& data, unsigned int n, unsigned int length) {
     if (const unsigned char* const text = data.getPrivateBuffer<unsigned char>()) {
         const unsigned int room = std::max(length, n);
-        Block block = allocate(room);
+        Block block = allocateText<unsigned char>(room);
         std::memcpy(block.get(), text, n);
         block[n] = 0;
         block[room] = 0;
@@ -305,21 +304,32 @@ bool isTrailAt(const unsigned char* buffer, unsigned int index, unsigned int len
     return index < length && UTF8::validUTF8Trail(buffer[index]);
 }
 
-// Writes the `length` bytes of a text in UTF-8.
-void copyBytes(unsigned char* dest, const String& s, unsigned int length) {
-    const StringData& data = *s.getData();
-    if (!data.getPrivateBuffer<unsigned char>() && data.haveEmbeddedNulls()) {
-        // U+0000 is measured short, so the last character may be written on behind the bytes that are there for it.
-        constexpr unsigned int OVERRUN = 2;
-        const Block block = allocate(length + OVERRUN);
-        data.copyToUTF8(block.get(), length);
-        std::memcpy(dest, block.get(), length);
-    } else {
-        data.copyToUTF8(dest, length);
+// A text that an edit brings in: measured, and whatever memory it takes allocated, before the edit changes anything.
+class Incoming {
+public:
+    explicit Incoming(const String& s) : m_data(s.getData()), m_length(m_data ? m_data->getUTF8Length() : 0) {
+        // The last character of such a text may be written on behind the bytes that are measured for it.
+        const unsigned int overrun = m_data ? overrunOfUTF8(*m_data) : 0;
+        if (overrun != 0 && !m_data->getPrivateBuffer<unsigned char>())
+            m_block = allocateText<unsigned char>(m_length + overrun);
     }
-}
 
-unsigned int lengthOf(const String& s) { return s.getData() ? s.getData()->getUTF8Length() : 0; }
+    unsigned int length() const { return m_length; } // in UTF-8
+
+    void copyTo(unsigned char* dest) const {
+        if (m_block) {
+            m_data->copyToUTF8(m_block.get(), m_length);
+            std::memcpy(dest, m_block.get(), m_length);
+        } else if (m_data) {
+            m_data->copyToUTF8(dest, m_length);
+        }
+    }
+
+private:
+    const StringData* m_data;
+    unsigned int m_length;
+    Block m_block; // null if the text can be written to its place
+};
 
 } // namespace
 
@@ -327,7 +337,7 @@ unsigned int lengthOf(const String& s) { return s.getData() ? s.getData()->getUT
 // that. Such a record goes with its string, or is lost if `+=` replaces it.
 unsigned int UTF8String::reserve(unsigned int length) {
     if (!m_data) {
-        Block block = allocate(length);
+        Block block = allocateText<unsigned char>(length);
         block[0] = 0;
         m_data = new StringData(block.get(), 1, STRING_DATA_DYNAMIC);
         block.release();
@@ -396,13 +406,14 @@ void UTF8String::append(unsigned int c) {
 }
 
 void UTF8String::append(String s) {
-    const unsigned int count = lengthOf(s);
+    const Incoming text(s);
+    const unsigned int count = text.length();
     if (count == 0) return;
     const unsigned int n = measure();
     unsigned char* const buffer = getEditableBuffer(n + count);
     m_data->setLength(n + count);
     buffer[n + count] = 0;
-    copyBytes(buffer + n, s, count);
+    text.copyTo(buffer + n);
 }
 
 void UTF8String::appendDecimal(unsigned int value) {
@@ -435,14 +446,15 @@ void UTF8String::insert(unsigned int c, int index) {
 }
 
 void UTF8String::insert(String s, int index) {
-    const unsigned int count = lengthOf(s);
+    const Incoming text(s);
+    const unsigned int count = text.length();
     if (count == 0) return;
     const unsigned int n = assertValidInsertIndex(index);
     const unsigned int start = static_cast<unsigned int>(index);
     unsigned char* const buffer = getEditableBuffer(n + count);
     if (isTrailAt(buffer, start, n)) VORN_THROW(4, "Invalid index!");
     moveTail(buffer, n, start, 0, count);
-    copyBytes(buffer + start, s, count);
+    text.copyTo(buffer + start);
 }
 
 void UTF8String::replace(unsigned int c, int index, unsigned int length) {
@@ -459,7 +471,8 @@ void UTF8String::replace(unsigned int c, int index, unsigned int length) {
 }
 
 void UTF8String::replace(String s, int index, unsigned int length) {
-    const unsigned int count = lengthOf(s);
+    const Incoming text(s);
+    const unsigned int count = text.length();
     const unsigned int n = assertValidInsertIndex(index);
     const unsigned int start = static_cast<unsigned int>(index);
     length = std::min(length, n - start);
@@ -467,7 +480,7 @@ void UTF8String::replace(String s, int index, unsigned int length) {
     if (isTrailAt(buffer, start, n)) VORN_THROW(4, "Invalid index!");
     if (isTrailAt(buffer, start + length, n)) VORN_THROW(4, "Invalid length!");
     if (count != length) moveTail(buffer, n, start, length, count);
-    if (count != 0) copyBytes(buffer + start, s, count);
+    if (count != 0) text.copyTo(buffer + start);
 }
 
 void UTF8String::erase(int index, unsigned int length) {

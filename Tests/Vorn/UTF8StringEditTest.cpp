@@ -9,6 +9,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <memory>
 
 namespace {
@@ -175,6 +176,20 @@ TEST(UTF8StringReserve, WithoutMemoryChangesNothing) {
     failAllocation(0);
     EXPECT_EQ(liveAllocationCount(), live);
 }
+
+#if UINTPTR_MAX == 0xFFFFFFFF // any other process may well have the memory
+TEST(UTF8StringReserve, MoreThanTheProcessHasIsRefused) {
+    const std::string text = "text";
+    const UTF16Text wide = u"wide";
+    UTF8String none, alone(bytesOf(text), 4), fromWide(over(wide));
+    EXPECT_THROW(none.reserve(0xFFFFFFFF), std::bad_alloc);
+    EXPECT_THROW(alone.reserve(0xFFFFFFFF), std::bad_alloc);
+    EXPECT_THROW(fromWide.reserve(0xFFFFFFFF), std::bad_alloc);
+    EXPECT_EQ(none.getData(), nullptr);
+    EXPECT_EQ(alone.getBuffer(), bytesOf(text));
+    EXPECT_EQ(unitsOf(*fromWide.getData()), wide);
+}
+#endif
 
 TEST(UTF8StringReserve, WithoutMemoryForTheRecordTakesTheShareOfASharedString) {
     const std::string text = "text";
@@ -458,6 +473,23 @@ TEST(UTF8StringEdit, StaysInsideItsBlockWhenTheLastCharacterOverruns) {
         }
         EXPECT_EQ(string.getBuffer()[string.getLength()], 0);
         EXPECT_EQ(textOf(string).substr(0, 2), "ab");
+    }
+}
+
+TEST(UTF8StringEdit, WithoutMemoryChangesNothing) {
+    const UTF16Text wide = utf16Of({'h', 0, 0xE9}); // is converted beside the string
+    const String s = over(wide);
+    UTF8String string = own("hello");
+    for (std::size_t failing = 1; failing <= 2; ++failing) {
+        const auto fails = [&](auto edit) {
+            failAllocation(failing);
+            EXPECT_THROW(edit(), std::bad_alloc);
+            failAllocation(0);
+            EXPECT_EQ(textOf(string), "hello");
+        };
+        fails([&] { string.append(s); });
+        fails([&] { string.insert(s, 2); });
+        fails([&] { string.replace(s, 1, 1); });
     }
 }
 

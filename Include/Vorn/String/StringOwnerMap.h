@@ -111,12 +111,14 @@ public:
     StringOwnerMap& operator=(const StringOwnerMap&) { return *this; }
 
     /// Strings that somebody still holds survive the map: external text is copied out first.
+    /// @warning Running out of memory for that ends the process.
     ~StringOwnerMap();
 
     /// The string over `buffer`, the same record for the same address and length. `length` does not count a terminator;
     /// `terminated` says that there is one. The buffer must outlive the map unless it is marked by `addStaticString`.
-    /// Raises `Exception<4>` with "Invalid buffer!" for null, and `Exception<7>` for text that is not valid; after that
-    /// the same buffer maps to a null string.
+    /// A length of 0xFFFFFFFF stands for a text that ends at its first zero unit, but makes it empty with `terminated`.
+    /// Only the first call reads the text and the flag. Raises `Exception<4>` with "Invalid buffer!" for null, and
+    /// `Exception<7>` for text that is not valid; after that the same buffer maps to a null string.
     String mapString(const CharType* buffer, unsigned int length, bool terminated) {
         if (!buffer) VORN_THROW(4, "Invalid buffer!", Names::MAP_STRING);
         setEmptyKey();
@@ -129,15 +131,18 @@ public:
     /// dies. Text that belongs to neither `s` nor this map is copied into memory from `alloc`, and stays mapped until
     /// the map dies.
     /// @warning Text of this map's own buffers comes back as it stands, terminated or not.
+    /// @warning The buffer of a static text that was not terminated is a first copy: it dies early, at the next call
+    ///     that asks for the terminated text, this one included. Its entry stays under the address that has gone.
     const CharType* mapStringNonInline(String s, StringOwnerAllocWrapperBase& alloc);
 
-    /// Takes back one `mapStringNonInline`; with the last one the entry goes, unless its text is external. A buffer
-    /// that is not mapped is passed over in silence.
+    /// Takes back one `mapStringNonInline`; with the last one the entry goes, unless its text is external. An entry
+    /// that only `mapString` made goes at once, under the same condition. A buffer that is not mapped is passed over in
+    /// silence.
     void unmapString(const CharType* buffer, unsigned int length);
 
     /// Promises that `buffer` lives for ever: strings over it are static from now on. Entries that exist stay as they
     /// are. Raises `Exception<4>` with "Invalid string!" for null and "String marked as owned!" for a buffer that the
-    /// map knows already.
+    /// map has ever taken as external.
     void addStaticString(const CharType* buffer);
 
     /// Number of entries.

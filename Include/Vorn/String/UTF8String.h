@@ -66,19 +66,23 @@ public:
     /// Bytes of the text. Builds the UTF-8 buffer if the record lacks it, as `getBuffer` does.
     unsigned int getLength() const;
 
-    /// The text in UTF-8, not always terminated; null if there is none.
+    /// The text in UTF-8, not always terminated; null if there is none. Raises what building it from UTF-16 raises.
+    /// @warning The pointer dies at the next edit, search or step that moves the text; see
+    ///     `StringData::getTerminatedBuffer`.
     const unsigned char* getBuffer() const;
 
     /// The first byte of the first character at or after `index`, in a terminated buffer. A negative index counts from
     /// the end and is made an offset in place; it is not moved to the character. Raises `Exception<4>` with
     /// "Invalid index!" for an index outside the text, which includes its end.
+    /// @warning The pointer dies as that of `getBuffer`: in a text that was not terminated, at the next such call too.
     const unsigned char* getTerminatedBuffer(int& index) const;
 
-    /// The byte at the first character start at or after `index`; raises as `getTerminatedBuffer` does.
+    /// The byte at the first character start at or after `index`; raises as `getTerminatedBuffer` does. An index from
+    /// 0x80000000 on counts from the end, as a negative one does there.
     unsigned char get(unsigned int index) const;
     unsigned char operator[](unsigned int index) const { return get(index); }
 
-    /// Offset of the character behind the one at `index`; the length at the end and behind it.
+    /// Offset of the character behind the one at `index`; the length at the end and behind it. Terminates the text.
     unsigned int next(unsigned int index) const;
 
     /// Fails on a character of 4 bytes, unless `index` lies inside it or at or behind the end of the text: raises
@@ -91,7 +95,8 @@ public:
 
     // Searches. The index of each must be inside the text, so that every search in an empty text raises `Exception<4>`
     // with "Invalid index!"; a negative one counts from the end. A null or empty needle raises "Invalid string!", a
-    // code that has no UTF-8 form `Exception<7>` with "Invalid Unicode Character!".
+    // code that has no UTF-8 form `Exception<7>` with "Invalid Unicode Character!". All of them terminate the text, and
+    // that of a String needle, which can move both.
 
     /// Offset of the first occurrence at or after `index`; the length of the text if there is none.
     unsigned int find(unsigned int c, int index = 0) const;
@@ -136,7 +141,8 @@ public:
     unsigned int assertValidInsertIndex(int& index) const;
 
     // Edits. All of them make the string private by `reserve` and then work in place. One that `reserve` refuses leaves
-    // what that tells; one that fails for an index, a length or a code leaves the text as it was.
+    // what that tells; one that fails for an index, a length or a code leaves the text as it was; one whose String is
+    // held in UTF-16 and cannot be converted leaves the new length without the new bytes.
     // A code is written as 0xC0 0x80 for 0 and raises `Exception<7>` with "Invalid Unicode character!" if it has no
     // UTF-8 form; codes from 0x80000080 upward are taken for single bytes. On a string with no record, every edit
     // raises `Exception<2>` with "getRefCount() == 1 : Can't set length on a string with more than one reference!!!".
@@ -147,7 +153,7 @@ public:
     void append(String s);
 
     /// Appends the wrong text for the numbers that `measureDec` measures one too small, such as 100000: a zero
-    /// byte, and bytes which were never written.
+    /// byte, and bytes which were never written. The next edit that lengthens such a text is refused and loses it.
     void appendDecimal(unsigned int value);
     void appendHexaDecimal(unsigned int value, HexWithPrefix prefix);
 
@@ -157,8 +163,9 @@ public:
     void insert(unsigned int c, int index);
     void insert(String s, int index);
 
-    /// Puts a character or a text in place of `length` bytes, or what remains of them, from `index` on. Raises as
-    /// `insert` does, and `Exception<4>` with "Invalid length!" if the bytes end inside a character.
+    /// Puts a character or a text in place of `length` bytes, or what remains of them, from `index` on; any negative
+    /// index means the end, so that nothing is replaced. An empty text removes the bytes. Raises as `insert` does, and
+    /// `Exception<4>` with "Invalid length!" if the bytes end inside a character.
     void replace(unsigned int c, int index, unsigned int length);
     void replace(String s, int index, unsigned int length);
 
