@@ -74,7 +74,13 @@ DelegateNode* fillNode(DelegateNode* spare, const DelegatePOD& delegate, int pri
 
 } // namespace
 
-EventBase::~EventBase() { delete m_pendingFirst; }
+// A target's destructor may want to take itself off: it finds nobody. What it adds goes with the base.
+EventBase::~EventBase() {
+    m_delegateCount = 0;
+    delete m_pendingFirst;
+    setDelegate(DelegatePOD());
+    delete unlink();
+}
 
 void EventBase::addDelegate(const DelegatePOD& delegate, int priority) {
     VORN_ASSERT(delegate.caller && delegate.typeInfo, "Invalid delegate!!");

@@ -10,7 +10,8 @@
 //     Delegate<void, int>::bindCallable([](int) { ... })        any callable
 //
 // Binding the same function to the same object in the same way twice gives equal delegates, so a listener can be found
-// again without being kept. That is the difference from std::function, which also costs more.
+// again without being kept. The type by which the object is bound belongs to the way: its base, or a const reference,
+// gives another delegate. That is the difference from std::function, which also costs more.
 //
 // Cost: six words; no allocation, but for callables that do not fit into a pointer or that calls change. A call is one
 // indirect call, with a weakly held target also a compare-and-swap and a locked add.
@@ -69,8 +70,9 @@ public:
         return bindWeak<Method>(Vorn::WeakPtr<Object>(object));
     }
 
-    /// Calls a copy of `callable`. Copies of the delegate share that copy. A callable of the size of a pointer that
-    /// calls do not change is kept in the delegate; any other is allocated (`std::bad_alloc`).
+    /// Calls a copy of `callable`. Copies of the delegate share that copy. A callable of the size of a pointer that can
+    /// be called while const is kept in the delegate and called so; any other is allocated (`std::bad_alloc`).
+    /// @warning A null pointer to a function is not refused; calling the delegate calls it.
     /// @warning Delegates of allocated callables are equal only if one is a copy of the other; keep a copy to find it
     ///     again. Those of callables in the delegate are equal if type and bits are.
     template <class Callable>
@@ -201,6 +203,8 @@ public:
     /// releases one of the incoming. Does nothing for the same delegate.
     /// @warning With counted targets the incoming one is released too often and the outgoing one never; write
     ///     a.rebind(b);   // instead of a = b;
+    /// That holds for what assigns in turn, as std::swap or erasing from a std::vector does, and for the listeners of
+    /// Event<>, which are delegates of this type.
     Delegate& operator=(const Delegate& other) {
         DelegateBase::operator=(other);
         return *this;

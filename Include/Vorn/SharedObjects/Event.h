@@ -62,7 +62,8 @@ public:
     ///     longer than the event lives.
     /// @warning While the first node is being called, listeners in the chain behind it are not found. A listener that
     ///     waits to be added is found, but keeps its reference for ever unless it is the first to wait; and once the
-    ///     last to wait has been removed, listeners that come to wait are lost: counted and never called.
+    ///     last to wait has been removed, listeners that come to wait are lost: counted and never called. If it was
+    ///     the only one, that holds for all later calls too.
     bool remove(const Listener& listener) {
         DelegateNode* spare = nullptr;
         const bool isRemoved = tryRemoveDelegate(listener.getPOD(), spare);

@@ -93,6 +93,8 @@ public:
 
 protected:
     EventBase() : m_dispatchNode(nullptr), m_pendingFirst(nullptr), m_pendingLast(nullptr), m_delegateCount(0) {}
+
+    /// Destroys the nodes. Destructors of targets may come back meanwhile and find no delegate any more.
     ~EventBase();
 
     /// Adds `delegate` behind those of equal priority. A delegate that the event holds moves to the new priority.
@@ -111,7 +113,8 @@ protected:
     /// @warning While the dispatch is at the first node, only this node and the pending list are searched: a delegate
     ///     further on stays.
     /// @warning Removing pending delegates: one that is not the first is lost with its reference, and after the last
-    ///     has gone, delegates added to the pending list are lost too: they are counted and never called.
+    ///     has gone, delegates added to the pending list are lost too: they are counted and never called. If it was the
+    ///     only one, that holds for all later dispatches.
     DelegateNode* removeDelegate(const DelegatePOD& delegate);
 
     /// `removeDelegate` that tells whether the delegate was found. `spare` must be null; it becomes the spare node.

@@ -1,9 +1,10 @@
 // SharedObjectBase, DynamicObject, InterfaceBase: what shared objects derive from.
 //
 // An object that derives from SharedObjectBase remembers its record, so a raw pointer to it, such as `this`, can be
-// turned into one more SharedPtr of the same record. It costs one pointer and no virtual table. DynamicObject adds a
-// virtual destructor: take it when objects are shared through pointers to their bases. InterfaceBase is the root of
-// interfaces that shared objects implement. SharedPtr counts objects of any other type as well.
+// turned into one more SharedPtr of the same record, once there is one: the first SharedPtr owns the object, so none is
+// to be made in a constructor. It costs one pointer and no virtual table. DynamicObject adds a virtual destructor: take
+// it when objects are shared through pointers to their bases. InterfaceBase is the root of interfaces that shared
+// objects implement. SharedPtr counts objects of any other type as well.
 //
 // Threads: the first SharedPtr to an object is made by one thread.
 #pragma once

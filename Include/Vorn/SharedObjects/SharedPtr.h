@@ -5,7 +5,7 @@
 // pointer that does not keep its object, a plain reference for a parameter that keeps nothing.
 //
 // Cost: four words; copying and destroying are one locked add each. Making the first pointer allocates the record, of
-// 88 bytes, besides the object.
+// 88 bytes (56 in a 32-bit process), besides the object.
 //
 // Threads: pointers to one object may be copied and destroyed in many threads; one pointer may not be changed while
 // another thread uses it. Where weak pointers are destroyed or replaced in other threads than the last use, ask for a
@@ -63,6 +63,8 @@ public:
     /// Raises `Exception<1>`: "isAlive : the object is being destroyed!" in the object's own destructor, and
     /// "counter->m_isThreadsafe || !isThreadsafe : the object's record is not thread-safe!" where that was asked for.
     /// An interface's object that has no record yet must be a DynamicObject.
+    /// @warning The first pointer to an object owns it. Made in the object's own constructor, or of an object on the
+    ///     stack, it deletes the object when it goes, or when no record can be made.
     /// @warning Of types that do not derive from SharedObjectBase make one SharedPtr and copy that: a second one made
     ///     from the raw pointer deletes the object again.
     template <class U, std::enable_if_t<isSharedSource<U, T>(), int> = 0>
@@ -80,6 +82,7 @@ public:
 
     /// Shares `object`, which goes by `deleter(object)` with the last use. The deleter is a function or a lambda
     /// without captures. An object that the deleter keeps alive may be shared anew.
+    /// @warning So may one that it destroys, in its own destructor: a pointer made there destroys it again.
     ///
     /// Raises `Exception<1>`: "deleter : null deleter!", and "!sharedObject || !getRefCounter(sharedObject) : the
     /// object is shared already!".

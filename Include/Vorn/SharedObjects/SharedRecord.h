@@ -125,6 +125,8 @@ inline Vorn::RefCounter* createRefCounter(void* object, Vorn::RefCounter::Delete
     try {
         return new ObjectRefCounter(object, deleter, isArray, isThreadsafe, sharedObject, afterLastUse);
     } catch (...) {
+        if (sharedObject && afterLastUse == AfterLastUse::DEAD)
+            SharedObjectAccess::setRefCounter(sharedObject, DeadRecord::get());
         deleter(object);
         throw;
     }
@@ -149,13 +151,19 @@ inline Vorn::RefCounter* getRefCounterWithUse(Vorn::SharedObjectBase* sharedObje
 /// The record of `object` with one use added, made first if there is none.
 template <class T>
 Vorn::RefCounter* getOrCreateRefCounter(T* object, bool isThreadsafe) {
+    using Object = std::remove_cv_t<T>;
     static_assert(sizeof(T) > 0, "the type must be complete where its first pointer is made");
+    static_assert(
+        (!std::is_base_of_v<Vorn::SharedObjectBase, Object> && !std::is_base_of_v<Vorn::InterfaceBase, Object>) ||
+            std::is_convertible_v<Object*, Vorn::SharedObjectBase*> ||
+            std::is_convertible_v<Object*, Vorn::InterfaceBase*>,
+        "the shared base is private or there are several: the object's record cannot be found");
     Vorn::SharedObjectBase* const sharedObject = sharedObjectOf(object);
     if (Vorn::RefCounter* const counter = getRefCounterWithUse(sharedObject, isThreadsafe)) return counter;
-    if constexpr (std::is_convertible_v<std::remove_cv_t<T>*, Vorn::InterfaceBase*> &&
-                  !std::is_convertible_v<std::remove_cv_t<T>*, Vorn::SharedObjectBase*>) {
+    if constexpr (std::is_convertible_v<Object*, Vorn::InterfaceBase*> &&
+                  !std::is_convertible_v<Object*, Vorn::SharedObjectBase*>) {
         // The type of the object behind an interface is known only through a virtual destructor.
-        Vorn::DynamicObject* const whole = dynamic_cast<Vorn::DynamicObject*>(const_cast<std::remove_cv_t<T>*>(object));
+        Vorn::DynamicObject* const whole = dynamic_cast<Vorn::DynamicObject*>(const_cast<Object*>(object));
         VORN_ASSERT(whole && whole == sharedObject, "an interface's object must be shared or a DynamicObject!",
                     "Vorn::SharedPtr::SharedPtr");
         return createRefCounter(whole, &deleteObject<Vorn::DynamicObject>, false, isThreadsafe, sharedObject,

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <stdexcept>
 #include <type_traits>
 
@@ -287,6 +288,19 @@ TEST_F(EventTest, DestructorsMayComeBackWhileTheEventChanges) {
             takeCalls();
             if (trigger != 3) other(3); // must not reach what is gone; clear leaves the first node
         }
+    }
+}
+
+TEST_F(EventTest, DestructorsMayComeBackWhileTheEventDies) {
+    for (int arrangement = 0; arrangement < 9; ++arrangement) {
+        auto other = std::make_unique<IntEvent>();
+        SharedPtr<Leaving> leaving = Vorn::makeShared<Leaving>(*other);
+        other->add(Listener::bind<&Leaving::raw>(*leaving), arrangement % 3 - 1);
+        other->add(Listener::bindShared<&Leaving::held>(leaving), arrangement / 3 - 1);
+        other->add(Listener::bind<&Leaving::more>(*leaving), 0);
+        leaving.reset();
+        other.reset();
+        EXPECT_EQ(takeCalls(), Calls{"gone"});
     }
 }
 

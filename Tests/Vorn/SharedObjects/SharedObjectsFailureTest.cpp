@@ -1,5 +1,6 @@
 // Every allocation of an operation is made to fail once, and everything must be as sound as before.
 #include "Support/AllocationCounter.h"
+#include "Vorn/Exception.h"
 #include "Vorn/SharedObjects/Event.h"
 #include "Vorn/SharedObjects/TreeNode.h"
 
@@ -79,6 +80,17 @@ TEST(AllocationFailure, TakingAnObjectDestroysIt) {
     Shared* const shared = new Shared;
     failAllocation(1);
     EXPECT_THROW(SharedPtr<Shared>{shared}, std::bad_alloc);
+    failAllocation(0);
+    expectNoneLives();
+}
+
+TEST(AllocationFailure, AnObjectThatGoesWithoutARecordCannotBeShared) {
+    struct SelfSharing : Vorn::SharedObjectBase, Plain {
+        ~SelfSharing() { EXPECT_THROW(SharedPtr<SelfSharing>{this}, Vorn::Exception<1>); }
+    };
+    SelfSharing* const object = new SelfSharing;
+    failAllocation(1);
+    EXPECT_THROW(SharedPtr<SelfSharing>{object}, std::bad_alloc);
     failAllocation(0);
     expectNoneLives();
 }
