@@ -54,17 +54,27 @@ unsigned int UTF8String::getLength() const {
 unsigned int UTF8String::measure() const { return getData() ? getData()->getUTF8Length() : 0; }
 
 const unsigned char* UTF8String::getTerminatedBuffer(int& index) const {
+    const unsigned int start = startOf(index);
+    if (start == NOT_FOUND) VORN_THROW(4, "Invalid index!");
+    return getData()->getPrivateBuffer<unsigned char>() + start;
+}
+
+// Offset of the first character start at or after the index, which is made an offset in place; NOT_FOUND if it is
+// outside the text. Terminates the text.
+unsigned int UTF8String::startOf(int& index) const {
     const unsigned char* buffer = getData() ? getData()->getTerminatedBuffer<unsigned char>() : nullptr;
-    if (!buffer) VORN_THROW(4, "Invalid index!");
+    if (!buffer) return NOT_FOUND;
     const int length = static_cast<int>(getData()->getBufferInfo<unsigned char>().m_length);
     if (index < 0) index += length;
-    if (index < 0 || index >= length) VORN_THROW(4, "Invalid index!");
+    if (index < 0 || index >= length) return NOT_FOUND;
 
     buffer += index;
-    for (int i = 0; i < 3; ++i, ++buffer)
-        if (!Unicode::validUTF8Trail(*buffer)) return buffer;
-    VORN_INTERNAL_ASSERT(!Unicode::validUTF8Trail(*buffer), "Invalid UTF-8 string!");
-    return buffer;
+    unsigned int start = static_cast<unsigned int>(index);
+    for (int i = 0; i < 3; ++i, ++buffer, ++start)
+        if (!Unicode::validUTF8Trail(*buffer)) return start;
+    VORN_INTERNAL_ASSERT(!Unicode::validUTF8Trail(*buffer), "Invalid UTF-8 string!",
+                         "Vorn::UTF8String::getTerminatedBuffer");
+    return start;
 }
 
 unsigned char UTF8String::get(unsigned int index) const {
@@ -122,12 +132,6 @@ unsigned int UTF8String::previous(unsigned int index) const {
 // itself, so that one that starts inside a character answers an offset too small by the trail bytes that it stepped
 // over.
 
-// Offset of that character start. Terminates the text.
-unsigned int UTF8String::startOf(int& index) const {
-    const unsigned char* const start = getTerminatedBuffer(index);
-    return static_cast<unsigned int>(start - getData()->getPrivateBuffer<unsigned char>());
-}
-
 // Writes the sequence of a code and returns its length, 0 for a code that has none.
 unsigned int UTF8String::encode(unsigned int c, unsigned char* sequence) {
     const unsigned int count = c >= 0x110000 ? 0 : c == 0 ? 2 : UTF8::countUTF8(c);
@@ -136,8 +140,8 @@ unsigned int UTF8String::encode(unsigned int c, unsigned char* sequence) {
 }
 
 unsigned int UTF8String::find(unsigned int c, int index) const {
-    if (!getData()) VORN_THROW(4, "Invalid index!");
     const unsigned int start = startOf(index);
+    if (start == NOT_FOUND) VORN_THROW(4, "Invalid index!");
     if (c - 1 < 0x7F) {
         const std::string_view text = bytesOf(*getData(), start);
         const void* const hit = std::memchr(text.data(), static_cast<int>(c), text.size());
@@ -151,23 +155,24 @@ unsigned int UTF8String::find(unsigned int c, int index) const {
 }
 
 unsigned int UTF8String::find(String s, int index) const {
-    if (!getData()) VORN_THROW(4, "Invalid index!");
     const unsigned int start = startOf(index);
+    if (start == NOT_FOUND) VORN_THROW(4, "Invalid index!");
     const char* const needle = needleOf(s); // may move the text, which is why the start is an offset
     if (!needle || !*needle) VORN_THROW(4, "Invalid string!");
     return findBytes(needle, start, index);
 }
 
 unsigned int UTF8String::find(const char* s, int index) const {
-    if (!getData()) VORN_THROW(4, "Invalid index!");
     const unsigned int start = startOf(index);
+    if (start == NOT_FOUND) VORN_THROW(4, "Invalid index!");
     if (!s || !*s) VORN_THROW(4, "Invalid string!");
     return findBytes(s, start, index);
 }
 
 unsigned int UTF8String::find(const ASCIITable& table, int index) const {
-    if (!getData()) VORN_THROW(4, "Invalid index!");
-    const std::string_view text = bytesOf(*getData(), startOf(index));
+    const unsigned int start = startOf(index);
+    if (start == NOT_FOUND) VORN_THROW(4, "Invalid index!");
+    const std::string_view text = bytesOf(*getData(), start);
     const auto hit = std::find_if(text.begin(), text.end(), [&](char c) { return isIn(table, c); });
     return hit == text.end() ? getLength() : static_cast<unsigned int>(hit - text.begin() + index);
 }
@@ -179,8 +184,8 @@ unsigned int UTF8String::findBytes(std::string_view needle, unsigned int start, 
 }
 
 unsigned int UTF8String::skip(unsigned int c, int index) const {
-    if (!getData()) VORN_THROW(4, "Invalid index!");
     const unsigned int offset = startOf(index);
+    if (offset == NOT_FOUND) VORN_THROW(4, "Invalid index!");
     const unsigned char* const start = getData()->getPrivateBuffer<unsigned char>() + offset;
     const unsigned char* ptr = start;
     if (!*ptr) return static_cast<unsigned int>(index);
@@ -223,16 +228,16 @@ unsigned int UTF8String::skip(unsigned int c, int index) const {
 }
 
 unsigned int UTF8String::skip(String s, int index) const {
-    if (!getData()) VORN_THROW(4, "Invalid index!");
     const unsigned int start = startOf(index);
+    if (start == NOT_FOUND) VORN_THROW(4, "Invalid index!");
     const char* const needle = needleOf(s);
     if (!needle || !*needle) VORN_THROW(4, "Invalid string!");
     return skipBytes(needle, start, index);
 }
 
 unsigned int UTF8String::skip(const char* s, int index) const {
-    if (!getData()) VORN_THROW(4, "Invalid index!");
     const unsigned int start = startOf(index);
+    if (start == NOT_FOUND) VORN_THROW(4, "Invalid index!");
     if (!s || !*s) VORN_THROW(4, "Invalid string!");
     return skipBytes(s, start, index);
 }
@@ -245,23 +250,24 @@ unsigned int UTF8String::skipBytes(std::string_view run, unsigned int start, int
 }
 
 unsigned int UTF8String::skip(const ASCIITable& table, int index) const {
-    if (!getData()) VORN_THROW(4, "Invalid index!");
-    const std::string_view text = bytesOf(*getData(), startOf(index));
+    const unsigned int start = startOf(index);
+    if (start == NOT_FOUND) VORN_THROW(4, "Invalid index!");
+    const std::string_view text = bytesOf(*getData(), start);
     const auto end = std::find_if_not(text.begin(), text.end(), [&](char c) { return isIn(table, c); });
     return static_cast<unsigned int>(end - text.begin() + index);
 }
 
 unsigned int UTF8String::match(String s, int index) const {
-    if (!getData()) VORN_THROW(4, "Invalid index!");
     const unsigned int start = startOf(index);
+    if (start == NOT_FOUND) VORN_THROW(4, "Invalid index!");
     const char* const needle = needleOf(s);
     if (!needle || !*needle) VORN_THROW(4, "Invalid string!");
     return matchBytes(needle, start, index);
 }
 
 unsigned int UTF8String::match(const char* s, int index) const {
-    if (!getData()) VORN_THROW(4, "Invalid index!");
     const unsigned int start = startOf(index);
+    if (start == NOT_FOUND) VORN_THROW(4, "Invalid index!");
     if (!s || !*s) VORN_THROW(4, "Invalid string!");
     return matchBytes(s, start, index);
 }
@@ -272,8 +278,8 @@ unsigned int UTF8String::matchBytes(std::string_view needle, unsigned int start,
 }
 
 unsigned int UTF8String::match(const ASCIITable& table, int index) const {
-    if (!getData()) VORN_THROW(4, "Invalid index!");
     const unsigned int start = startOf(index);
+    if (start == NOT_FOUND) VORN_THROW(4, "Invalid index!");
     return table.check(static_cast<signed char>(getData()->getPrivateBuffer<unsigned char>()[start]))
                ? static_cast<unsigned int>(index)
                : NOT_FOUND;
