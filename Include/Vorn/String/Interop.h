@@ -63,27 +63,31 @@ VORN_API bool isText(const String& s, std::string_view text);
 /// Writes the text in UTF-8, U+0000 as 0xC0 0x80; nothing for a null string. Builds no buffer.
 VORN_API std::ostream& operator<<(std::ostream& stream, const String& s);
 
-/// `isText`, for these two types only: a literal becomes a String, and a std::string must not, since a String that is
-/// made from one never frees its copy.
-/// @warning There is no such `operator<`: in `s < text`, a std::string does become a String.
-template <class Text>
-using IfStandardText =
-    std::enable_if_t<std::is_same<Text, std::string>::value || std::is_same<Text, std::string_view>::value, bool>;
+/// Holds for a String, or what derives from it, beside a std::string or a std::string_view. No side is converted: a
+/// literal becomes a String elsewhere, and a std::string must not, since a String that is made from one never frees its
+/// copy.
+template <class S, class Text>
+using IfStringAndText = std::enable_if_t<
+    std::conjunction<std::disjunction<std::is_same<Text, std::string>, std::is_same<Text, std::string_view>>,
+                     std::is_base_of<String, S>>::value,
+    bool>;
 
-template <class Text>
-IfStandardText<Text> operator==(const String& s, const Text& text) {
+/// `isText`.
+/// @warning There is no such `operator<`: in `s < text`, a std::string does become a String.
+template <class S, class Text>
+IfStringAndText<S, Text> operator==(const S& s, const Text& text) {
     return isText(s, text);
 }
-template <class Text>
-IfStandardText<Text> operator==(const Text& text, const String& s) {
+template <class S, class Text>
+IfStringAndText<S, Text> operator==(const Text& text, const S& s) {
     return isText(s, text);
 }
-template <class Text>
-IfStandardText<Text> operator!=(const String& s, const Text& text) {
+template <class S, class Text>
+IfStringAndText<S, Text> operator!=(const S& s, const Text& text) {
     return !isText(s, text);
 }
-template <class Text>
-IfStandardText<Text> operator!=(const Text& text, const String& s) {
+template <class S, class Text>
+IfStringAndText<S, Text> operator!=(const Text& text, const S& s) {
     return !isText(s, text);
 }
 

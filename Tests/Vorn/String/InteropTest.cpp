@@ -4,6 +4,7 @@
 #include "Support/Random.h"
 #include "Support/StringDataProbe.h"
 #include "Support/StringTexts.h"
+#include "Vorn/String/UTF8String.h"
 
 #include <gtest/gtest.h>
 
@@ -33,6 +34,8 @@ TEST(Interop, ComparesWithLiteralsAndStandardStrings) {
         EXPECT_TRUE(text == string && std::string_view(text) == string && !(text != string));
         EXPECT_TRUE(std::string("doors") != string && std::string_view() != string);
     }
+    EXPECT_TRUE(std::string_view(text) == text && text == std::string_view(text)) << "no business of ours";
+    EXPECT_TRUE(UTF8String("door") == text && text == UTF8String("door") && UTF8String("door") == "door"_vs);
     EXPECT_FALSE(String() == std::string() || std::string() == String());
     EXPECT_TRUE(String::getEmptyString() == std::string());
 }
