@@ -353,7 +353,8 @@ unsigned int UTF8String::reserve(unsigned int length) {
     const unsigned int n = measure();
     if (m_data->getRefCount() >= 2 || m_data->isStaticConstString()) {
         Block block = copyText(*m_data, n, length);
-        m_data->decRefCount(); // gone even if the scan refuses the text below, as in `+=`
+        m_data->decRefCount();
+        m_data = nullptr; // the share has gone, even if the scan refuses the text now
         m_data = new StringData(block.get(), n + 1, STRING_DATA_DYNAMIC);
         block.release();
         m_data->incRefCount();

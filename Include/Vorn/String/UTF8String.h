@@ -129,9 +129,10 @@ public:
     /// Makes room for `length` bytes in a record of its own and returns the larger of that and the length of the text.
     /// The room is gone at the next edit that lengthens the text: only the length counts, not the room. Reserving does
     /// not make edits cheaper; it makes the string private and reads its text anew, so it raises `Exception<7>` on text
-    /// that has become malformed behind the library's back or by an edit.
-    /// @warning A string that shared its record still points at it after such a refusal but has given up its share:
-    ///     the record dies too early unless somebody takes another one. A string that was alone is left without a text.
+    /// that has become malformed: by an edit, behind the library's back, or by its conversion from UTF-16.
+    /// @warning The string loses its text by such a refusal: it is null if it shared its record, which the others keep;
+    ///     a record of its own is left without a buffer, and every later edit raises `Exception<4>` with "buffer must
+    ///     not be null!!!!". A string that shared its record is null as well if there is no memory for a new one.
     /// @warning A string with no record gets one that it does not count: it cannot be edited, and once the string was
     ///     copied, the record dies while one of the strings still points at it. Assign a text to the string instead.
     unsigned int reserve(unsigned int length);
