@@ -23,14 +23,19 @@ void DelegateNode::insertAfter(DelegateNode* node) {
 
 void DelegateNode::setDelegate(const DelegatePOD& delegate) {
     if (sameDelegate(m_delegate, delegate)) return;
-    // The release may run a destructor that comes back to this node, or that `delegate` lies in: from here on the node
-    // holds nothing that could be released twice, and nothing is read that may be gone.
-    const DelegatePOD incoming = delegate;
+    const DelegatePOD incoming = delegate; // it may lie in what a release destroys
+    do {
+        releaseDelegate();
+    } while (m_delegate.contextAddRef); // a destructor has put another one in
+    m_delegate = incoming;
+    if (m_delegate.contextAddRef) m_delegate.contextAddRef(m_delegate.context, DELEGATE_ADD_REF);
+}
+
+void DelegateNode::releaseDelegate() {
+    // A destructor may come back to this node, which then holds nothing that could be released twice.
     const DelegatePOD outgoing = m_delegate;
     m_delegate = DelegatePOD();
     if (outgoing.contextAddRef) outgoing.contextAddRef(outgoing.context, DELEGATE_RELEASE_REF);
-    m_delegate = incoming;
-    if (m_delegate.contextAddRef) m_delegate.contextAddRef(m_delegate.context, DELEGATE_ADD_REF);
 }
 
 } // namespace Vorn

@@ -6,6 +6,8 @@
 
 #include "Vorn/Assert.h"
 
+#include <utility>
+
 namespace Vorn {
 
 namespace {
@@ -74,11 +76,11 @@ DelegateNode* fillNode(DelegateNode* spare, const DelegatePOD& delegate, int pri
 
 } // namespace
 
-// A target's destructor may want to take itself off: it finds nobody. What it adds goes with the base.
+// Takes every node out before it destroys it: a target's destructor may want to take itself off. What it adds instead
+// goes with the base.
 EventBase::~EventBase() {
-    m_delegateCount = 0;
-    delete m_pendingFirst;
-    setDelegate(DelegatePOD());
+    delete std::exchange(m_pendingFirst, nullptr);
+    releaseDelegate();
     delete unlink();
 }
 
@@ -86,7 +88,7 @@ void EventBase::addDelegate(const DelegatePOD& delegate, int priority) {
     VORN_ASSERT(delegate.caller && delegate.typeInfo, "Invalid delegate!!");
     const DelegatePOD added = delegate; // it may lie in what the removal destroys
     DelegateNode* const spare = removeDelegate(added);
-    if (spare && !spare->isValid()) spare->setDelegate(DelegatePOD());
+    if (spare && !spare->isValid()) spare->releaseDelegate();
 
     if (getPriority() > priority) {
         if (m_dispatchNode == this) {
@@ -117,7 +119,7 @@ void EventBase::insertFirstDelegate(DelegateNode* spare, const DelegatePOD& dele
         const DelegateNode* const second = getNext();
         if (second && second != m_dispatchNode && !second->isValid()) {
             chosen = takeNext(this);
-            chosen->setDelegate(DelegatePOD());
+            chosen->releaseDelegate();
         } else {
             chosen = new DelegateNode;
         }
@@ -154,25 +156,28 @@ void EventBase::insertPendingDelegates() {
 }
 
 DelegateNode* EventBase::removeDelegate(const DelegatePOD& delegate) {
-    DelegateNode* spare = nullptr;
+    std::unique_ptr<DelegateNode> spare;
     tryRemoveDelegate(delegate, spare);
-    return spare;
+    return spare.release();
 }
 
-bool EventBase::tryRemoveDelegate(const DelegatePOD& delegate, DelegateNode*& spare) {
+bool EventBase::tryRemoveDelegate(const DelegatePOD& delegate, std::unique_ptr<DelegateNode>& spare) {
     static constexpr char FUNCTION[] = "Vorn::EventBase::removeDelegate";
     if (getDelegateCount() == 0) return false;
     const DelegatePOD removed = delegate; // it may lie in what the search destroys
     if (sameDelegate(getDelegate(), removed)) {
         if (!m_dispatchNode) {
-            spare = removeFirstDelegate(nullptr);
+            spare.reset(removeFirstDelegate(nullptr));
         } else if (m_dispatchNode != this && m_dispatchNode != getNext()) {
-            spare = removeFirstDelegate(m_dispatchNode);
+            spare.reset(removeFirstDelegate(m_dispatchNode));
         } else {
             invalidate();
         }
-    } else if (!searchChain(removed, spare) && !removePending(removed)) {
-        return false;
+    } else {
+        DelegateNode* taken = nullptr;
+        const bool isFound = searchChain(removed, taken);
+        spare.reset(taken);
+        if (!isFound && !removePending(removed)) return false;
     }
     VORN_INTERNAL_ASSERT(m_delegateCount != 0, "Invalid delegate count!!!", FUNCTION);
     VORN_INTERNAL_ASSERT(m_delegateCount != -1, "Invalid delegate count!!!", FUNCTION);
@@ -190,7 +195,7 @@ DelegateNode* EventBase::removeFirstDelegate(const DelegateNode* stop) {
         const DelegateNode* const next = getNext();
         const bool isSuccessor = next->isValid() || (stop && next->getNext() == stop);
         if (isSuccessor && getDelegate().contextAddRef) {
-            setDelegate(DelegatePOD());
+            releaseDelegate();
             continue;
         }
         RetiredNodes retired;

@@ -2,6 +2,7 @@
 
 #include "Vorn/String/Unicode.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <ostream>
 
@@ -21,15 +22,29 @@ private:
     std::uint64_t m_state;
 };
 
-// Which buffer tells the text. Units are an exact copy of bytes unless the text has supplementary characters: then
-// units that were built from bytes hold second surrogates only. Bytes that were built from units can be garbled.
+// True if bytes that are built from these units are not their text. Units that were built from bytes may hold second
+// surrogates only, and garble nothing.
+bool isGarbledInUTF8(const StringData& data) {
+    const UTF16Char* const units = data.getPrivateBuffer<UTF16Char>();
+    const UTF16Char* const end = units + data.getBufferInfo<UTF16Char>().m_length;
+    switch (data.getCharset()) {
+    case STRING_DATA_ASCII: return false;
+    case STRING_DATA_UCS2: return data.haveEmbeddedNulls();
+    default: break;
+    }
+    const UTF16Char* const surrogate = std::find_if(units, end, [](UTF16Char c) { return UTF16::isSurrogate(c); });
+    return surrogate != end && UTF16::isFirstSurrogate(*surrogate) && std::any_of(units, end, [](UTF16Char c) {
+               return c == 0x7F || (UTF16::isFirstSurrogate(c) && (c & 0xFF) >= 0xC0);
+           });
+}
+
+// Which buffer tells the text to equality: the bytes, unless they were built from units and garbled by that. Bytes of
+// another length have been edited since.
 bool isToldByUTF16(const StringData& data) {
     const UTF16Char* const units = data.getPrivateBuffer<UTF16Char>();
     if (!units || !data.getPrivateBuffer<unsigned char>()) return units;
-    if (data.getCharset() != STRING_DATA_UNICODE) return true;
-    for (unsigned int i = 0; i < data.getBufferInfo<UTF16Char>().m_length; ++i)
-        if (UTF16::isSurrogate(units[i])) return UTF16::isFirstSurrogate(units[i]);
-    return false;
+    return isGarbledInUTF8(data) &&
+           stringDataGetUTF8Length(units, data.getBufferInfo<UTF16Char>(), data.getCharset()) == data.getUTF8Length();
 }
 
 // Calls `f` with each code of the UTF-16 text.
@@ -56,17 +71,17 @@ void appendUTF8(std::string& text, UTF32Char c) {
     }
 }
 
-// Calls `f` with the text in UTF-8, which the conversions of buffers would garble in part.
-template <class F>
-void withUTF8(const StringData& data, F f) {
-    if (isToldByUTF16(data)) {
-        std::string text;
-        forEachUTF16Code(data, [&](UTF32Char c) { appendUTF8(text, c); });
-        f(std::string_view(text));
-    } else {
-        f(std::string_view(reinterpret_cast<const char*>(data.getPrivateBuffer<unsigned char>()),
-                           data.getBufferInfo<unsigned char>().m_length));
+// The text in UTF-8: the buffer, or what is written into `room` from the units, which the conversions of buffers would
+// garble in part.
+std::string_view utf8Of(const String& s, std::string& room) {
+    const StringData* const data = s.getData();
+    if (!data) return {};
+    if (!data->getPrivateBuffer<unsigned char>()) {
+        forEachUTF16Code(*data, [&](UTF32Char c) { appendUTF8(room, c); });
+        return room;
     }
+    return {reinterpret_cast<const char*>(data->getPrivateBuffer<unsigned char>()),
+            data->getBufferInfo<unsigned char>().m_length};
 }
 
 } // namespace
@@ -86,14 +101,13 @@ std::size_t hashOf(const String& s) {
 }
 
 bool isText(const String& s, std::string_view text) {
-    bool result = false;
-    if (s.getData()) withUTF8(*s.getData(), [&](std::string_view own) { result = own == text; });
-    return result;
+    std::string room;
+    return s.getData() && utf8Of(s, room) == text;
 }
 
 std::ostream& operator<<(std::ostream& stream, const String& s) {
-    if (s.getData()) withUTF8(*s.getData(), [&](std::string_view text) { stream << text; });
-    return stream;
+    std::string room;
+    return stream << utf8Of(s, room);
 }
 
 } // namespace Vorn

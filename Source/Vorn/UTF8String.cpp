@@ -322,11 +322,12 @@ public:
 
     unsigned int length() const { return m_length; } // in UTF-8
 
+    // Only for a text that has a length.
     void copyTo(unsigned char* dest) const {
         if (m_block) {
             m_data->copyToUTF8(m_block.get(), m_length);
             std::memcpy(dest, m_block.get(), m_length);
-        } else if (m_data) {
+        } else {
             m_data->copyToUTF8(dest, m_length);
         }
     }

@@ -368,7 +368,12 @@ TEST(UTF8StringEdit, NegativePlaces) {
 TEST(UTF8StringEdit, CostsNothingUnlessItLengthensTheText) {
     UTF8String string = own("abcdef");
     const String s = own("xy");
+    const String null = own("\xC0\x80");
     EXPECT_EQ(allocationsDuring([&] {
+                  string.replace(null, 4, 2);
+                  string.replace(s, 4, 2);
+                  string.replace('e', 4, 1);
+                  string.replace('f', 5, 1);
                   string.replace('z', 0, 1);
                   string.replace(s, 1, 2);
                   string.replace(s, 0, 3);

@@ -148,6 +148,7 @@ TEST(UTF8String, RefusesIndexesOutsideTheText) {
             const char* const common = "Vorn::UTF8String::getTerminatedBuffer";
             int i = index;
             fails([&] { string.getTerminatedBuffer(i); }, common);
+            EXPECT_EQ(i, index < 0 ? index + n : index) << "made an offset all the same";
             fails([&] { string.get(static_cast<unsigned int>(index)); }, common);
             fails([&] { string[static_cast<unsigned int>(index)]; }, common);
         }

@@ -17,6 +17,8 @@
 #include "Vorn/SharedObjects/Delegate.h"
 #include "Vorn/SharedObjects/EventBase.h"
 
+#include <memory>
+
 namespace VornPrivate {
 
 template <class... Args>
@@ -50,8 +52,9 @@ public:
     ///
     /// Raises `Exception<1>`, "delegate.caller && delegate.typeInfo : Invalid delegate!!", for an empty listener, and
     /// `std::bad_alloc`; a listener that was to be moved is removed then.
+    /// @warning A counted listener that lies in a target which only this event keeps must be copied first.
     void add(const Listener& listener, int priority = 0) {
-        const DelegatePOD pod = listener.getPOD(); // it may lie in what a removal destroys
+        const DelegatePOD& pod = listener.getPOD();
         if (pod.contextAddRef == &delegateAddWeakRef) dropPredecessor(pod);
         addDelegate(pod, priority);
     }
@@ -65,10 +68,8 @@ public:
     ///     last to wait has been removed, listeners that come to wait are lost: counted and never called. If it was
     ///     the only one, that holds for all later calls too.
     bool remove(const Listener& listener) {
-        DelegateNode* spare = nullptr;
-        const bool isRemoved = tryRemoveDelegate(listener.getPOD(), spare);
-        delete spare;
-        return isRemoved;
+        std::unique_ptr<DelegateNode> spare;
+        return tryRemoveDelegate(listener.getPOD(), spare);
     }
 
     /// Whether the event holds `listener`, also one that waits to be added.

@@ -13,6 +13,8 @@
 
 #include "Vorn/SharedObjects/DelegateBase.h"
 
+#include <memory>
+
 namespace Vorn {
 
 /// One delegate in a chain, held with one reference to its context.
@@ -54,6 +56,10 @@ public:
     /// keeps the context that it has.
     void setDelegate(const DelegatePOD& delegate);
 
+    /// Empties the node, which is invalid then, and releases its context. What a destructor that this runs puts into
+    /// the node stays.
+    void releaseDelegate();
+
 private:
     DelegatePOD m_delegate; // valid while its typeInfo is set; holds one reference to its context in any case
     int m_priority;
@@ -94,7 +100,8 @@ public:
 protected:
     EventBase() : m_dispatchNode(nullptr), m_pendingFirst(nullptr), m_pendingLast(nullptr), m_delegateCount(0) {}
 
-    /// Destroys the nodes. Destructors of targets may come back meanwhile and find no delegate any more.
+    /// Destroys the nodes. Destructors of targets may come back meanwhile: a delegate that is being destroyed is not
+    /// found, and what they add is destroyed too.
     ~EventBase();
 
     /// Adds `delegate` behind those of equal priority. A delegate that the event holds moves to the new priority.
@@ -117,8 +124,8 @@ protected:
     ///     only one, that holds for all later dispatches.
     DelegateNode* removeDelegate(const DelegatePOD& delegate);
 
-    /// `removeDelegate` that tells whether the delegate was found. `spare` must be null; it becomes the spare node.
-    bool tryRemoveDelegate(const DelegatePOD& delegate, DelegateNode*& spare);
+    /// `removeDelegate` that tells whether the delegate was found. `spare` becomes the spare node.
+    bool tryRemoveDelegate(const DelegatePOD& delegate, std::unique_ptr<DelegateNode>& spare);
 
     /// True if the event counts a delegate and a valid node, or a pending one, holds this one.
     bool containsDelegate(const DelegatePOD& delegate) const;

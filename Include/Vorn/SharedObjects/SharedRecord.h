@@ -154,9 +154,9 @@ Vorn::RefCounter* getOrCreateRefCounter(T* object, bool isThreadsafe) {
     using Object = std::remove_cv_t<T>;
     static_assert(sizeof(T) > 0, "the type must be complete where its first pointer is made");
     static_assert(
-        (!std::is_base_of_v<Vorn::SharedObjectBase, Object> && !std::is_base_of_v<Vorn::InterfaceBase, Object>) ||
-            std::is_convertible_v<Object*, Vorn::SharedObjectBase*> ||
-            std::is_convertible_v<Object*, Vorn::InterfaceBase*>,
+        std::is_convertible_v<Object*, Vorn::SharedObjectBase*> ||
+            (!std::is_base_of_v<Vorn::SharedObjectBase, Object> &&
+             (!std::is_base_of_v<Vorn::InterfaceBase, Object> || std::is_convertible_v<Object*, Vorn::InterfaceBase*>)),
         "the shared base is private or there are several: the object's record cannot be found");
     Vorn::SharedObjectBase* const sharedObject = sharedObjectOf(object);
     if (Vorn::RefCounter* const counter = getRefCounterWithUse(sharedObject, isThreadsafe)) return counter;

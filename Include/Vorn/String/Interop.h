@@ -21,6 +21,17 @@
 #include <string_view>
 #include <type_traits>
 
+namespace VornPrivate {
+
+/// The result of a comparison, for these types exactly: no side is converted.
+template <class S, class Text>
+using IfStringAndText = std::enable_if_t<
+    std::conjunction<std::disjunction<std::is_same<Text, std::string>, std::is_same<Text, std::string_view>>,
+                     std::is_base_of<Vorn::String, S>>::value,
+    bool>;
+
+} // namespace VornPrivate
+
 namespace Vorn {
 
 /// The bytes of a text in UTF-8, without a terminator.
@@ -63,31 +74,23 @@ VORN_API bool isText(const String& s, std::string_view text);
 /// Writes the text in UTF-8, U+0000 as 0xC0 0x80; nothing for a null string. Builds no buffer.
 VORN_API std::ostream& operator<<(std::ostream& stream, const String& s);
 
-/// Holds for a String, or what derives from it, beside a std::string or a std::string_view. No side is converted: a
-/// literal becomes a String elsewhere, and a std::string must not, since a String that is made from one never frees its
-/// copy.
-template <class S, class Text>
-using IfStringAndText = std::enable_if_t<
-    std::conjunction<std::disjunction<std::is_same<Text, std::string>, std::is_same<Text, std::string_view>>,
-                     std::is_base_of<String, S>>::value,
-    bool>;
-
-/// `isText`.
+/// `isText`, for a String or UTF8String beside a std::string or std::string_view. A std::string is not made a String
+/// for it, which would never free its copy; a literal is.
 /// @warning There is no such `operator<`: in `s < text`, a std::string does become a String.
 template <class S, class Text>
-IfStringAndText<S, Text> operator==(const S& s, const Text& text) {
+VornPrivate::IfStringAndText<S, Text> operator==(const S& s, const Text& text) {
     return isText(s, text);
 }
 template <class S, class Text>
-IfStringAndText<S, Text> operator==(const Text& text, const S& s) {
+VornPrivate::IfStringAndText<S, Text> operator==(const Text& text, const S& s) {
     return isText(s, text);
 }
 template <class S, class Text>
-IfStringAndText<S, Text> operator!=(const S& s, const Text& text) {
+VornPrivate::IfStringAndText<S, Text> operator!=(const S& s, const Text& text) {
     return !isText(s, text);
 }
 template <class S, class Text>
-IfStringAndText<S, Text> operator!=(const Text& text, const S& s) {
+VornPrivate::IfStringAndText<S, Text> operator!=(const Text& text, const S& s) {
     return !isText(s, text);
 }
 

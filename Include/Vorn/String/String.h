@@ -71,9 +71,8 @@ public:
     /// null or empty, nothing is copied: a null `other` changes nothing, an empty one makes a null string empty, and a
     /// string without text shares the record of `other`. Raises `Exception<7>` if the scan refuses the joined text, and
     /// what converting `other` raises.
-    /// @warning What converting `other` garbles comes garbled into the joined text, and in part unseen: U+0000 in a
-    /// text
-    ///     in UTF-16 costs its end in UTF-8, and a text in UTF-16 refuses one in UTF-8 with supplementary characters.
+    /// @warning What converting `other` garbles comes garbled into the joined text: U+0000 in UTF-16 costs the end of
+    ///     `other` in UTF-8, unseen; supplementary characters in UTF-8 are refused by a text in UTF-16.
     /// @warning The old record is released before the new text is scanned. After a refusal this string is null if it
     ///     held the last share; otherwise it still points at the old record but has given up its share: the record dies
     ///     too early unless somebody takes another one. The joined text is lost in either case.

@@ -170,21 +170,21 @@ public:
     /// `UTF16Char`. A negative offset counts from the end, -1 is the last unit; `length` is cut to what remains. Every
     /// empty result is the address of `s_emptyString`. In an encoding that the record holds, the new record shares the
     /// text: one allocation, one scan, no copy. A final first surrogate is left out. The unit behind the text is read
-    /// if the offset points there, and `Exception<4>` with "Invalid Offset!" raised if no character starts at the
-    /// offset or it lies outside the text, in UTF-8 also for U+0000 and characters from U+100000
-    /// on; `Exception<2>` with "c != 0xFDEF : Invalid UTF-16 buffer detected!" for a noncharacter.
+    /// if the offset points there. Raises `Exception<4>` with "Invalid Offset!" if no character starts at the offset or
+    /// it lies outside the text, in UTF-8 also for U+0000 and characters from U+100000 on; `Exception<2>` with
+    /// "c != 0xFDEF : Invalid UTF-16 buffer detected!" for a noncharacter.
     ///
     /// In an encoding that the record lacks, only the cut is converted, into a block of its own; a character that does
     /// not fit into `length` is left out, and an offset behind the end gives the empty result (ASCII text raises).
     /// @warning The conversions are sound only for an offset of 0 or more, or a negative one whose cut ends before the
     ///     end of the text. A cut with a negative offset that reaches the end gives: from UTF-16, `Exception<2>` with
     ///     "j < destLength : destination buffer too short!", or units that were never written if it takes in the whole
-    ///     text; from UTF-8, always units that were never written. The scan refuses them or not. From
-    ///     UTF-16, a cut by an offset of 0 or more that meets a surrogate pair raises `Exception<2>`, even if the pair
-    ///     does not fit, and a cut with U+0000 is garbled or raises as `stringDataConvertToUTF8` is and does. An offset
-    ///     inside a character raises `Exception<4>` with "Invalid offset!" where the source is UCS-2 or the offset
-    ///     negative, and gives the empty result elsewhere. If a failure comes after the block is allocated, such as a
-    ///     scan that refuses the cut, the block is lost.
+    ///     text; from UTF-8, always units that were never written. Such units pass the scan or not.
+    /// @warning From UTF-16, a cut by an offset of 0 or more that meets a surrogate pair raises `Exception<2>`, even if
+    ///     the pair does not fit, and one with U+0000 comes out as from `stringDataConvertToUTF8`.
+    /// @warning An offset inside a character raises `Exception<4>` with "Invalid offset!" where the source is UCS-2 or
+    ///     the offset negative, and gives the empty result elsewhere. If a failure comes after the block is allocated,
+    ///     such as a scan that refuses the cut, the block is lost.
     template <class CharType>
     StringData* substr(int offset, unsigned int length) const;
 

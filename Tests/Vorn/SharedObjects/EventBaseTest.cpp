@@ -131,6 +131,25 @@ TEST_F(DelegateNodeTest, InsertAfterLinksAndAppends) {
     second.unlink();
 }
 
+TEST_F(DelegateNodeTest, SetDelegateReleasesAlsoWhatAReleasePutsIn) {
+    static DelegateNode* changing;
+    static DelegatePOD inserted;
+    DelegateNode node;
+    changing = &node;
+    inserted = journalDelegate(b, &y);
+    DelegatePOD outgoing = journalDelegate(a, &x);
+    outgoing.contextAddRef = [](void*, Vorn::DelegateContextAddRef op) {
+        if (op == Vorn::DELEGATE_RELEASE_REF) changing->setDelegate(inserted);
+    };
+    node.setDelegate(outgoing);
+    node.setDelegate(journalDelegate(c, &z));
+    EXPECT_EQ(takeJournal(), (Journal{"+y", "-y", "+z"}));
+    EXPECT_EQ(text(&node), "c:0");
+    node.setDelegate(outgoing);
+    node.releaseDelegate();
+    EXPECT_EQ(text(&node), "b:0") << "what is put in stays";
+}
+
 TEST_F(DelegateNodeTest, SetDelegateReleasesTheOldAndAddsTheNew) {
     DelegateNode node(journalDelegate(a, &x), 1);
     takeJournal();
@@ -677,6 +696,26 @@ TEST_F(EventBaseTest, DestructionReleasesPendingThenTheChain) {
         takeJournal();
     }
     EXPECT_EQ(takeJournal(), (Journal{"-z", "-w", "-x", "-y"}));
+}
+
+TEST_F(EventBaseTest, DestructionFindsNoDelegateThatIsBeingDestroyed) {
+    static TestEvent* dying;
+    static DelegatePOD removed;
+    for (const int priority : {-2, -1, 1}) { // waiting, in the first node, and behind it
+        TestEvent other;
+        dying = &other;
+        removed = journalDelegate(c, &z);
+        removed.contextAddRef = [](void* context, Vorn::DelegateContextAddRef op) {
+            JournalContext::addRef(context, op);
+            if (op == Vorn::DELEGATE_RELEASE_REF) dying->remove(removed);
+        };
+        other.addDelegate(journalDelegate(a, &x), priority == -1 ? 0 : -1);
+        if (priority == -2) other.dispatchAt(&other);
+        other.addDelegate(removed, priority);
+        ASSERT_EQ(other.m_pendingFirst != nullptr, priority == -2);
+    }
+    EXPECT_EQ(z.references, 0);
+    EXPECT_EQ(x.references, 0);
 }
 
 TEST_F(EventBaseTest, FailedAllocationLeavesTheEventSound) {

@@ -329,18 +329,58 @@ TEST_F(EventTest, ListenerMayLieInWhatItsRemovalDestroys) {
         void held(int) {}
         Listener listener;
     };
-    SharedPtr<Owner> owner(new Owner{said(b)});
-    event.add(said(a));
-    event.add(Listener::bindShared<&Owner::held>(owner));
-    event.add(Listener::bindCallable([&](int) {
-        event.add(said(b), 9); // waits
-        event.clear();
-        const Listener& listener = owner->listener;
-        owner.reset();
-        EXPECT_TRUE(event.remove(listener)); // sweeps the node that holds the last use before it finds the pending one
-    }));
-    event(1);
-    EXPECT_FALSE(event.contains(said(b)));
+    for (const bool isAdded : {false, true}) {
+        IntEvent other;
+        SharedPtr<Owner> owner(new Owner{said(b)});
+        other.add(said(a));
+        other.add(Listener::bindShared<&Owner::held>(owner));
+        other.add(Listener::bindCallable([&](int) {
+            other.add(said(b), 9); // waits
+            other.add(said(c), 9); // and is not the last to wait
+            other.clear();
+            const Listener& listener = owner->listener;
+            owner.reset();
+            // Sweeps the node that holds the last use before the waiting one is found.
+            if (isAdded) {
+                other.add(listener, 8);
+            } else {
+                EXPECT_TRUE(other.remove(listener));
+            }
+        }));
+        other(1);
+        EXPECT_EQ(other.contains(said(b)), isAdded);
+    }
+}
+
+// A target whose destructor adds a listener in front of all others.
+struct Successor {
+    explicit Successor(IntEvent& listened, SharedPtr<Voice> heir) : event(&listened), voice(std::move(heir)) {}
+    ~Successor() { event->add(Listener::bindShared<&Voice::say>(voice), -9); }
+    void held(int) {}
+    IntEvent* event;
+    SharedPtr<Voice> voice;
+};
+
+TEST_F(EventTest, DestructorsMayAddWhileTheirListenersGo) {
+    const SharedPtr<Voice> heir = Vorn::makeShared<Voice>("heir");
+    for (const int priority : {-1, 0}) {
+        for (const bool isRemoved : {false, true}) {
+            auto other = std::make_unique<IntEvent>();
+            SharedPtr<Successor> target = Vorn::makeShared<Successor>(*other, heir);
+            const auto held = Listener::bindShared<&Successor::held>(SharedPtr<Successor>(target.get(), [](void*) {}));
+            other->add(Listener::bindShared<&Successor::held>(target), priority);
+            other->add(said(a), 1);
+            target.reset();
+            if (isRemoved) {
+                EXPECT_TRUE(other->remove(held));
+                EXPECT_EQ(other->getDelegateCount(), 2u);
+                (*other)(1);
+                EXPECT_EQ(takeCalls(), (Calls{"heir1", "a1"}));
+            }
+            other.reset();
+            EXPECT_EQ(heir.getUseCount(), 1);
+        }
+    }
 }
 
 TEST_F(EventTest, ClearKeepsTheFirstNode) {

@@ -95,6 +95,15 @@ TEST(AllocationFailure, AnObjectThatGoesWithoutARecordCannotBeShared) {
     expectNoneLives();
 }
 
+TEST(AllocationFailure, AnObjectThatItsDeleterKeepsMayBeSharedAnew) {
+    Shared object;
+    const auto keep = [](void*) {};
+    failAllocation(1);
+    EXPECT_THROW(SharedPtr<Shared>(&object, keep), std::bad_alloc);
+    failAllocation(0);
+    EXPECT_EQ(SharedPtr<Shared>(&object, keep).getUseCount(), 1);
+}
+
 TEST(AllocationFailure, SharingAgainAllocatesNothing) {
     const SharedPtr<Shared> shared = Vorn::makeShared<Shared>();
     failEachAllocation(

@@ -8,6 +8,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
+#include <iomanip>
+#include <memory>
 #include <sstream>
 #include <unordered_set>
 
@@ -63,9 +66,32 @@ TEST(Interop, ComparesAndWritesEveryTextExactlyAndBuildsNothing) {
     EXPECT_TRUE(halved == pair);
 }
 
+TEST(Interop, EditedTextIsReadInUTF8) {
+    auto block = std::make_unique<unsigned char[]>(6);
+    std::memcpy(block.get(), "hello", 6);
+    UTF8String string(block.release(), 5, STRING_DATA_DYNAMIC, true);
+    string.getData()->getTerminatedBuffer<UTF16Char>(); // stays behind
+    string.erase(0, 1);
+    string.replace('m', 1, 1);
+    const String expected = "emlo"_vs;
+    ASSERT_EQ(string, expected);
+    EXPECT_TRUE(string == std::string("emlo"));
+    EXPECT_EQ(hashOf(string), hashOf(expected));
+    std::ostringstream stream;
+    stream << string;
+    EXPECT_EQ(stream.str(), "emlo");
+}
+
+TEST(Interop, ANullStringTakesTheWidthOfItsField) {
+    std::ostringstream stream;
+    stream << std::setw(3) << String() << 'x';
+    EXPECT_EQ(stream.str(), "   x");
+}
+
 TEST(Interop, StandardStringsMakeNoStringInAComparison) {
     const std::string text = "door";
     const String string = "door"_vs;
+    string.getData()->getTerminatedBuffer<UTF16Char>();
     EXPECT_EQ(allocationsDuring([&] { EXPECT_TRUE(string == text && text == string && !(text != string)); }), 0u);
 }
 
