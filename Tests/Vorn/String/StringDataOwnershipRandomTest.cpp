@@ -4,6 +4,7 @@
 #include "Support/Random.h"
 #include "Support/StringDataChains.h"
 #include "Support/StringUnits.h"
+#include "Support/Texts.h"
 #include "Vorn/Exception.h"
 #include "Vorn/String/String.h"
 
@@ -23,40 +24,16 @@ using namespace Vorn;
 
 constexpr std::size_t MostStrings = 40;
 
+Codes codesOf(const std::u32string& text) { return Codes(text.begin(), text.end()); }
+
 std::vector<unsigned char> encode(const std::u32string& text, unsigned char) {
-    std::vector<unsigned char> units;
-    const auto put = [&](unsigned int unit) { units.push_back(static_cast<unsigned char>(unit)); };
-    for (const char32_t c : text) {
-        if (c < 0x80) {
-            put(c);
-        } else if (c < 0x800) {
-            put(0xC0 | c >> 6);
-            put(0x80 | (c & 0x3F));
-        } else if (c < 0x10000) {
-            put(0xE0 | c >> 12);
-            put(0x80 | (c >> 6 & 0x3F));
-            put(0x80 | (c & 0x3F));
-        } else {
-            put(0xF0 | c >> 18);
-            put(0x80 | (c >> 12 & 0x3F));
-            put(0x80 | (c >> 6 & 0x3F));
-            put(0x80 | (c & 0x3F));
-        }
-    }
-    return units;
+    const std::string units = utf8Of(codesOf(text));
+    return {units.begin(), units.end()};
 }
 
 std::vector<UTF16Char> encode(const std::u32string& text, UTF16Char) {
-    std::vector<UTF16Char> units;
-    for (const char32_t c : text) {
-        if (c < 0x10000) {
-            units.push_back(static_cast<UTF16Char>(c));
-        } else {
-            units.push_back(static_cast<UTF16Char>(0xD800 + ((c - 0x10000) >> 10)));
-            units.push_back(static_cast<UTF16Char>(0xDC00 + (c & 0x3FF)));
-        }
-    }
-    return units;
+    const UTF16Text units = utf16Of(codesOf(text));
+    return {units.begin(), units.end()};
 }
 
 bool hasSupplementary(const std::u32string& text) {
