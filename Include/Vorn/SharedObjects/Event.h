@@ -85,8 +85,8 @@ public:
         VORN_ASSERT(!isDispatching(), "the event is being called already!");
         const Dispatch dispatch(*this);
         for (DelegateNode* node = this; node; node = node->getNext()) {
-            m_dispatchNode = node;
             if (!node->isValid()) continue;
+            m_dispatchNode = node;
             const DelegatePOD& pod = node->getDelegate();
             VornPrivate::typedCaller<void, Args...>(pod)(pod.object, pod.context, args...);
         }
