@@ -217,7 +217,7 @@ protected:
         return false;
     }
 
-    // Four bytes whose measuring passes in the full branch alone; all other verdicts only need to fail as told.
+    // Four bytes whose measuring passes in the full branch alone; all other verdicts only need to fail as it does.
     static bool convertsAsToldUnderAllVerdicts(const Text& text) {
         for (const int charset : {1, 2, 3, 0}) {
             if (!convertsAsTold(text, charset)) return false;

@@ -141,9 +141,9 @@ public:
     /// with "Invalid index!" for an index behind the end.
     unsigned int assertValidInsertIndex(int& index) const;
 
-    // Edits. All of them make the string private by `reserve`, which may refuse as told there, and then work in place.
-    // One that fails for an index, a length or a code leaves the text as it was; one whose String is held in UTF-16 and
-    // cannot be converted leaves the new length without the new bytes.
+    // Edits. All of them make the string private by `reserve`, which may refuse, and then work in place. One that fails
+    // for an index, a length or a code leaves the text as it was; one whose String is held in UTF-16 and cannot be
+    // converted leaves the new length without the new bytes.
     // A code is written as 0xC0 0x80 for 0 and raises `Exception<7>` with "Invalid Unicode character!" if it has no
     // UTF-8 form; codes from 0x80000080 upward are taken for single bytes. On a string with no record, every edit
     // raises `Exception<2>` with "getRefCount() == 1 : Can't set length on a string with more than one reference!!!".
