@@ -46,8 +46,7 @@ void delegateAddUseRef(void* context, DelegateContextAddRef op) {
 void delegateAddWeakRef(void* context, DelegateContextAddRef op) {
     RefCounter* const counter = static_cast<RefCounter*>(context);
     if (op == DELEGATE_ADD_REF) {
-        counter->m_weakCount.fetch_add(1,
-                                       std::memory_order_relaxed); // the caller holds a reference: nothing to publish
+        counter->m_weakCount.fetch_add(1, std::memory_order_relaxed); // as above
         return;
     }
     if (!counter) return;

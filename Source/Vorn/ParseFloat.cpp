@@ -209,6 +209,8 @@ float parseFloat(const UTF16Char* str, unsigned int* count, unsigned int length)
     return VornPrivate::parseFloatType<float>(str, count, length);
 }
 
+float parseFloat(String str) { return VornPrivate::parseFloatString<float>(str); }
+
 double parseDouble(const unsigned char* str, unsigned int* count, unsigned int length) {
     return VornPrivate::parseFloatType<double>(str, count, length);
 }
@@ -216,6 +218,8 @@ double parseDouble(const unsigned char* str, unsigned int* count, unsigned int l
 double parseDouble(const UTF16Char* str, unsigned int* count, unsigned int length) {
     return VornPrivate::parseFloatType<double>(str, count, length);
 }
+
+double parseDouble(String str) { return VornPrivate::parseFloatString<double>(str); }
 
 float parseReal(const unsigned char* str, unsigned int* count, unsigned int length) {
     return VornPrivate::parseFloatType<float>(str, count, length);
@@ -225,14 +229,6 @@ float parseReal(const UTF16Char* str, unsigned int* count, unsigned int length) 
     return VornPrivate::parseFloatType<float>(str, count, length);
 }
 
-// NOLINTBEGIN(performance-unnecessary-value-param): the handle comes by value, and callers link against that
-
-float parseFloat(String str) { return VornPrivate::parseFloatString<float>(str); }
-
-double parseDouble(String str) { return VornPrivate::parseFloatString<double>(str); }
-
 float parseReal(String str) { return VornPrivate::parseFloatString<float>(str); }
-
-// NOLINTEND(performance-unnecessary-value-param)
 
 } // namespace Vorn

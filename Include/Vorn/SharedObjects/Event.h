@@ -85,7 +85,7 @@ public:
         VORN_ASSERT(!isDispatching(), "the event is being called already!");
         const Dispatch dispatch(*this);
         for (DelegateNode* node = this; node; node = node->getNext()) {
-            if (!node->isValid()) continue;
+            if (!node->isValid()) continue; // nobody is called who could ask where the dispatch is
             m_dispatchNode = node;
             const DelegatePOD& pod = node->getDelegate();
             VornPrivate::typedCaller<void, Args...>(pod)(pod.object, pod.context, args...);
