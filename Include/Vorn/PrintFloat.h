@@ -32,8 +32,10 @@ enum FloatExponent {
 VORN_API unsigned int measureDec(float value, unsigned int precision, FloatExponent exponent);
 VORN_API unsigned int measureDec(double value, unsigned int precision, FloatExponent exponent);
 
-/// Prints with `precision` digits behind the point, in the "C" locale whatever the global one is. Lets out what the
-/// standard library throws, such as `std::runtime_error` where the locale cannot be built.
+/// Prints with `precision` digits behind the point, in the "C" locale whatever the global one is. Every precision is
+/// safe: only the digits that can differ from 0 pass through a stream. Throws what the standard library throws, such as
+/// `std::runtime_error` where the locale cannot be built.
+/// @warning A stream takes a precision of 2^31 and more for a negative one and prints six digits.
 /// @warning With `FLOAT_EXPONENT_AUTO` (and any value but the two others) the result is the smaller of the sizes with
 ///     an exponent and with both flags set, but the text written is the one with both flags set, also where that is
 ///     the longer one. Such a text runs over the end of a buffer that only the smaller one fits. Give room for both, or

@@ -57,17 +57,39 @@ unsigned int writePass(std::basic_ostream<StreamChar<CharType>>& stream, FloatOu
     return buffer.getCount();
 }
 
+/// Splits a precision into the digits that a stream prints and the zeros that this file adds.
+struct DecimalPrecision {
+    /// From this number of digits behind the point on, each further digit is 0 in both layouts: every value is a
+    /// multiple of the smallest subnormal one, which is 2 to the power of minus this number.
+    template <class T>
+    static constexpr unsigned int FRACTION_DIGITS = static_cast<unsigned int>(std::numeric_limits<T>::digits -
+                                                                              std::numeric_limits<T>::min_exponent);
+
+    /// Zeros that follow from the precision alone bypass the stream, because a stream may build its text on the stack.
+    /// A stream passes its precision on as an `int` and prints six digits if that is negative.
+    template <class T>
+    DecimalPrecision(T value, unsigned int precision) : streamed(-1), zeros(0) {
+        if (precision > static_cast<unsigned int>(std::numeric_limits<int>::max())) return;
+        const unsigned int digits = std::min(precision, FRACTION_DIGITS<T>);
+        streamed = static_cast<std::streamsize>(digits);
+        if (std::isfinite(value)) zeros = precision - digits;
+    }
+
+    std::streamsize streamed;
+    unsigned int zeros; // added behind the digits if one of `fixed` and `scientific` is set; with both none are missing
+};
+
 /// The passes that find the size. Flags are only ever added: after the two passes of the automatic layout both are set,
 /// and a pass that follows prints as the second one did, whichever was the shorter.
 template <class T, class CharType>
 unsigned int countPasses(std::basic_ostream<StreamChar<CharType>>& stream, FloatOutBuf<CharType>& buffer, T value,
-                         FloatExponent exponent) {
+                         unsigned int zeros, FloatExponent exponent) {
     if (exponent == Vorn::FLOAT_EXPONENT_NONE) {
         stream.setf(std::ios_base::fixed);
-        return writePass(stream, buffer, value);
+        return writePass(stream, buffer, value) + zeros;
     }
     stream.setf(std::ios_base::scientific);
-    const unsigned int first = writePass(stream, buffer, value);
+    const unsigned int first = writePass(stream, buffer, value) + zeros;
     if (exponent == Vorn::FLOAT_EXPONENT_ALWAYS) return first;
 
     buffer.reset(nullptr);
@@ -79,27 +101,40 @@ unsigned int countPasses(std::basic_ostream<StreamChar<CharType>>& stream, Float
 /// Runs on the global locale, unlike `printDecFloat`.
 template <class T>
 unsigned int measureDecFloat(T value, unsigned int precision, FloatExponent exponent) {
+    const DecimalPrecision split(value, precision);
     FloatOutBuf<char> buffer;
     std::basic_ostream<char> stream(&buffer);
-    stream.precision(static_cast<std::streamsize>(precision));
+    stream.precision(split.streamed);
     stream.width(0);
-    return countPasses(stream, buffer, value, exponent);
+    return countPasses(stream, buffer, value, split.zeros, exponent);
+}
+
+/// Moves the exponent, if there is one, behind `zeros` further digits.
+template <class CharType>
+void insertZeros(CharType* text, unsigned int size, unsigned int zeros) {
+    CharType* const end = text + size;
+    CharType* const digitsEnd = std::find(text, end, static_cast<CharType>('e'));
+    std::copy_backward(digitsEnd, end, end + zeros);
+    std::fill_n(digitsEnd, zeros, static_cast<CharType>('0'));
 }
 
 template <class T, class CharType>
 unsigned int printDecFloat(T value, CharType* destination, unsigned int destinationSize, unsigned int precision,
                            FloatExponent exponent) {
+    const DecimalPrecision split(value, precision);
     FloatOutBuf<CharType> buffer;
     const std::locale locale("C");
     buffer.pubimbue(locale);
     std::basic_ostream<StreamChar<CharType>> stream(&buffer);
     stream.imbue(locale);
-    stream.precision(static_cast<std::streamsize>(precision));
+    stream.precision(split.streamed);
     stream.width(0);
-    const unsigned int count = countPasses(stream, buffer, value, exponent);
+    const unsigned int count = countPasses(stream, buffer, value, split.zeros, exponent);
     if (destination && count <= destinationSize) {
         buffer.reset(destination);
-        writePass(stream, buffer, value);
+        const unsigned int size = writePass(stream, buffer, value);
+        const bool isOneLayout = exponent == Vorn::FLOAT_EXPONENT_NONE || exponent == Vorn::FLOAT_EXPONENT_ALWAYS;
+        if (isOneLayout && split.zeros != 0) insertZeros(destination, size, split.zeros);
     }
     return count;
 }

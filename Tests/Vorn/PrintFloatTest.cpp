@@ -12,9 +12,11 @@
 #include <algorithm>
 #include <bit>
 #include <cmath>
+#include <cstdio>
 #include <limits>
 #include <locale>
 #include <sstream>
+#include <vector>
 
 namespace {
 
@@ -348,6 +350,126 @@ TEST(PrintDecFloat, AutomaticLayoutCountsTheShorterTextAndWritesTheLast) {
     EXPECT_TRUE(firstWon && secondWon) << "the values must show both outcomes";
 }
 
+// What the C library makes of a value: a printer of its own, which takes any precision below 2^31.
+std::string formatted(double value, unsigned int precision, FloatExponent exponent) {
+    const char* const format = exponent == FLOAT_EXPONENT_NONE ? "%.*f" : "%.*e";
+    std::string text(precision + 400, '?');
+    const int size = std::snprintf(text.data(), text.size(), format, static_cast<int>(precision), value);
+    text.resize(static_cast<std::size_t>(size));
+    return text;
+}
+
+// The text in a buffer that just fits, which lies on the heap and has nothing behind it.
+template <class CharType, class T>
+std::string printedExactly(T value, unsigned int precision, FloatExponent exponent, std::size_t size) {
+    std::vector<CharType> units(size, Printed<CharType>::UNTOUCHED);
+    EXPECT_EQ(Vorn::printDec(value, units.data(), static_cast<unsigned int>(size - 1), precision, exponent), size);
+    EXPECT_EQ(units.front(), Printed<CharType>::UNTOUCHED) << "too small a buffer is left alone";
+    EXPECT_EQ(Vorn::printDec(value, units.data(), static_cast<unsigned int>(size), precision, exponent), size);
+    return narrow(units.data(), size);
+}
+
+template <class T>
+void expectLongDec(T value, unsigned int precision) {
+    for (const FloatExponent exponent : {FLOAT_EXPONENT_NONE, FLOAT_EXPONENT_ALWAYS}) {
+        const std::string expected = formatted(value, precision, exponent);
+        SCOPED_TRACE(formatted(value, 9, exponent) + (sizeof(T) == 4 ? "f, precision " : ", precision ") +
+                     std::to_string(precision));
+        EXPECT_EQ(Vorn::measureDec(value, precision, exponent), expected.size());
+        EXPECT_TRUE((printedExactly<unsigned char>(value, precision, exponent, expected.size()) == expected));
+        EXPECT_TRUE((printedExactly<UTF16Char>(value, precision, exponent, expected.size()) == expected));
+    }
+    const std::size_t scientific = formatted(value, precision, FLOAT_EXPONENT_ALWAYS).size();
+    const std::size_t both = streamed(value, 6, SCIENTIFIC | FIXED, std::locale::classic()).size();
+    for (const FloatExponent exponent : {FLOAT_EXPONENT_AUTO, static_cast<FloatExponent>(3)}) {
+        EXPECT_EQ(Vorn::measureDec(value, precision, exponent), std::min(scientific, both)) << precision;
+        unsigned char buffer[64] = {};
+        EXPECT_EQ(Vorn::printDec(value, buffer, 64, precision, exponent), std::min(scientific, both)) << precision;
+    }
+}
+
+// Values with the most digits in front of the point and behind it, with few and with none.
+constexpr double LONGEST[] = {0.0,
+                              -0.0,
+                              1.5,
+                              -0.1,
+                              1e22,
+                              std::numeric_limits<double>::max(),
+                              std::numeric_limits<double>::min(),
+                              -std::numeric_limits<double>::denorm_min(),
+                              0x1.FFFFFFFFFFFFFp-1022,
+                              0x0.FFFFFFFFFFFFFp-1022};
+constexpr float LONGEST_SINGLE[] = {0.0f,
+                                    1.5f,
+                                    -0.1f,
+                                    1e10f,
+                                    std::numeric_limits<float>::max(),
+                                    std::numeric_limits<float>::min(),
+                                    -std::numeric_limits<float>::denorm_min(),
+                                    0x1.FFFFFEp-126f,
+                                    0x0.FFFFFEp-126f};
+
+TEST(PrintDecFloat, EveryPrecisionPrintsAllItsDigits) {
+    for (const unsigned int precision : {0u, 1u, 111u, 148u, 149u, 150u, 766u, 767u, 1073u, 1074u, 1075u, 1100u}) {
+        for (const double value : LONGEST) expectLongDec(value, precision);
+        for (const float value : LONGEST_SINGLE) expectLongDec(value, precision);
+    }
+    for (const double value : {1.5, -std::numeric_limits<double>::denorm_min()}) expectLongDec(value, 1000000);
+    for (const float value : {-1.5f, std::numeric_limits<float>::denorm_min()}) expectLongDec(value, 1000000);
+    expectLongDec(-0.1, 10000000); // such a text once overflowed the stack
+}
+
+TEST(PrintDecFloat, WhatIsNotFiniteHasNoZeros) {
+    for (const unsigned int precision : {1074u, 1100u, 1000000u, 2147483647u, 2147483648u, 4294967295u}) {
+        for (const FloatExponent exponent : {FLOAT_EXPONENT_AUTO, FLOAT_EXPONENT_NONE, FLOAT_EXPONENT_ALWAYS}) {
+            expectDec(INFINITE<double>, precision, exponent, "inf");
+            expectDec(-INFINITE<float>, precision, exponent, "-inf");
+            expectDec(NOT_A_NUMBER<double>, precision, exponent, "nan");
+            expectDec(NOT_A_NUMBER<float>, precision, exponent, "nan");
+        }
+    }
+}
+
+TEST(PrintDecFloat, TheLargestPrecisionsAreCountedOnly) {
+    const struct {
+        double value;
+        FloatExponent exponent;
+        unsigned int others; // characters besides the digits behind the point
+    } rows[] = {
+        {1.5, FLOAT_EXPONENT_NONE, 2},   {-1.5, FLOAT_EXPONENT_ALWAYS, 7},
+        {1e22, FLOAT_EXPONENT_NONE, 24}, {std::numeric_limits<double>::max(), FLOAT_EXPONENT_NONE, 310},
+        {0.0, FLOAT_EXPONENT_ALWAYS, 6}, {std::numeric_limits<double>::denorm_min(), FLOAT_EXPONENT_ALWAYS, 7},
+    };
+    unsigned char byte = 0xEE;
+    UTF16Char unit = 0xEEEE;
+    for (const auto& row : rows) {
+        for (const unsigned int precision : {2147483646u, 2147483647u}) {
+            SCOPED_TRACE(row.value);
+            const unsigned int size = precision + row.others;
+            EXPECT_EQ(Vorn::measureDec(row.value, precision, row.exponent), size);
+            EXPECT_EQ(Vorn::printDec(row.value, &byte, 1, precision, row.exponent), size);
+            EXPECT_EQ(Vorn::printDec(row.value, &unit, 1, precision, row.exponent), size);
+            EXPECT_EQ(Vorn::printDec(row.value, static_cast<unsigned char*>(nullptr), 0, precision, row.exponent),
+                      size);
+        }
+    }
+    EXPECT_EQ(byte, 0xEE);
+    EXPECT_EQ(unit, 0xEEEE);
+    EXPECT_EQ(Vorn::measureDec(0.5f, 2147483647u, FLOAT_EXPONENT_NONE), 2147483649u);
+    EXPECT_EQ(Vorn::measureDec(0.5f, 2147483647u, FLOAT_EXPONENT_ALWAYS), 2147483653u);
+}
+
+// For a stream these are negative.
+TEST(PrintDecFloat, PrecisionsFromTwoToThe31stOnPrintSixDigits) {
+    for (const unsigned int precision : {2147483648u, 2147483649u, 4294967295u}) {
+        expectDec(1.5, precision, FLOAT_EXPONENT_NONE, "1.500000");
+        expectDec(-0.1f, precision, FLOAT_EXPONENT_NONE, "-0.100000");
+        expectDec(1.5, precision, FLOAT_EXPONENT_ALWAYS, "1.500000e+00");
+        expectDec(-0.1f, precision, FLOAT_EXPONENT_ALWAYS, "-1.000000e-01");
+        expectAuto<double, unsigned char>(123.456, precision, FLOAT_EXPONENT_AUTO);
+    }
+}
+
 template <class StreamChar>
 class Grouping : public std::numpunct<StreamChar> {
 protected:
@@ -377,6 +499,7 @@ TEST(PrintDecFloat, OnlyMeasuringFollowsTheGlobalLocale) {
     ASSERT_EQ(Vorn::printDec(1234567.0f, units, 16, 0, FLOAT_EXPONENT_NONE), 7u);
     EXPECT_EQ(narrow(units, 7), "1234567");
     EXPECT_EQ(Vorn::printDec(1234567.0, static_cast<unsigned char*>(nullptr), 0, 0, FLOAT_EXPONENT_NONE), 7u);
+    EXPECT_EQ(Vorn::measureDec(1234567.0, 5000, FLOAT_EXPONENT_NONE), 9u + 1 + 5000);
 }
 
 TEST(PrintHexFloat, PrintersTakeNothingFromTheHeap) {
