@@ -18,8 +18,13 @@
 /// True in the common case.
 #define VORN_LIKELY(condition) __builtin_expect(static_cast<bool>(condition), 1)
 
-/// Lets the compiler check the arguments of a function that formats like `printf`.
+/// Makes the compiler check the arguments of a function that formats like `printf`. Both indices count from 1, and a
+/// member function's `this` is the first argument. `firstIndex` is 0 for a `std::va_list`.
+#if defined(__MINGW32__) && !defined(__clang__)
+#define VORN_PRINTF(formatIndex, firstIndex) __attribute__((format(gnu_printf, formatIndex, firstIndex)))
+#else
 #define VORN_PRINTF(formatIndex, firstIndex) __attribute__((format(printf, formatIndex, firstIndex)))
+#endif
 
 static_assert(sizeof(unsigned int) == 4, "lengths, codes and packed words are unsigned int of 32 bits");
 static_assert(sizeof(short) == 2 && sizeof(long long) == 8, "the number functions rely on these widths");

@@ -6,7 +6,12 @@
 //     file:line: function: Exception: type:message
 //
 // Each exception reports itself once, when it is built, to the callback of AllExceptions::setLogCallback, before any
-// handler runs. Without a callback the line is built only when somebody asks for it.
+// handler runs. Without a callback the line is built only when it is first requested.
+//
+// Memory: reporting a failure never replaces it by `std::bad_alloc`. If memory ends, `what` returns a fixed text, the
+// callback receives the line from a buffer of 1 KiB on the stack, and every other accessor works as always. Only a
+// message that is made at run time (a formatted one, or an `ExceptionString` of joined or copied text) ends the process
+// then.
 //
 // Threads: the callback is a plain pointer; set it before other threads raise. An exception belongs to one thread.
 #pragma once
@@ -47,8 +52,10 @@ public:
     /// The same as `getLogString`.
     const char* what() const noexcept override;
 
-    /// The report in one line. It is built at the first call and kept, so later calls return the same pointer.
-    const char* getLogString() const;
+    /// The report in one line. It is built at the first call and kept, so later calls return the same pointer. If
+    /// memory ends, or the line is longer than 2^31 - 1 bytes, returns "Vorn: out of memory while building the report";
+    /// the exception is as before, and the next call tries again.
+    const char* getLogString() const noexcept;
 
     const char* getType() const noexcept { return m_type.getString(); }         ///< such as "::Vorn::E::PARAMETER"
     const char* getMessage() const noexcept { return m_message.getString(); }   ///< null if the site gave none
@@ -61,7 +68,8 @@ public:
     unsigned int getLine() const noexcept { return m_line; } ///< line number of the site
     int getCode() const noexcept { return m_code; }          ///< N of `Exception<N>`
 
-    /// Sets the function that receives each report, terminated, while its exception is being built; null for none.
+    /// Sets the function that receives each report, terminated, while its exception is being built; null for none. If
+    /// memory ends, the report is cut at 1023 bytes and is valid for this call alone.
     /// @warning An exception that the callback throws leaves the failing site in place of the one being built.
     static void setLogCallback(void (*callback)(const char*)) noexcept;
 
@@ -77,10 +85,12 @@ protected:
                   const ExceptionString& lineString, unsigned int line, const ExceptionString& message,
                   const ExceptionString& logString) noexcept;
 
-    /// Makes the message: all of `prefix`, then the formatted text, of which at most 4095 bytes are kept.
+    /// Makes the message: all of `prefix`, then the formatted text, of which at most 4095 bytes are kept. Calls `abort`
+    /// if memory ends.
+    VORN_PRINTF(3, 0)
     void printMessage(const ExceptionString& prefix, const char* format, std::va_list arguments);
 
-    /// Hands the report to the callback if one is set. The constructors of `Exception<N>` end with it.
+    /// Passes the report to the callback if one is set. The constructors of `Exception<N>` end with it.
     void report() const;
 
     static void (*pLogCallback)(const char*);
@@ -93,6 +103,10 @@ protected:
     ExceptionString m_lineString;
     unsigned int m_line;
     int m_code;
+
+private:
+    // Fills m_logString unless it is set already. Returns false if memory ends.
+    bool tryBuildReport() const noexcept;
 };
 
 /// A failure of code N. The library raises `Exception<1>`, `<2>`, `<4>` and `<7>`; there are no others.
@@ -104,7 +118,7 @@ public:
               const ExceptionString& lineString, unsigned int line, const ExceptionString& message);
 
     /// A failure with the message `prefix` and then at most 4095 bytes formatted as by `printf`; for codes 1 and 2
-    /// only. Ends by reporting to the log callback.
+    /// only. Ends by reporting to the log callback. Calls `abort` if memory ends.
     template <int Code = N, std::enable_if_t<Code == E::ASSERT || Code == E::INTERNAL, int> = 0>
     VORN_PRINTF(8, 9)
     Exception(const ExceptionString& type, const ExceptionString& file, const ExceptionString& function,
@@ -128,7 +142,7 @@ extern template class Exception<E::UNICODE>;
                                                  const ExceptionString& lineString, unsigned int line,
                                                  const ExceptionString& message);
 
-/// Raises `Exception<1>` with the message `prefix` and then at most 4095 formatted bytes.
+/// Raises `Exception<1>` with the message `prefix` and then at most 4095 formatted bytes. Calls `abort` if memory ends.
 [[noreturn]] VORN_API VORN_COLD VORN_PRINTF(6, 7) void throwAssert(const ExceptionString& file,
                                                                    const ExceptionString& function,
                                                                    const ExceptionString& lineString, unsigned int line,
@@ -140,7 +154,7 @@ extern template class Exception<E::UNICODE>;
                                                          const ExceptionString& lineString, unsigned int line,
                                                          const ExceptionString& message);
 
-/// Raises `Exception<2>` with the message `prefix` and then at most 4095 formatted bytes.
+/// Raises `Exception<2>` with the message `prefix` and then at most 4095 formatted bytes. Calls `abort` if memory ends.
 [[noreturn]] VORN_API
     VORN_COLD VORN_PRINTF(6, 7) void throwInternalAssert(const ExceptionString& file, const ExceptionString& function,
                                                          const ExceptionString& lineString, unsigned int line,

@@ -4,13 +4,15 @@
 // character. Text made at run time lives in one counted heap block that copies share.
 //
 // This type is for reports and nothing else: lengths of 16384 and more run into its flags, and running out of memory
-// ends the process. For text of the program itself take String.
+// ends the process (`std::abort`), as does a text of more than 2^31 - 1 bytes. For text of the program itself take
+// String.
 //
 // Threads: the count is a plain integer. All copies of one dynamic text belong to one thread at a time.
 #pragma once
 
 #include "Vorn/Config.h"
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -28,8 +30,8 @@ public:
     /// A null text.
     ExceptionString() noexcept : m_sizeAndFlags(0), m_text(nullptr) {}
 
-    /// A static text of `size` bytes. Nothing is read, measured or copied: the characters must outlive every copy, and
-    /// need not be terminated. With a null `text`, `size` is kept all the same.
+    /// A static text of `size` bytes, which is not negative. Nothing is read, measured or copied: the characters must
+    /// outlive every copy, and need not be terminated. With a null `text`, `size` is kept all the same.
     ExceptionString(const char* text, int size) noexcept : m_sizeAndFlags(size), m_text(const_cast<char*>(text)) {}
 
     /// Copies the two words; takes a share of a dynamic block.
@@ -38,16 +40,18 @@ public:
         stringAddRef();
     }
 
-    /// The joined text as one new block, or a null text if all parts are empty.
+    /// The joined text as one new block, or a null text if all parts are empty. Calls `abort` as `createString` does,
+    /// also for a sum of more than 2^31 - 1 bytes.
     ExceptionString(const ExceptionStringJoiner& joiner);
 
-    /// A dynamic copy of the bytes of `text`, whatever their number. The number is not read: it only tells this
-    /// constructor from the others.
+    /// A dynamic copy of the bytes of `text`. The second argument is not read: it only selects this constructor. Calls
+    /// `abort` as `createString` does, also for more than 2^31 - 1 bytes.
     ExceptionString(const std::string& text, float);
 
     /// A dynamic copy of the UTF-8 text of `text`, converted straight into the block if the string holds UTF-16 only;
-    /// the string itself gains no buffer. A null string gives a dynamic empty text, not a null one. The number is not
-    /// read. Raises `Exception<2>` where the conversion to UTF-8 does (`stringDataConvertCopyToUTF8`).
+    /// the string itself gains no buffer. A null string gives a dynamic empty text, not a null one. The second argument
+    /// is not read. Throws `Exception<2>` where the conversion to UTF-8 does (`stringDataConvertCopyToUTF8`). Calls
+    /// `abort` as `createString` does, also for more than 2^31 - 1 bytes.
     ExceptionString(const String& text, float);
 
     ~ExceptionString() { stringRelease(); }
@@ -57,11 +61,12 @@ public:
     ExceptionString& operator=(const ExceptionString& other) noexcept;
 
     /// Gives up the own share and takes the joined text. If all parts are empty, a dynamic text becomes null and a
-    /// static one stays as it is. Parts may be copies of this text: `s = s + x` works.
+    /// static one stays as it is. Parts may be copies of this text: `s = s + x` works. Calls `abort` as the constructor
+    /// from a joiner does.
     ExceptionString& operator=(const ExceptionStringJoiner& joiner);
 
-    /// Starts a dynamic text of at most `size` bytes and gives the place to write them, zero-terminated at `size`.
-    /// Finish with `doneCreateString`. Running out of memory calls `abort`.
+    /// Starts a dynamic text of at most `size` bytes and returns the buffer for them, which is all zeros and terminated
+    /// at `size`. Finish with `doneCreateString`. Calls `abort` if memory ends or `size` is negative.
     char* createString(int size);
 
     /// Ends what `createString` began: terminates the text at `size`, which may be less than was asked for.
@@ -92,6 +97,8 @@ public:
     int refCount() const noexcept { return hasBlock() ? blockCount() : 0; }
 
 private:
+    friend class AllExceptions; // builds a report without ending the process
+
     static constexpr int DYNAMIC = 0x8000;
     static constexpr int CREATING = 0x4000;
 
@@ -109,6 +116,10 @@ private:
 
     int& blockCount() const noexcept; // out of line: a compiler that sees a literal's address here warns of its size
     void freeBlock() noexcept;
+
+    // As `createString`, but clears nothing. Returns null if memory ends or no `int` holds `size`, or if `size` is
+    // negative; the old reference is released then as well.
+    char* tryCreateString(std::int64_t size) noexcept;
     void doJoin(const ExceptionStringJoiner& joiner);
 
     int m_sizeAndFlags; // length in bytes, with DYNAMIC and CREATING inside the same word
@@ -118,7 +129,8 @@ private:
 static_assert(sizeof(void*) != 4 || sizeof(ExceptionString) == 8, "two words");
 
 /// The parts of a text that is written as `a + b + c`, until they are concatenated into one block. It holds a copy or
-/// a share of each part and lives as long as one expression.
+/// a share of each part and lives as long as one expression. Growing throws `std::bad_alloc` if memory ends; all texts
+/// are as before then.
 class ExceptionStringJoiner {
 public:
     ExceptionStringJoiner(const ExceptionString& first, const ExceptionString& second) : m_parts{first, second} {}

@@ -2,7 +2,11 @@
 
 #include "Vorn/Assert.h"
 
+#include "ReportSize.h"
+
+#include <algorithm>
 #include <cerrno>
+#include <cstdint>
 #include <cstdio>
 #include <cstring>
 
@@ -28,12 +32,77 @@ void formatMessage(ExceptionString& message, const ExceptionString& prefix, cons
     char buffer[4096] = {};
     errno = 0;
     const int length = formatBounded(buffer, format, arguments);
-    const int total = prefix.size() + length;
+    const int total = VornPrivate::reportSize(std::uint64_t(std::int64_t{prefix.size()} + length));
     char* const text = message.createString(total);
     if (prefix.size() != 0) std::memcpy(text, prefix.getString(), static_cast<std::size_t>(prefix.size()));
     std::memcpy(text + prefix.size(), buffer, static_cast<std::size_t>(length));
     message.doneCreateString(total);
 }
+
+/// The parts of a report, joined without the heap.
+///
+/// The line has the length that texts have which are joined one by one: each part is added to a text that reports its
+/// length without the bits of the flags, so a line that reaches these bits loses its end and grows from there.
+class ReportLine {
+public:
+    ReportLine(const ExceptionString& file, unsigned int line, const ExceptionString& function,
+               const ExceptionString& type, const ExceptionString& message) noexcept {
+        append(file);
+        append(literal(":"));
+        append(ExceptionString(m_digits, std::snprintf(m_digits, sizeof m_digits, "%u", line)));
+        append(literal(": "));
+        append(function);
+        append(literal(": Exception: "));
+        append(type);
+        append(literal(":"));
+        append(message);
+    }
+
+    ReportLine(const ReportLine&) = delete; // one part lies in m_digits
+    ReportLine& operator=(const ReportLine&) = delete;
+
+    /// Length in bytes.
+    std::int64_t size() const noexcept { return m_size; }
+
+    /// Copies the first `size` bytes, or all if there are fewer. Returns the number of bytes copied.
+    std::int64_t copyTo(char* destination, std::int64_t size) const noexcept {
+        std::int64_t copied = 0;
+        for (const Part& part : m_parts) {
+            const std::int64_t count = std::min(part.size, size - copied);
+            if (count > 0) std::memcpy(destination + copied, part.text, static_cast<std::size_t>(count));
+            copied += count;
+        }
+        return copied;
+    }
+
+private:
+    static constexpr int PART_COUNT = 9;
+
+    struct Part {
+        const char* text = nullptr;
+        std::int64_t size = 0;
+    };
+
+    void append(const ExceptionString& part) noexcept {
+        constexpr std::int64_t FLAGS = 0xC000;
+        truncate(m_size & ~FLAGS);
+        m_parts[m_count++] = Part{part.getString(), part.size()};
+        m_size += part.size();
+    }
+
+    void truncate(std::int64_t size) noexcept {
+        for (int i = m_count; m_size > size; --i) {
+            const std::int64_t surplus = std::min(m_parts[i - 1].size, m_size - size);
+            m_parts[i - 1].size -= surplus;
+            m_size -= surplus;
+        }
+    }
+
+    Part m_parts[PART_COUNT];
+    int m_count = 0;
+    std::int64_t m_size = 0;
+    char m_digits[16];
+};
 
 // Raises for a formatting function, whose arguments cannot be handed on to a constructor.
 template <int N>
@@ -81,22 +150,19 @@ AllExceptions& AllExceptions::operator=(const AllExceptions& other) {
 
 const char* AllExceptions::what() const noexcept { return getLogString(); }
 
-const char* AllExceptions::getLogString() const {
-    if (m_logString.isNull()) {
-        constexpr int CAPACITY = 1024;
-        ExceptionString digits;
-        digits.doneCreateString(std::snprintf(digits.createString(CAPACITY), CAPACITY, "%u", m_line));
+bool AllExceptions::tryBuildReport() const noexcept {
+    if (!m_logString.isNull()) return true;
+    const ReportLine line(m_file, m_line, m_function, m_type, m_message);
+    if (line.size() < 1) return true; // the flags took all of it
+    char* const text = m_logString.tryCreateString(line.size());
+    if (!text) return false;
+    line.copyTo(text, line.size());
+    m_logString.doneCreateString(static_cast<int>(line.size()));
+    return true;
+}
 
-        ExceptionString text = m_file + literal(":");
-        text = text + digits;
-        text = text + literal(": ");
-        text = text + m_function;
-        text = text + literal(": Exception: ");
-        text = text + m_type;
-        text = text + literal(":");
-        m_logString = text + m_message;
-    }
-    return m_logString.getString();
+const char* AllExceptions::getLogString() const noexcept {
+    return tryBuildReport() ? m_logString.getString() : "Vorn: out of memory while building the report";
 }
 
 void AllExceptions::setLogCallback(void (*callback)(const char*)) noexcept { pLogCallback = callback; }
@@ -110,7 +176,14 @@ void AllExceptions::printMessage(const ExceptionString& prefix, const char* form
 }
 
 void AllExceptions::report() const {
-    if (pLogCallback) pLogCallback(getLogString());
+    if (!pLogCallback) return;
+    if (tryBuildReport()) {
+        pLogCallback(m_logString.getString());
+    } else {
+        char line[1024];
+        line[ReportLine(m_file, m_line, m_function, m_type, m_message).copyTo(line, sizeof line - 1)] = '\0';
+        pLogCallback(line);
+    }
 }
 
 template <int N>

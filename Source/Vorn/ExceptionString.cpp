@@ -2,8 +2,11 @@
 
 #include "Vorn/String/String.h"
 
+#include "ReportSize.h"
+
 #include <cstdlib>
 #include <cstring>
+#include <limits>
 #include <new>
 
 namespace Vorn {
@@ -17,7 +20,7 @@ constexpr std::size_t COUNT_SIZE = sizeof(int);
 ExceptionString::ExceptionString(const ExceptionStringJoiner& joiner) : ExceptionString() { doJoin(joiner); }
 
 ExceptionString::ExceptionString(const std::string& text, float) : ExceptionString() {
-    const int size = static_cast<int>(text.size());
+    const int size = VornPrivate::reportSize(text.size());
     std::memcpy(createString(size), text.data(), text.size());
     doneCreateString(size);
 }
@@ -27,7 +30,7 @@ ExceptionString::ExceptionString(const String& text, float) : ExceptionString() 
     const unsigned int size = data ? data->getUTF8Length() : 0;
     // A text with U+0000 can be written up to two bytes longer than it is measured.
     const unsigned int slack = text.haveEmbeddedNulls() ? 2 : 0;
-    char* const block = createString(static_cast<int>(size + slack));
+    char* const block = createString(VornPrivate::reportSize(std::uint64_t(size) + slack));
     if (data) data->copyToUTF8(reinterpret_cast<unsigned char*>(block), size);
     doneCreateString(static_cast<int>(size));
 }
@@ -51,17 +54,26 @@ ExceptionString& ExceptionString::operator=(const ExceptionStringJoiner& joiner)
 }
 
 char* ExceptionString::createString(int size) {
-    stringRelease();
-    try {
-        m_text = new char[COUNT_SIZE + static_cast<std::size_t>(size) + 1];
-    } catch (...) {
-        std::abort(); // a failure must not raise a second failure while it is being reported
-    }
-    new (m_text) int(1);
-    char* const text = m_text + COUNT_SIZE;
-    text[size] = '\0';
-    m_sizeAndFlags = size | CREATING | DYNAMIC;
+    char* const text = tryCreateString(size);
+    if (!text) std::abort(); // a failure must not raise a second failure while it is being reported
+    std::memset(text, 0, static_cast<std::size_t>(size)); // what the caller leaves unwritten must not show the heap
     return text;
+}
+
+char* ExceptionString::tryCreateString(std::int64_t size) noexcept {
+    stringRelease();
+    if (size < 0 || size > std::numeric_limits<int>::max()) return nullptr;
+    char* block;
+    try {
+        block = new char[COUNT_SIZE + static_cast<std::size_t>(size) + 1];
+    } catch (...) {
+        return nullptr;
+    }
+    new (block) int(1);
+    block[COUNT_SIZE + static_cast<std::size_t>(size)] = '\0';
+    m_sizeAndFlags = static_cast<int>(size) | CREATING | DYNAMIC;
+    m_text = block;
+    return block + COUNT_SIZE;
 }
 
 void ExceptionString::doneCreateString(int size) {
@@ -84,17 +96,18 @@ void ExceptionString::freeBlock() noexcept {
 }
 
 void ExceptionString::doJoin(const ExceptionStringJoiner& joiner) {
-    int sum = 0;
+    std::int64_t sum = 0;
     for (const ExceptionString& part : joiner.getParts()) sum += part.size();
     if (sum < 1) return;
 
-    char* end = createString(sum);
+    char* end = tryCreateString(sum);
+    if (!end) std::abort(); // as `createString` does
     for (const ExceptionString& part : joiner.getParts()) {
         if (part.size() == 0) continue;
         std::memcpy(end, part.getString(), static_cast<std::size_t>(part.size()));
         end += part.size();
     }
-    doneCreateString(sum);
+    doneCreateString(static_cast<int>(sum));
 }
 
 } // namespace Vorn

@@ -6,6 +6,7 @@
 
 #include <csignal>
 #include <cstring>
+#include <limits>
 #include <random>
 
 namespace {
@@ -87,7 +88,7 @@ TEST(ExceptionString, CreationHasTwoPhases) {
     EXPECT_EQ(string.size(), 8);
     EXPECT_EQ(string.refCount(), 1);
     EXPECT_EQ(string.getString(), text);
-    EXPECT_EQ(text[8], '\0');
+    EXPECT_EQ(std::string(text, 9), std::string(9, '\0')) << "no old content of the heap";
     std::memcpy(text, "12345678", 8);
     string.doneCreateString(3);
     EXPECT_FALSE(string.creating());
@@ -353,6 +354,21 @@ TEST(ExceptionStringDeathTest, RunningOutOfMemoryAborts) {
             string.createString(10);
         },
         ::testing::KilledBySignal(SIGABRT), "");
+}
+
+TEST(ExceptionStringDeathTest, LengthsThatNoIntHoldsAbort) {
+    const ExceptionString half("?", 0x40000000); // never read
+    const auto abort = ::testing::KilledBySignal(SIGABRT);
+    EXPECT_EXIT(ExceptionString(half + half), abort, "");
+    EXPECT_EXIT(ExceptionString(half + half + half + half + ExceptionString("x", 1)), abort, "");
+    EXPECT_EXIT(
+        {
+            ExceptionString string("static", 6);
+            string = half + half;
+        },
+        abort, "");
+    EXPECT_EXIT(ExceptionString().createString(-1), abort, "");
+    EXPECT_EXIT(ExceptionString().createString(std::numeric_limits<int>::min()), abort, "");
 }
 
 } // namespace

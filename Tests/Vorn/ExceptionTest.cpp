@@ -1,11 +1,15 @@
 #include "Vorn/Exception.h"
 
 #include "Support/AllocationCounter.h"
+#include "Support/Random.h"
 #include "Support/Report.h"
 
 #include <gtest/gtest.h>
 
 #include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <cstring>
 #include <stdexcept>
 
 namespace {
@@ -45,7 +49,7 @@ struct Derived : AllExceptions {
     template <class... Arguments>
     explicit Derived(int code, const Arguments&... arguments) : AllExceptions(code, arguments...) {}
 
-    void print(const ExceptionString& prefix, const char* format, ...) {
+    VORN_PRINTF(3, 4) void print(const ExceptionString& prefix, const char* format, ...) {
         std::va_list arguments;
         va_start(arguments, format);
         printMessage(prefix, format, arguments);
@@ -53,6 +57,7 @@ struct Derived : AllExceptions {
     }
 
     const ExceptionString& message() const { return m_message; }
+    const ExceptionString& report() const { return m_logString; }
 
     static void expectLayout() {
         const Derived exception(1, literal("T"), literal("P"), literal("F"), literal("L"), 2u);
@@ -107,6 +112,106 @@ TEST(AllExceptions, AReportThatReachesTheFlagsIsCutOnTheWay) {
                             3u, literal("M"));
     const std::string begin = (path + ":3: " + function).substr(0, 10000 + 4 + 10000 - 16384);
     EXPECT_EQ(std::string(exception.what()), begin + ": Exception: T:M");
+}
+
+// The line is that of texts which are joined one by one, also where lengths reach the flags.
+TEST(AllExceptions, ReportsAreThoseOfTextsJoinedStepByStep) {
+    const int sizes[] = {0, 1, 16000, 16380, 16383, 40000, 65536, 70001};
+    const std::string texts(70001, 'x');
+    Random random(11);
+    for (int round = 0; round < 300; ++round) {
+        const auto next = [&](char first) {
+            std::string text = texts.substr(0, static_cast<std::size_t>(sizes[random() % std::size(sizes)]));
+            if (!text.empty()) text.front() = first;
+            return random() % 4 == 0 ? ExceptionString() : ExceptionString(text, 0.0f);
+        };
+        const ExceptionString file = next('P'), function = next('F'), type = next('T'), message = next('M');
+        const Derived exception(1, type, file, function, literal("L"), 4294967295u, message);
+        ExceptionString expected = file + literal(":");
+        for (const ExceptionString& part :
+             {literal("4294967295"), literal(": "), function, literal(": Exception: "), type, literal(":"), message}) {
+            expected = expected + part;
+        }
+        SCOPED_TRACE(::testing::Message()
+                     << file.size() << ' ' << function.size() << ' ' << type.size() << ' ' << message.size());
+        ASSERT_STREQ(exception.what(), expected.getString());
+        ASSERT_EQ(exception.report().size(), expected.size());
+        ASSERT_EQ(exception.report().creating(), expected.creating());
+    }
+}
+
+TEST(AllExceptions, AReportTakesOneBlock) {
+    const Exception<4> exception = make<4>(7);
+    EXPECT_EQ(allocationsDuring([&] { exception.what(); }), 1u);
+    EXPECT_EQ(lastAllocationSize(), std::strlen(exception.what()) + 5);
+    EXPECT_EQ(allocationsDuring([&] { exception.what(); }), 0u);
+}
+
+constexpr char NO_REPORT[] = "Vorn: out of memory while building the report";
+
+TEST(AllExceptions, ReportsOutOfMemoryAreAFixedText) {
+    const std::size_t live = liveAllocationCount();
+    {
+        const Exception<4> exception = make<4>(7);
+        for (int attempt = 0; attempt < 2; ++attempt) {
+            failAllocation(1);
+            const char* const report = exception.what();
+            failAllocation(0);
+            EXPECT_STREQ(report, NO_REPORT);
+            EXPECT_STREQ(exception.getMessage(), "what went wrong");
+        }
+        const Exception<4> copy(exception);
+        EXPECT_STREQ(copy.what(), "File:7: Name::function: Exception: ::Type:what went wrong");
+        EXPECT_STREQ(exception.what(), copy.what());
+    }
+    EXPECT_EQ(liveAllocationCount(), live);
+}
+
+TEST(AllExceptions, ReportsThatNoIntMeasuresAreAFixedText) {
+    const ExceptionString huge("?", 0x40000000); // never read
+    const Derived exception(1, huge, huge, ExceptionString(), literal("L"), 3u, literal("M"));
+    EXPECT_STREQ(exception.what(), NO_REPORT);
+    const Derived wrapped(1, huge, huge, huge, literal("L"), 3u, huge);
+    EXPECT_STREQ(wrapped.what(), NO_REPORT);
+}
+
+TEST(AllExceptions, RunningOutOfMemoryLeavesTheFailureInPlace) {
+    const std::string longName(2000, 'n');
+    const struct {
+        const char* name;
+        std::string function;
+        std::string received;
+    } rows[] = {
+        {"a report that fits", "f", "File:4: f: Exception: ::Vorn::E::ASSERT:message"},
+        {"a report that is cut", longName, ("File:4: " + longName).substr(0, 1023)},
+    };
+    static char received[2048]; // the callback must not need memory
+    for (const auto& row : rows) {
+        const ExceptionString function(row.function.data(), static_cast<int>(row.function.size()));
+        AllExceptions::setLogCallback([](const char* line) { std::snprintf(received, sizeof received, "%s", line); });
+        failAllocation(1);
+        try {
+            Vorn::throwAssert(literal("File"), function, literal("__LINE__"), 4, literal("message"));
+        } catch (const Exception<1>& exception) {
+            failAllocation(0);
+            AllExceptions::setLogCallback(nullptr);
+            EXPECT_STREQ(received, row.received.c_str()) << row.name;
+            EXPECT_EQ(exception.what(), "File:4: " + row.function + ": Exception: ::Vorn::E::ASSERT:message")
+                << row.name;
+            continue;
+        }
+        ADD_FAILURE() << row.name;
+    }
+}
+
+using ExceptionDeathTest = ::testing::Test;
+TEST(ExceptionDeathTest, FormattingOutOfMemoryAborts) {
+    EXPECT_EXIT(
+        {
+            failAllocation(1);
+            Vorn::throwAssert(literal("File"), literal("f"), literal("__LINE__"), 4, literal("prefix"), "%d", 1);
+        },
+        ::testing::KilledBySignal(SIGABRT), "");
 }
 
 TEST(AllExceptions, PrintedMessageIsADynamicTextOfItsOwn) {
