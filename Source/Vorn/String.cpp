@@ -4,6 +4,7 @@
 
 #include <cstring>
 #include <memory>
+#include <new>
 
 namespace Vorn {
 
@@ -85,12 +86,17 @@ void String::append(const StringData& other) {
         other.copyToUTF16(block.get() + length, otherLength + 1);
     block[joinedLength] = 0;
 
-    // A handle that keeps the record alive goes on pointing at it if the scan refuses the joined text; the block is
-    // then not given back. Both are known to callers.
+    // Memory for the new record comes first, so that this handle is as before if there is none. The old record is
+    // released before the new one is built: if the scan refuses the joined text, a handle that keeps the old record
+    // alive goes on pointing at it, and the block is lost. Both are documented.
+    const auto freeRecord = [](void* memory) { ::operator delete(memory); };
+    std::unique_ptr<void, decltype(freeRecord)> record(::operator new(sizeof(StringData)), freeRecord);
     const bool wasLast = m_data->getRefCount() == 1 && !m_data->isStaticConstString();
     m_data->decRefCount();
     if (wasLast) m_data = nullptr;
-    m_data = new StringData(block.release(), static_cast<unsigned int>(joinedLength) + 1, STRING_DATA_DYNAMIC);
+    m_data = new (record.get())
+        StringData(block.release(), static_cast<unsigned int>(joinedLength) + 1, STRING_DATA_DYNAMIC);
+    record.release(); // a record frees itself
     addShare();
 }
 

@@ -73,6 +73,7 @@ public:
     /// what converting `other` raises.
     /// @warning What converting `other` garbles comes garbled into the joined text: U+0000 in UTF-16 costs the end of
     ///     `other` in UTF-8, unseen; supplementary characters in UTF-8 are refused by a text in UTF-16.
+    /// If memory ends, throws `std::bad_alloc` and changes nothing.
     /// @warning The old record is released before the new text is scanned. After a refusal this string is null if it
     ///     held the last share; otherwise it still points at the old record but has given up its share: the record dies
     ///     too early unless somebody takes another one. The joined text is lost in either case.

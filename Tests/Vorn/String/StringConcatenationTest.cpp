@@ -194,17 +194,34 @@ TEST(StringConcatenation, StaysInsideItsBlockWhenTheLastCharacterOverruns) {
     }
 }
 
-TEST(StringConcatenation, WithoutMemoryLeavesNoBlock) {
+TEST(StringConcatenation, WithoutMemoryChangesNothing) {
     const std::string left = "left", right = "right";
+    const UTF16Text wideLeft = u"left";
     const String wide = over(right);
-    for (const std::size_t failing : {1u, 2u}) {
-        String string = over(left);
-        const std::size_t live = liveAllocationCount();
-        failAllocation(failing);
-        EXPECT_THROW(string += wide, std::bad_alloc);
-        failAllocation(0);
-        EXPECT_EQ(string.getData() == nullptr, failing == 2);
-        EXPECT_EQ(liveAllocationCount(), live - (failing == 2));
+    for (const bool isShared : {false, true}) {
+        for (const String& start : {over(left), over(wideLeft)}) {
+            for (const std::size_t failing : {1u, 2u, 3u}) {
+                SCOPED_TRACE(::testing::Message()
+                             << "failing " << failing << (isShared ? ", shared" : ", sole handle"));
+                String string = start.getData()->getBufferInfo<unsigned char>().m_length ? over(left) : over(wideLeft);
+                const String other = isShared ? string : String();
+                const StringData* const record = string.getData();
+                const std::size_t live = liveAllocationCount();
+                failAllocation(failing);
+                if (failing == 3) {
+                    string += wide;
+                    failAllocation(0);
+                    EXPECT_NE(string.getData(), record);
+                    continue;
+                }
+                EXPECT_THROW(string += wide, std::bad_alloc);
+                failAllocation(0);
+                EXPECT_EQ(string.getData(), record);
+                EXPECT_EQ(record->getRefCount(), 1u + isShared);
+                EXPECT_EQ(string, start);
+                EXPECT_EQ(liveAllocationCount(), live);
+            }
+        }
     }
 }
 
