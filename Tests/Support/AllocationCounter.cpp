@@ -9,6 +9,17 @@
 #include <new>
 #include <unordered_map>
 
+// In a program that is linked with --wrap=malloc and --wrap=calloc, every call of the two in it arrives here, those of
+// headers of other libraries included.
+#ifdef VORN_WRAP_MALLOC
+extern "C" void* __real_malloc(std::size_t size);
+extern "C" void* __wrap_malloc(std::size_t size);
+extern "C" void* __real_calloc(std::size_t count, std::size_t size);
+extern "C" void* __wrap_calloc(std::size_t count, std::size_t size);
+#else
+static void* __real_malloc(std::size_t size) { return std::malloc(size); }
+#endif
+
 namespace {
 
 std::atomic<std::size_t> allocations{0};
@@ -24,7 +35,7 @@ struct UncountedAllocator {
     UncountedAllocator() = default;
     template <class Other>
     UncountedAllocator(const UncountedAllocator<Other>&) {}
-    T* allocate(std::size_t n) { return static_cast<T*>(std::malloc(n * sizeof(T))); }
+    T* allocate(std::size_t n) { return static_cast<T*>(__real_malloc(n * sizeof(T))); }
     void deallocate(T* block, std::size_t) { std::free(block); }
     bool operator==(const UncountedAllocator&) const { return true; }
 };
@@ -49,9 +60,11 @@ Ledger& ledger() {
     return *blocks;
 }
 
+bool mustFail() { return failingAllocation != 0 && --failingAllocation == 0; }
+
 void* allocate(std::size_t size, bool isArray) {
-    if (failingAllocation != 0 && --failingAllocation == 0) throw std::bad_alloc();
-    void* const block = std::malloc(size ? size : 1);
+    if (mustFail()) throw std::bad_alloc();
+    void* const block = __real_malloc(size ? size : 1);
     if (!block) throw std::bad_alloc();
     std::memset(block, FRESH_BYTE, size);
     const std::lock_guard<std::mutex> lock(ledgerMutex);
@@ -81,6 +94,13 @@ void release(void* block, bool isArray) noexcept {
 }
 
 } // namespace
+
+#ifdef VORN_WRAP_MALLOC
+extern "C" void* __wrap_malloc(std::size_t size) { return mustFail() ? nullptr : __real_malloc(size); }
+extern "C" void* __wrap_calloc(std::size_t count, std::size_t size) {
+    return mustFail() ? nullptr : __real_calloc(count, size);
+}
+#endif
 
 std::size_t allocationCount() { return allocations; }
 std::size_t liveAllocationCount() { return liveAllocations; }

@@ -17,7 +17,8 @@ std::size_t liveAllocationCount();
 /// Bytes that the latest allocation asked for.
 std::size_t lastAllocationSize();
 
-/// Lets the n-th allocation from now on (1 for the next one) throw `std::bad_alloc`; 0 for none.
+/// Lets the n-th allocation from now on (1 for the next one) throw `std::bad_alloc`; 0 for none. In a program with
+/// WRAP_MALLOC (see Tests/CMakeLists.txt), calls of `malloc` and `calloc` count too, and the n-th returns null.
 void failAllocation(std::size_t n);
 
 /// Bytes of the live block that array new gave at this very address; 0 if there is none.

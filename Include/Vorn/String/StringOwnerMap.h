@@ -8,6 +8,12 @@
 // Cost: one masked address and usually one comparison; mapping a known buffer allocates nothing. Addresses are not
 // mixed, so buffers of one pool share their low bits.
 //
+// Cost: buffers with equal low address bits, and one buffer mapped with many lengths, are compared with one another at
+// each lookup: n of them cost n comparisons a lookup.
+//
+// Out of memory: each operation throws `std::bad_alloc` and leaves all entries, counts and marks as they were, so that
+// the same call can be repeated later. Only the destructor cannot throw; see there.
+//
 // Threads: nothing is locked, and counts are plain integers. A map and its strings belong to one thread at a time.
 #pragma once
 
@@ -18,7 +24,10 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstdlib>
 #include <cstring>
+#include <functional>
+#include <new>
 #include <sparsehash/dense_hash_map>
 #include <sparsehash/dense_hash_set>
 
@@ -31,13 +40,47 @@ struct StringOwnerMapNames;
 template <>
 struct StringOwnerMapNames<unsigned char> {
     static constexpr char MAP_STRING[] = "Vorn::StringOwnerMap<unsigned char>::mapString";
+    static constexpr char MAP_STRING_NON_INLINE[] = "Vorn::StringOwnerMap<unsigned char>::mapStringNonInline";
     static constexpr char ADD_STATIC_STRING[] = "Vorn::StringOwnerMap<unsigned char>::addStaticString";
 };
 
 template <>
 struct StringOwnerMapNames<Vorn::UTF16Char> {
     static constexpr char MAP_STRING[] = "Vorn::StringOwnerMap<wchar_t>::mapString";
+    static constexpr char MAP_STRING_NON_INLINE[] = "Vorn::StringOwnerMap<wchar_t>::mapStringNonInline";
     static constexpr char ADD_STATIC_STRING[] = "Vorn::StringOwnerMap<wchar_t>::addStaticString";
+};
+
+/// Allocates the buckets of the tables with `malloc`, and throws `std::bad_alloc` if that fails. The tables' own
+/// default returns the null pointer instead, which they write through. They allocate a new array of buckets before they
+/// free the old one, so that a failure leaves them as they were.
+template <class T>
+class StringOwnerBucketAllocator {
+public:
+    using value_type = T;
+    using size_type = std::size_t;
+    using difference_type = std::ptrdiff_t;
+    using pointer = T*;
+    using const_pointer = const T*;
+    using reference = T&;
+    using const_reference = const T&;
+
+    template <class Other>
+    struct rebind {
+        using other = StringOwnerBucketAllocator<Other>;
+    };
+
+    StringOwnerBucketAllocator() = default;
+    template <class Other>
+    StringOwnerBucketAllocator(const StringOwnerBucketAllocator<Other>&) noexcept {}
+
+    pointer allocate(size_type n, const_pointer = nullptr) {
+        void* const buckets = n <= max_size() ? std::malloc(n * sizeof(T)) : nullptr;
+        if (!buckets) throw std::bad_alloc();
+        return static_cast<pointer>(buckets);
+    }
+    void deallocate(pointer buckets, size_type) noexcept { std::free(buckets); }
+    size_type max_size() const noexcept { return static_cast<size_type>(-1) / sizeof(T); }
 };
 
 } // namespace VornPrivate
@@ -79,6 +122,8 @@ static_assert(sizeof(void*) != 4 || sizeof(StringOwnerKey) == 8, "a pointer and 
 /// neither frees it nor remembers the allocator.
 class VORN_API StringOwnerAllocWrapperBase {
 public:
+    /// Returns `bytes` bytes, aligned for the units of the map. If it throws, or returns null, which the map takes for
+    /// `std::bad_alloc`, the map stays as it was.
     virtual void* allocate(unsigned int bytes) = 0;
     virtual ~StringOwnerAllocWrapperBase();
 
@@ -99,6 +144,7 @@ struct StringOwnerEntry {
 template <class CharType>
 class VORN_API StringOwnerMap {
 public:
+    /// Allocates the buckets of two of the three tables. Throws `std::bad_alloc`.
     StringOwnerMap() : m_emptyKeySet(false), m_deletedKeySet(false) {
         m_ownedBuffers.set_empty_key(nullptr);
         m_staticBuffers.set_empty_key(nullptr);
@@ -110,39 +156,51 @@ public:
     /// Does nothing: the left side keeps its own content.
     StringOwnerMap& operator=(const StringOwnerMap&) { return *this; }
 
-    /// Strings that somebody still holds survive the map: external text is copied out first.
-    /// @warning Running out of memory for that ends the process.
+    /// Strings and substrings that still exist survive the map: external text is copied first.
+    /// @warning Running out of memory for these copies calls `std::terminate`, because a string over a buffer without
+    /// an
+    ///     owner would be left otherwise. Destroy the strings and substrings of external buffers before the map: then
+    ///     it allocates nothing.
     ~StringOwnerMap();
 
-    /// The string over `buffer`, the same record for the same address and length. `length` does not count a terminator;
-    /// `terminated` says that there is one. The buffer must outlive the map unless it is marked by `addStaticString`.
-    /// A length of 0xFFFFFFFF stands for a text that ends at its first zero unit, but makes it empty with `terminated`.
-    /// Only the first call reads the text and the flag. Raises `Exception<4>` with "Invalid buffer!" for null, and
-    /// `Exception<7>` for text that is not valid; after that the same buffer maps to a null string.
+    /// Returns the string over `buffer`, the same record for the same address and length. `length` is in code units and
+    /// does not count a terminator; `terminated` states that there is one. The buffer must outlive the map unless it is
+    /// marked by `addStaticString`. A length of 0xFFFFFFFF stands for a text that ends at its first zero unit. Only the
+    /// first call reads the text and the flag.
+    /// Throws `Exception<4>`: "Invalid buffer!" for null; "length : text too long!" for a length of 0xFFFFFFFF with
+    /// `terminated` in the first call, which changes nothing. Throws `Exception<7>` for text that is not valid; after
+    /// that the same buffer and length map to a null string. `std::bad_alloc` leaves the map as it was: the buffer is
+    /// neither mapped nor marked as owned.
     String mapString(const CharType* buffer, unsigned int length, bool terminated) {
         if (!buffer) VORN_THROW(4, "Invalid buffer!", Names::MAP_STRING);
-        setEmptyKey();
-        const StringOwnerKey key(buffer, length);
-        const auto known = m_strings.find(key);
-        return known != m_strings.end() ? String(known->second.m_data) : mapNewString(key, buffer, length + terminated);
+        if (m_emptyKeySet) {
+            const auto known = m_strings.find(StringOwnerKey(buffer, length));
+            if (known != m_strings.end()) return String(known->second.m_data);
+        }
+        return mapNewString(buffer, length, terminated);
     }
 
-    /// A buffer with the text of `s` that stays valid until `unmapString` has been called as often as this, or the map
-    /// dies. Text that belongs to neither `s` nor this map is copied into memory from `alloc`, and stays mapped until
-    /// the map dies.
-    /// @warning Text of this map's own buffers comes back as it stands, terminated or not.
-    /// @warning The buffer of a static text that was not terminated is a first copy: it dies early, at the next call
-    ///     that asks for the terminated text, this one included. Its entry stays under the address that has gone.
+    /// Returns a buffer with the text of `s` that stays valid until `unmapString` has been called as often as this, or
+    /// the map is destroyed. External text of a buffer that is not known to this map is copied into memory from
+    /// `alloc`, and stays mapped until the map is destroyed.
+    /// Throws `Exception<4>`: "length : text too long!" if the copy and its terminator take more than 0xFFFFFFFF bytes,
+    /// which is so from 0x7FFFFFFF units of `UTF16Char` on; nothing is allocated or changed. What `alloc` throws passes
+    /// through, and `std::bad_alloc` is thrown if it returns null. Whatever is thrown, all entries stay as they were; a
+    /// block that `alloc` has returned before is not used again, and the text of `s` may have been built in this
+    /// encoding or terminated.
+    /// @warning Text of this map's own buffers is returned as it stands, terminated or not.
+    /// @warning The buffer of a static text that was not terminated is a first copy: it is freed at the next call that
+    ///     asks for the terminated text, this one included. Its entry keeps the freed address.
     const CharType* mapStringNonInline(String s, StringOwnerAllocWrapperBase& alloc);
 
-    /// Takes back one `mapStringNonInline`; with the last one the entry goes, unless its text is external. An entry
-    /// that only `mapString` made goes at once, under the same condition. A buffer that is not mapped is passed over in
-    /// silence.
+    /// Undoes one `mapStringNonInline`; the last one removes the entry, unless its text is external. An entry that only
+    /// `mapString` made is removed at once, under the same condition. Ignores a buffer that is not mapped. The table
+    /// allocates nothing here: it gets smaller at a later insertion, if at all.
     void unmapString(const CharType* buffer, unsigned int length);
 
     /// Promises that `buffer` lives for ever: strings over it are static from now on. Entries that exist stay as they
-    /// are. Raises `Exception<4>` with "Invalid string!" for null and "String marked as owned!" for a buffer that the
-    /// map has ever taken as external.
+    /// are. Throws `Exception<4>`: "Invalid string!" for null; "String marked as owned!" for a buffer that the map has
+    /// ever taken as external. `std::bad_alloc` leaves the buffer unmarked.
     void addStaticString(const CharType* buffer);
 
     /// Number of entries.
@@ -155,17 +213,35 @@ private:
         std::size_t operator()(const StringOwnerKey& key) const { return static_cast<unsigned int>(key); }
     };
 
-    using Strings = google::dense_hash_map<StringOwnerKey, StringOwnerEntry, Hash>;
-    using Buffers = google::dense_hash_set<const CharType*>;
+    template <class T>
+    using Allocator = VornPrivate::StringOwnerBucketAllocator<T>;
+    using Strings = google::dense_hash_map<StringOwnerKey, StringOwnerEntry, Hash, std::equal_to<StringOwnerKey>,
+                                           Allocator<std::pair<const StringOwnerKey, StringOwnerEntry>>>;
+    using Buffers = google::dense_hash_set<const CharType*, typename google::dense_hash_set<const CharType*>::hasher,
+                                           std::equal_to<const CharType*>, Allocator<const CharType*>>;
 
-    // The table takes memory for its buckets only now.
+    // The table allocates its buckets only now. A table whose allocation failed takes no second empty key, so that a
+    // new one is set up and swapped in.
     void setEmptyKey() {
         if (m_emptyKeySet) return;
-        m_strings.set_empty_key(StringOwnerKey::s_emptyKey);
+        Strings strings;
+        strings.set_empty_key(StringOwnerKey::s_emptyKey);
+        m_strings.swap(strings);
         m_emptyKeySet = true;
     }
 
-    String mapNewString(const StringOwnerKey& key, const CharType* buffer, unsigned int length);
+    // Makes the next insertion of a buffer allocate nothing. The set never erases, so its size counts all used buckets.
+    static void reserveOne(Buffers& buffers) { buffers.resize(buffers.size() + 1); }
+
+    void eraseEntry(const StringOwnerKey& key) {
+        if (!m_deletedKeySet) {
+            m_strings.set_deleted_key(StringOwnerKey::s_deletedKey);
+            m_deletedKeySet = true;
+        }
+        m_strings.erase(key);
+    }
+
+    String mapNewString(const CharType* buffer, unsigned int length, bool terminated);
 
     Strings m_strings;
     Buffers m_ownedBuffers;  // external to their records, and kept by this map or its caller
@@ -190,16 +266,28 @@ StringOwnerMap<CharType>::~StringOwnerMap() {
 }
 
 template <class CharType>
-String StringOwnerMap<CharType>::mapNewString(const StringOwnerKey& key, const CharType* buffer, unsigned int length) {
-    StringOwnerEntry& entry = m_strings[key]; // stays without a record if the text is refused
-    StringAllocationType type = STRING_DATA_STATIC;
-    if (m_staticBuffers.find(buffer) == m_staticBuffers.end()) {
-        type = STRING_DATA_EXTERNAL;
-        m_ownedBuffers.insert(buffer);
+String StringOwnerMap<CharType>::mapNewString(const CharType* buffer, unsigned int length, bool terminated) {
+    const std::uint64_t size = std::uint64_t(length) + terminated;
+    if (size > 0xFFFFFFFF) VORN_THROW(4, "length : text too long!", Names::MAP_STRING);
+    setEmptyKey();
+    const bool isStatic = m_staticBuffers.find(buffer) != m_staticBuffers.end();
+    const StringOwnerKey key(buffer, length);
+    const auto entry = m_strings.insert({key, {}}).first;
+    StringData* data = nullptr;
+    try {
+        if (!isStatic) reserveOne(m_ownedBuffers);
+        data = new StringData(buffer, static_cast<unsigned int>(size),
+                              isStatic ? STRING_DATA_STATIC : STRING_DATA_EXTERNAL);
+    } catch (const std::bad_alloc&) {
+        eraseEntry(key);
+        throw;
+    } catch (...) { // the text was refused: the entry stays without a record
+        if (!isStatic) m_ownedBuffers.insert(buffer);
+        throw;
     }
-    StringData* const data = new StringData(buffer, length, type);
+    if (!isStatic) m_ownedBuffers.insert(buffer);
     data->incRefCount();
-    entry.m_data = data;
+    entry->second.m_data = data;
     return String(data);
 }
 
@@ -208,24 +296,26 @@ const CharType* StringOwnerMap<CharType>::mapStringNonInline(String s, StringOwn
     unsigned int n = 0;
     if (s.getData()) n = sizeof(CharType) == 1 ? s.getData()->getUTF8Length() : s.getData()->getUTF16Length();
     if (n == 0) s = String::getEmptyString();
-    setEmptyKey();
 
     const CharType* buffer = s.getData()->template getBuffer<CharType>();
     const StringDataBufferInfo& info = s.getData()->template getBufferInfo<CharType>();
-    if (info.m_allocationType == STRING_DATA_EXTERNAL) {
-        if (m_ownedBuffers.find(buffer - info.m_offset) == m_ownedBuffers.end()) {
-            const std::size_t bytes = n * sizeof(CharType);
-            CharType* const copy = static_cast<CharType*>(alloc(static_cast<unsigned int>(bytes + sizeof(CharType))));
-            std::memcpy(copy, buffer, bytes);
-            copy[n] = 0;
-            s = String(new StringData(copy, n + 1, STRING_DATA_EXTERNAL));
-            m_ownedBuffers.insert(copy);
-            buffer = copy;
-        }
-    } else if (!info.m_nullTerminated) {
+    const bool isExternal = info.m_allocationType == STRING_DATA_EXTERNAL;
+    const bool isForeign = isExternal && m_ownedBuffers.find(buffer - info.m_offset) == m_ownedBuffers.end();
+    if (isForeign) {
+        const std::uint64_t bytes = (std::uint64_t(n) + 1) * sizeof(CharType);
+        if (bytes > 0xFFFFFFFF) VORN_THROW(4, "length : text too long!", Names::MAP_STRING_NON_INLINE);
+        CharType* const copy = static_cast<CharType*>(alloc(static_cast<unsigned int>(bytes)));
+        if (!copy) throw std::bad_alloc();
+        std::memcpy(copy, buffer, std::size_t(n) * sizeof(CharType));
+        copy[n] = 0;
+        s = String(new StringData(copy, n + 1, STRING_DATA_EXTERNAL));
+        reserveOne(m_ownedBuffers);
+        buffer = copy;
+    } else if (!isExternal && !info.m_nullTerminated) {
         buffer = s.getData()->template getTerminatedBuffer<CharType>();
     }
 
+    setEmptyKey();
     const StringOwnerKey key(buffer, n);
     auto entry = m_strings.find(key); // one that a refused text has left stays without a record
     if (entry == m_strings.end()) {
@@ -233,13 +323,15 @@ const CharType* StringOwnerMap<CharType>::mapStringNonInline(String s, StringOwn
         s.getData()->incRefCount();
     }
     ++entry->second.m_mapCount;
+    if (isForeign) m_ownedBuffers.insert(buffer);
     return buffer;
 }
 
 template <class CharType>
 void StringOwnerMap<CharType>::unmapString(const CharType* buffer, unsigned int length) {
     if (!buffer || !m_emptyKeySet) return;
-    const auto found = m_strings.find(StringOwnerKey(buffer, length));
+    const StringOwnerKey key(buffer, length);
+    const auto found = m_strings.find(key);
     if (found == m_strings.end()) return;
     StringOwnerEntry& entry = found->second;
     if (entry.m_mapCount > 1) {
@@ -248,11 +340,7 @@ void StringOwnerMap<CharType>::unmapString(const CharType* buffer, unsigned int 
     }
     StringData* const data = entry.m_data;
     if (!data || data->template getAllocationType<CharType>() == STRING_DATA_EXTERNAL) return;
-    if (!m_deletedKeySet) {
-        m_strings.set_deleted_key(StringOwnerKey::s_deletedKey);
-        m_deletedKeySet = true;
-    }
-    m_strings.erase(found);
+    eraseEntry(key);
     data->decRefCount();
 }
 
