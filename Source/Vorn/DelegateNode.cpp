@@ -9,8 +9,25 @@ DelegateNode::DelegateNode(const DelegatePOD& delegate, int priority)
 }
 
 DelegateNode::~DelegateNode() {
-    if (m_delegate.contextAddRef) m_delegate.contextAddRef(m_delegate.context, DELEGATE_RELEASE_REF);
-    delete p_next;
+    // All references go before the first node is freed, as in a recursion down the chain.
+    for (DelegateNode* node = this; node; node = node->p_next) {
+        if (node->m_delegate.contextAddRef)
+            node->m_delegate.contextAddRef(node->m_delegate.context, DELEGATE_RELEASE_REF);
+    }
+    // The links are reversed, since the recursion frees the last node first.
+    DelegateNode* freed = nullptr;
+    while (p_next) {
+        DelegateNode* const node = p_next;
+        p_next = node->p_next;
+        node->p_next = freed;
+        freed = node;
+    }
+    while (freed) {
+        DelegateNode* const node = freed;
+        freed = node->unlink();
+        node->m_delegate.contextAddRef = nullptr;
+        delete node;
+    }
 }
 
 void DelegateNode::insertAfter(DelegateNode* node) {

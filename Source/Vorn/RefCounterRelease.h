@@ -1,17 +1,10 @@
 // RefCounterRelease: the release sequences that free functions and delegates share. Private.
 #pragma once
 
+#include "ObjectDestruction.h"
 #include "Vorn/SharedObjects/RefCounter.h"
 
-#include <new>
-
 namespace VornPrivate {
-
-/// Gives the storage of a record back. Only its lock has a destructor that runs.
-inline void destroyRefCounter(Vorn::RefCounter* counter) {
-    counter->m_mutex.~mutex();
-    ::operator delete(counter);
-}
 
 /// Gives up a use count that the caller has checked. The record goes before the object, unlike in
 /// `RefCounterWrapper::releaseUseCount`; the two are not to be merged.
@@ -31,7 +24,7 @@ inline void releaseCheckedUseCount(Vorn::RefCounter* counter) {
             }
         }
     }
-    if (deleter) deleter(object);
+    if (deleter) destroyObject(deleter, object, nullptr);
 }
 
 /// Gives up a weak count that the caller has checked.

@@ -38,8 +38,7 @@ void RefCounterWrapper::releaseUseCountNonInline() { releaseUseCount(); }
 void RefCounterWrapper::releaseWeakCountNonInline() { releaseWeakCount(); }
 
 void RefCounterWrapper::releaseUseCountNonInlinePart(RefCounter::Deleter deleter, void* object, RefCounter* counter) {
-    deleter(object);
-    if (counter) VornPrivate::destroyRefCounter(counter);
+    VornPrivate::destroyObject(deleter, object, counter);
 }
 
 void RefCounterWrapper::releaseWeakCountNonInlinePart(VornPrivate::RefCounterGuard& guard) {

@@ -2,19 +2,12 @@
 #pragma once
 
 #include "Support/AllocationCounter.h"
+#include "Support/Sanitizers.h"
 #include "Vorn/SharedObjects/DelegateBase.h"
 #include "Vorn/SharedObjects/RefCounter.h"
 
 #include <string>
 #include <vector>
-
-#if defined(__has_feature)
-#define VORN_TEST_HAS_ASAN __has_feature(address_sanitizer)
-#elif defined(__SANITIZE_ADDRESS__)
-#define VORN_TEST_HAS_ASAN 1
-#else
-#define VORN_TEST_HAS_ASAN 0
-#endif
 
 #if VORN_TEST_HAS_ASAN
 #include <sanitizer/lsan_interface.h>

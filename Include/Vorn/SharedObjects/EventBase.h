@@ -29,7 +29,8 @@ public:
     DelegateNode(const DelegateNode&) = delete;
     DelegateNode& operator=(const DelegateNode&) = delete;
 
-    /// Releases the reference, of an invalid node too, and destroys the whole chain behind the node, by recursion.
+    /// Destroys the node and the whole chain behind it, in a loop: first releases the references, of invalid nodes too,
+    /// from this node to the last one, then frees the nodes behind this one, from the last one on.
     ~DelegateNode();
 
     /// Links `node` behind this one. A null `node` cuts the chain here and frees nothing. Behind the end of a chain

@@ -66,6 +66,7 @@ VORN_API void assertValidAndConsistent(const RefCounter* c, const RefCounter* o)
 
 /// Gives up one use count: frees the record first and destroys the object after it, the other way round than
 /// `RefCounterWrapper::releaseUseCount`. A record that weak counts hold stays, without its object.
+/// Near the end of the stack the object may be destroyed later, by an outer release; see SharedPtr.
 ///
 /// Raises `Exception<2>`, "c && (c)->m_useCount > 0 : can't release when use count == 0", before any change.
 /// @warning The caller's pointer stays as it is; it must not be used again.

@@ -60,7 +60,8 @@ public:
 
 protected:
     /// Gives up one use count: destroys the object first and frees the record after it, the other way round than the
-    /// free `releaseUseCount`. `pRefCounter` stays as it is. Checked.
+    /// free `releaseUseCount`. `pRefCounter` stays as it is. Checked. Near the end of the stack an outer release may do
+    /// both later; see SharedPtr.
     /// @warning Faults with no record. A record whose `getDeleter` gives null is not freed.
     void releaseUseCount();
     void releaseUseCountNonInline(); ///< `releaseUseCount`, out of line.

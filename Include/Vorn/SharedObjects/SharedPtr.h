@@ -7,6 +7,13 @@
 // Cost: four words; copying and destroying are one locked add each. Making the first pointer allocates the record, of
 // 88 bytes (56 in a 32-bit process), besides the object.
 //
+// Depth: an object is destroyed inside the release of its last reference, so the destructors of nested objects run
+// inside each other. If less than a quarter of the thread's stack (at most 256 KiB) is left, a release may only note the
+// object: its destructor then begins after the one that released it has ended, still before the outermost release
+// returns. The order in which destructors begin stays the same. So structures of any depth can be destroyed, but there a
+// destructor must not use what the destructors around it are about to destroy. On the stack of a coroutine, which the
+// thread does not know, the recursion is not bounded.
+//
 // Threads: pointers to one object may be copied and destroyed in many threads; one pointer may not be changed while
 // another thread uses it. Where weak pointers are destroyed or replaced in other threads than the last use, ask for a
 // thread-safe record when the object is first shared.

@@ -19,7 +19,8 @@
 namespace Vorn {
 
 /// A node whose parent and children are T, which derives from it.
-/// @warning Destroying a tree destroys each child within its parent, so the stack bounds its depth.
+///
+/// Trees of any depth can be destroyed; see SharedPtr for the order near the end of the stack.
 template <class T>
 class TreeNode : public TreeNodeShared {
 public:

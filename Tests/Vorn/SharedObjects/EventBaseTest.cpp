@@ -110,6 +110,25 @@ TEST_F(DelegateNodeTest, DestroysTheChainBehindIt) {
     EXPECT_EQ(liveAllocationCount(), live + 0);
 }
 
+TEST_F(DelegateNodeTest, ReleasesAllReferencesBeforeItFreesANode) {
+    static std::vector<std::size_t> liveAtRelease;
+    liveAtRelease.clear();
+    liveAtRelease.reserve(3);
+    const auto count = [](void*, Vorn::DelegateContextAddRef op) {
+        if (op == Vorn::DELEGATE_RELEASE_REF) liveAtRelease.push_back(liveAllocationCount());
+    };
+    DelegatePOD counted = journalDelegate(a, &x);
+    counted.contextAddRef = count;
+    const std::size_t live = liveAllocationCount();
+    {
+        DelegateNode first(counted, 1);
+        first.insertAfter(new DelegateNode(counted, 2));
+        first.getNext()->insertAfter(new DelegateNode(counted, 3));
+    }
+    EXPECT_EQ(liveAtRelease, std::vector<std::size_t>(3, live + 2));
+    EXPECT_EQ(liveAllocationCount(), live);
+}
+
 TEST_F(DelegateNodeTest, InsertAfterLinksAndAppends) {
     DelegateNode first(journalDelegate(a), 1), second(journalDelegate(b), 2), third(journalDelegate(c), 3);
     first.insertAfter(&third);

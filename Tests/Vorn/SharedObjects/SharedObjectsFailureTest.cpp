@@ -1,5 +1,6 @@
 // Every allocation of an operation is made to fail once, and everything must be as sound as before.
 #include "Support/AllocationCounter.h"
+#include "Support/SmallStack.h"
 #include "Vorn/Exception.h"
 #include "Vorn/SharedObjects/Event.h"
 #include "Vorn/SharedObjects/TreeNode.h"
@@ -196,5 +197,36 @@ TEST(AllocationFailure, GrowingATree) {
             2 + 2 * count + growths[count]);
     }
 }
+
+#if defined(__linux__)
+// Near the end of a stack, objects wait for their destruction in a queue, which may need memory.
+TEST(AllocationFailure, DestroyingADeepStructure) {
+    struct Link : Plain {
+        SharedPtr<Plain> leaves[40];
+        SharedPtr<Link> next;
+    };
+    constexpr int LEVELS = 2000;
+    const std::size_t live = liveAllocationCount();
+    for (const std::size_t failing : {0, 1, 2, 100, 5000}) {
+        SharedPtr<Link> outer;
+        for (int level = 0; level < LEVELS; ++level) {
+            SharedPtr<Link> link = Vorn::makeShared<Link>();
+            for (SharedPtr<Plain>& leaf : link->leaves) leaf = Vorn::makeShared<Plain>();
+            link->next = std::move(outer);
+            outer = std::move(link);
+        }
+        ASSERT_EQ(Plain::living, LEVELS * 41);
+        const std::size_t allocations = allocationCount();
+        runWithStack(SMALL_STACK, [&outer, failing] {
+            failAllocation(failing);
+            outer.reset();
+            failAllocation(0);
+        });
+        EXPECT_GT(allocationCount(), allocations) << "the structure is too small to need memory";
+        expectNoneLives();
+    }
+    EXPECT_EQ(liveAllocationCount(), live);
+}
+#endif
 
 } // namespace

@@ -1,0 +1,33 @@
+// Threads with small stacks.
+#pragma once
+
+#if defined(__linux__)
+#include "Support/Sanitizers.h"
+
+#include <gtest/gtest.h>
+#include <pthread.h>
+
+#include <functional>
+
+/// Bytes of a stack that a thread may have; sanitizers need more of it.
+constexpr std::size_t SMALL_STACK = VORN_TEST_HAS_SANITIZER ? 512 * 1024 : 64 * 1024;
+
+/// Runs `body` in a thread with a stack of this size.
+inline void runWithStack(std::size_t size, std::function<void()> body) {
+    pthread_attr_t attributes;
+    ASSERT_EQ(pthread_attr_init(&attributes), 0);
+    ASSERT_EQ(pthread_attr_setstacksize(&attributes, size), 0);
+    pthread_t thread;
+    ASSERT_EQ(pthread_create(
+                  &thread, &attributes,
+                  [](void* argument) -> void* {
+                      (*static_cast<std::function<void()>*>(argument))();
+                      return nullptr;
+                  },
+                  &body),
+              0);
+    ASSERT_EQ(pthread_join(thread, nullptr), 0);
+    pthread_attr_destroy(&attributes);
+}
+
+#endif
