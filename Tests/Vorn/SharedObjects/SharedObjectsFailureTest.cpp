@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <functional>
 
 namespace {
 
@@ -174,6 +175,150 @@ TEST(AllocationFailure, AddingInsideACall) {
     EXPECT_EQ(second.getWeakCount(), 1);
     event(1);
     EXPECT_EQ(second->state, 1);
+}
+
+// Each listener of three adds a new one, or moves one of the three, at each priority, while no memory is left.
+TEST(AllocationFailure, ChangingAnEventInsideEachOfItsCalls) {
+    constexpr int LISTENERS = 3; // of priorities -1, which lies in the first node, 0 and 1
+    int failures = 0;
+    for (int runner = 0; runner < LISTENERS; ++runner) {
+        for (int changed = 0; changed <= LISTENERS; ++changed) {
+            for (int priority = -2; priority <= 2; ++priority) {
+                SCOPED_TRACE(testing::Message() << "listener " << runner << " adds "
+                                                << (changed < LISTENERS ? "listener " : "a new listener ") << changed
+                                                << " with priority " << priority);
+                SharedPtr<Plain> targets[LISTENERS + 1];
+                for (SharedPtr<Plain>& target : targets) target = Vorn::makeShared<Plain>();
+                const auto listener = [&targets](int i) { return Listener::bindShared<&Plain::hear>(targets[i]); };
+                const std::size_t live = liveAllocationCount();
+                {
+                    IntEvent event;
+                    for (int i = 0; i < LISTENERS; ++i) event.add(listener(i), i - 1);
+                    bool isRefused = false, hasRun = false;
+                    const auto change = [&](int) {
+                        if (hasRun) return;
+                        hasRun = true;
+                        const Listener added = listener(changed);
+                        failAllocation(1);
+                        try {
+                            event.add(added, priority);
+                        } catch (const std::bad_alloc&) {
+                            isRefused = true;
+                        }
+                        failAllocation(0);
+                    };
+                    // Runs within the place of the runner: behind it, with its priority.
+                    event.add(Listener::bindCallable([&change](int) { change(0); }), runner - 1);
+                    event(1);
+                    EXPECT_TRUE(hasRun);
+                    EXPECT_FALSE(event.isDispatching());
+                    EXPECT_EQ(event.contains(listener(changed)), !isRefused);
+                    const unsigned int before = LISTENERS + 1, isNew = changed == LISTENERS;
+                    EXPECT_EQ(event.getDelegateCount(), isRefused ? before - 1 + isNew : before + isNew);
+                    for (const SharedPtr<Plain>& target : targets) target->state = 0;
+                    event(1);
+                    for (int i = 0; i <= LISTENERS; ++i) {
+                        const bool isHeld = isRefused ? i < LISTENERS && i != changed : i < LISTENERS || i == changed;
+                        EXPECT_EQ(targets[i]->state, isHeld) << i;
+                    }
+                    failures += isRefused;
+                }
+                EXPECT_EQ(liveAllocationCount(), live);
+                for (const SharedPtr<Plain>& target : targets) EXPECT_EQ(target.getUseCount(), 1);
+            }
+        }
+    }
+    EXPECT_GT(failures, 15); // all new listeners, and those that leave no node behind
+    expectNoneLives();
+}
+
+TEST(AllocationFailure, ChangingTheFirstListenerInsideItsOwnCall) {
+    for (const int priority : {-2, -1, 0, 1}) {
+        const SharedPtr<Plain> first = Vorn::makeShared<Plain>(), second = Vorn::makeShared<Plain>();
+        static IntEvent* called;
+        static int added;
+        IntEvent event;
+        called = &event;
+        added = priority;
+        struct Mover {
+            void hear(int) {
+                const SharedPtr<Mover> keep = self.lock();
+                const Listener own = Listener::bindShared<&Mover::hear>(keep);
+                if (state++ > 0) return;
+                failAllocation(1);
+                EXPECT_THROW(called->add(own, added), std::bad_alloc);
+                failAllocation(0);
+            }
+            WeakPtr<Mover> self;
+            int state = 0;
+        };
+        const SharedPtr<Mover> mover = Vorn::makeShared<Mover>();
+        mover->self = mover;
+        event.add(Listener::bindShared<&Mover::hear>(mover), -1);
+        event.add(Listener::bindShared<&Plain::hear>(second), 1);
+        event(1);
+        EXPECT_EQ(event.getDelegateCount(), 1u);
+        EXPECT_FALSE(event.contains(Listener::bindShared<&Mover::hear>(mover)));
+        event(1);
+        EXPECT_EQ(mover->state, 1);
+        EXPECT_EQ(second->state, 2);
+        event.add(Listener::bindShared<&Mover::hear>(mover), -1);
+        event(1);
+        EXPECT_EQ(mover->state, 2);
+        EXPECT_EQ(second->state, 3);
+    }
+}
+
+// What the headers describe as free of allocations, so that it works when memory ends.
+TEST(AllocationFailure, TheRestAllocatesNothing) {
+    const SharedPtr<Plain> target = Vorn::makeShared<Plain>(), other = Vorn::makeShared<Plain>();
+    const SharedPtr<Node> root = Vorn::makeShared<Node>();
+    for (int i = 0; i < 4; ++i) root->append(Vorn::makeShared<Node>());
+    IntEvent event;
+    event.add(Listener::bindShared<&Plain::hear>(target), 0);
+    event.add(Listener::bindShared<&Plain::hear>(other), 1);
+    const struct {
+        const char* name;
+        std::function<void()> run;
+    } rows[] = {
+        {"copy, convert and compare pointers",
+         [&] {
+             SharedPtr<const Plain> copy(target);
+             const WeakPtr<Plain> weak(target);
+             WeakPtr<const Plain> converted(weak);
+             EXPECT_TRUE(converted.lock() == copy);
+         }},
+        {"cast pointers", [&] { EXPECT_TRUE(Vorn::staticSharedCast<const Plain>(target) == target); }},
+        {"bind a method",
+         [&] {
+             Listener bound = Listener::bind<&Plain::hear>(*target);
+             const Listener shared = Listener::bindShared<&Plain::hear>(target);
+             const Listener weak = Listener::bindWeak<&Plain::hear>(target);
+             bound = shared;
+             bound.rebind(weak);
+             bound(1);
+         }},
+        {"bind a small callable",
+         [&] { Listener::bindCallable([plain = target.get()](int value) { plain->hear(value); })(1); }},
+        {"move a child", [&] { root->move(0, 3); }},
+        {"insert a child that is one already", [&] { root->insert(3, root->getChildren()[0]); }},
+        {"remove a child and put it back", [&] { root->append(root->removeAt(1)); }},
+        {"walk a tree",
+         [&] {
+             for (Node& node : root->depthFirst()) EXPECT_LE(node.getChildCount(), 4u);
+         }},
+        {"call an event", [&] { event(1); }},
+        {"search an event", [&] { EXPECT_TRUE(event.contains(Listener::bindShared<&Plain::hear>(other))); }},
+        {"move a listener behind the first node", [&] { event.add(Listener::bindShared<&Plain::hear>(other), 2); }},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        const std::size_t live = liveAllocationCount();
+        EXPECT_EQ(allocationsDuring(row.run), 0u);
+        EXPECT_EQ(liveAllocationCount(), live);
+    }
+    EXPECT_EQ(allocationsDuring([&] { event.remove(Listener::bindShared<&Plain::hear>(other)); }), 0u);
+    EXPECT_EQ(allocationsDuring([&] { event.clear(); }), 0u);
 }
 
 TEST(AllocationFailure, GrowingATree) {
