@@ -11,7 +11,8 @@ ASCIITable::ASCIITable(const signed char* list) {
     VORN_ASSERT(list[0], "Empty list!");
     for (int& entry : m_table) entry = 0;
     for (; *list; ++list) {
-        const unsigned int c = static_cast<unsigned int>(*list); // a byte above 127 is negative, and so far above it
+        const unsigned int c =
+            static_cast<unsigned int>(*list); // a byte above 127 is negative and becomes a large value
         VORN_ASSERT(c <= 127, "ASCII only!");
         m_table[c] = -1;
     }

@@ -1,7 +1,7 @@
 // HexDigit: the digits of hexadecimal text.
 #pragma once
 
-#include "Vorn/String/UnicodeBits.h" // range tests without branches
+#include "Vorn/Private/UnicodeBits.h" // range tests without branches
 
 namespace VornPrivate {
 

@@ -10,7 +10,7 @@ namespace Vorn {
 
 namespace {
 
-// Mixes codes, so that the encoding does not show.
+// Computes a hash from codes, so that it does not depend on the encoding.
 class CodeHash {
 public:
     explicit CodeHash(unsigned int seed) : m_state(14695981039346656037u) { add(seed); }
@@ -22,9 +22,9 @@ private:
     std::uint64_t m_state;
 };
 
-// True if bytes that are built from these units are not their text. Units that were built from bytes may hold second
-// surrogates only, and garble nothing.
-bool isGarbledInUTF8(const StringData& data) {
+// Returns true if the conversion of these units to UTF-8 gives a corrupt text. Units that were converted from bytes can
+// contain second surrogates only, which convert back.
+bool isCorruptInUTF8(const StringData& data) {
     const UTF16Char* const units = data.getPrivateBuffer<UTF16Char>();
     const UTF16Char* const end = units + data.getBufferInfo<UTF16Char>().m_length;
     switch (data.getCharset()) {
@@ -38,12 +38,12 @@ bool isGarbledInUTF8(const StringData& data) {
            });
 }
 
-// Which buffer tells the text to equality: the bytes, unless they were built from units and garbled by that. Bytes of
-// another length have been edited since.
-bool isToldByUTF16(const StringData& data) {
+// Returns true if equality is decided by the UTF-16 buffer: the record has no UTF-8 buffer, or its bytes were converted
+// from the units and are corrupt. Bytes of another length than the conversion gives have been edited since.
+bool isDecidedByUTF16(const StringData& data) {
     const UTF16Char* const units = data.getPrivateBuffer<UTF16Char>();
     if (!units || !data.getPrivateBuffer<unsigned char>()) return units;
-    return isGarbledInUTF8(data) &&
+    return isCorruptInUTF8(data) &&
            stringDataGetUTF8Length(units, data.getBufferInfo<UTF16Char>(), data.getCharset()) == data.getUTF8Length();
 }
 
@@ -71,14 +71,14 @@ void appendUTF8(std::string& text, UTF32Char c) {
     }
 }
 
-// The text in UTF-8: the buffer, or what is written into `room` from the units, which the conversions of buffers would
-// garble in part.
-std::string_view utf8Of(const String& s, std::string& room) {
+// The text in UTF-8: the buffer, or a conversion of the units that is written to `storage`. The conversions of whole
+// buffers would corrupt some texts.
+std::string_view utf8Of(const String& s, std::string& storage) {
     const StringData* const data = s.getData();
     if (!data) return {};
     if (!data->getPrivateBuffer<unsigned char>()) {
-        forEachUTF16Code(*data, [&](UTF32Char c) { appendUTF8(room, c); });
-        return room;
+        forEachUTF16Code(*data, [&](UTF32Char c) { appendUTF8(storage, c); });
+        return storage;
     }
     return {reinterpret_cast<const char*>(data->getPrivateBuffer<unsigned char>()),
             data->getBufferInfo<unsigned char>().m_length};
@@ -90,7 +90,7 @@ std::size_t hashOf(const String& s) {
     const StringData* const data = s.getData();
     if (!data) return 0;
     CodeHash code(static_cast<unsigned int>(data->getCharset()));
-    if (isToldByUTF16(*data)) {
+    if (isDecidedByUTF16(*data)) {
         forEachUTF16Code(*data, [&](UTF32Char c) { code.add(c); });
     } else {
         const unsigned char* const text = data->getPrivateBuffer<unsigned char>();
@@ -101,13 +101,13 @@ std::size_t hashOf(const String& s) {
 }
 
 bool isText(const String& s, std::string_view text) {
-    std::string room;
-    return s.getData() && utf8Of(s, room) == text;
+    std::string storage;
+    return s.getData() && utf8Of(s, storage) == text;
 }
 
 std::ostream& operator<<(std::ostream& stream, const String& s) {
-    std::string room;
-    return stream << utf8Of(s, room);
+    std::string storage;
+    return stream << utf8Of(s, storage);
 }
 
 } // namespace Vorn

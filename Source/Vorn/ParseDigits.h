@@ -1,21 +1,38 @@
-// ParseDigits: the scanners behind all number parsers. They check nothing; the callers have done so.
+// ParseDigits: the scanners of all number parsers. They do not check their arguments; ParseInt.cpp and ParseFloat.cpp
+// do.
 //
-// A scanner reads one unit at a time and never one behind the unit that ends the number, so that terminated text is
-// safe whatever `length` says. `length` ends a scan only where the index meets it right behind a digit: callers hand in
-// text that ends at a terminator or a delimiter, and rely on a digit beyond a tight bound being read.
+// The path from each public parser. The fast path reads text that begins with a digit of a decimal number; the search
+// skips white space, sign and prefix. Every path ends in `sumDigits`. The forms for strings (ParseStrNum) select a
+// buffer and call the function in the second column.
+//
+//     public       checks arguments       scanner                   fast path           search
+//     parseUInt    parseUIntInline        parseAutoRadix            sumLeadingDigits    searchAutoRadix
+//     parseInt     parseIntInline         parseSignedAutoRadix      sumLeadingDigits    searchSignedAutoRadix
+//     parseUDec    parseUDecInline        parseDecimalDigits        sumLeadingDigits    searchDecimalDigits
+//     parseDec     ParseSignedNum<10>     parseSignedDigits         sumLeadingDigits    searchSignedDigits
+//     parseUHex    parseUHexInline        parseHexadecimalDigits    none                parseDigits
+//     parseHex     ParseSignedNum<16>     parseSignedDigits         none                searchSignedDigits
+//
+// searchSignedAutoRadix continues with parseAutoRadix; searchDecimalDigits and searchSignedDigits with parseDigits. The
+// float parsers (parseFloatType) read the whole part with parseDecimalDigits or parseHexadecimalDigits, the fraction of
+// a hexadecimal number with parseHexadecimalDigits, and exponents with parseSignedDecimalDigits.
+//
+// A scanner reads one unit at a time and stops at the unit that ends the number, so that terminated text is safe with
+// any `length`. `length` ends a scan only directly after a digit; digits beyond `length` are specified to be read
+// otherwise.
 #pragma once
 
-#include "Vorn/String/UnicodeBits.h" // range tests without branches
+#include "Vorn/Private/UnicodeBits.h" // range tests without branches
 
 #include <type_traits>
 
 namespace VornPrivate {
 
-/// True for 9 to 13 and 32.
+/// Returns true for 9 to 13 and 32.
 constexpr bool isWhiteSpace(unsigned int c) noexcept { return (rangeMask(c, 9, 13) | rangeMask(c, ' ', ' ')) != 0; }
 
-/// The value of a decimal digit, or -1. One comparison of a difference: alone it takes no branch, and in a loop that
-/// ends behind the digits it becomes the branch of the loop.
+/// The value of a decimal digit, or -1. The single comparison compiles without a branch, or as the branch of a loop
+/// that ends after the digits.
 constexpr int getDecimal(unsigned int c) noexcept {
     const unsigned int digit = c - '0';
     return digit < 10 ? static_cast<int>(digit) : -1;
@@ -35,8 +52,8 @@ constexpr int getFirstValue(const CharType* str, unsigned int& pos, unsigned int
     return getDecimal(str[pos]);
 }
 
-/// The first digit of a hexadecimal scan, behind "0x" if `length` leaves room for the two. The second unit is looked at
-/// only behind a zero digit, so the scan of an empty text ends at its terminator.
+/// The first digit of a hexadecimal scan, after "0x" if both units lie within `length`. The second unit is read only
+/// after a zero digit, so the scan of an empty text stops at its terminator.
 template <class CharType>
 constexpr int getFirstHexaValue(const CharType* str, unsigned int& pos, unsigned int length) noexcept {
     const unsigned int zero = static_cast<unsigned int>(pos + 1 < length) & static_cast<unsigned int>(str[pos] == '0');
@@ -44,8 +61,8 @@ constexpr int getFirstHexaValue(const CharType* str, unsigned int& pos, unsigned
     return getHexa(str[pos]);
 }
 
-/// Values are summed without a sign, in a word at least as wide as theirs: cutting the sum at the end gives what
-/// wrapping at each step would give.
+/// The unsigned type in which values are summed, at least as wide as `T`: the truncated sum equals a sum that wraps at
+/// each step.
 template <class T>
 using Sum = std::conditional_t<sizeof(T) <= sizeof(unsigned int), unsigned int, unsigned long long>;
 
@@ -54,20 +71,20 @@ constexpr T negated(T value) noexcept {
     return static_cast<T>(0 - static_cast<Sum<T>>(value));
 }
 
-/// Index of the first unit that is no white space. No length bounds this search.
+/// The index of the first unit that is not white space. No length limits this search.
 template <class CharType>
 constexpr unsigned int skipWhiteSpace(const CharType* str) noexcept {
     unsigned int i = 0;
-    while (str[i] <= ' ' && isWhiteSpace(str[i])) ++i; // most texts are through after the comparison
+    while (str[i] <= ' ' && isWhiteSpace(str[i])) ++i; // the comparison is false for most first units
     return i;
 }
 
-/// Sums `digit`, which is unit `pos`, and the digits behind it. `end` becomes the index behind them.
+/// The value of `digit`, which is unit `pos`, and the digits after it. Sets `end` to the index after the last digit.
 template <class T, unsigned int radix, int (*getDigit)(unsigned int), class CharType>
 constexpr T sumDigits(const CharType* str, unsigned int pos, unsigned int length, int digit,
                       unsigned int& end) noexcept {
     const CharType* unit = str + pos;
-    unsigned int remaining = length - pos; // wraps if the bound lies behind already, and then ends nothing
+    unsigned int remaining = length - pos; // wraps if `pos` is beyond the limit already, which then ends nothing
     Sum<T> value = 0;
     do {
         value = value * radix + static_cast<unsigned int>(digit);
@@ -78,8 +95,8 @@ constexpr T sumDigits(const CharType* str, unsigned int pos, unsigned int length
     return static_cast<T>(value);
 }
 
-/// Most texts begin with a digit of a decimal number. These need no search for white space, sign or prefix, and the
-/// functions that search stay out of line, so that this way costs little more than the digits.
+/// The fast path, for text that begins with a decimal digit. The functions that search are not inlined, so that this
+/// path costs little more than the digits.
 template <class T, class CharType>
 constexpr T sumLeadingDigits(const CharType* str, unsigned int* count, unsigned int length) noexcept {
     unsigned int end = 0;
@@ -88,7 +105,7 @@ constexpr T sumLeadingDigits(const CharType* str, unsigned int* count, unsigned 
     return value;
 }
 
-/// The whole of `parseAutoRadix`.
+/// The general path of `parseAutoRadix`.
 template <class T, class CharType>
 [[gnu::noinline]] T searchAutoRadix(const CharType* str, unsigned int* count, unsigned int length) noexcept {
     unsigned int i = skipWhiteSpace(str);
@@ -106,20 +123,21 @@ template <class T, class CharType>
     return value;
 }
 
-/// True for a text of a decimal number and nothing before it: not for "0", which may begin "0x".
+/// Returns true if a decimal number begins with the first unit; false for "0", which can be the start of "0x".
 template <class CharType>
 constexpr bool startsDecimal(const CharType* str) noexcept {
     return static_cast<unsigned int>(str[0]) - '1' < 9;
 }
 
-/// An unsigned number, hexadecimal behind "0x" and decimal otherwise. `count` is 0 if "0x" has no digit behind it.
+/// Reads an unsigned number, hexadecimal after "0x" and decimal otherwise. `count` is 0 if no digit follows "0x".
 template <class T, class CharType>
 T parseAutoRadix(const CharType* str, unsigned int* count, unsigned int length) noexcept {
     if (startsDecimal(str)) return sumLeadingDigits<T>(str, count, length);
     return searchAutoRadix<T>(str, count, length);
 }
 
-/// As `searchAutoRadix`, behind a sign if the very first unit is one. The sign is counted if a number follows.
+/// Reads a sign, if the first unit is one, and then a number as `parseAutoRadix`. The sign is counted if a number
+/// follows.
 template <class T, class CharType>
 [[gnu::noinline]] T searchSignedAutoRadix(const CharType* str, unsigned int* count, unsigned int length) noexcept {
     const unsigned int sign = str[0];
@@ -135,7 +153,7 @@ T parseSignedAutoRadix(const CharType* str, unsigned int* count, unsigned int le
     return searchSignedAutoRadix<T>(str, count, length);
 }
 
-/// An unsigned number of one radix. `count` covers white space and "0x" even if no digit follows "0x".
+/// Reads an unsigned number of one radix. `count` includes white space and "0x" even if no digit follows "0x".
 template <class T, class CharType, int radix, int (*getFirst)(const CharType*, unsigned int&, unsigned int),
           int (*getDigit)(unsigned int)>
 T parseDigits(const CharType* str, unsigned int* count, unsigned int length) noexcept {
@@ -147,8 +165,8 @@ T parseDigits(const CharType* str, unsigned int* count, unsigned int length) noe
     return value;
 }
 
-/// As `parseDigits`, behind a sign if the very first unit is one. The sign is counted always, and `length` bounds the
-/// text behind it as if there were none.
+/// Reads a sign, if the first unit is one, and then a number as `parseDigits`. The sign is always counted, and `length`
+/// is not reduced by it.
 template <class T, class CharType, int radix, int (*getFirst)(const CharType*, unsigned int&, unsigned int),
           int (*getDigit)(unsigned int)>
 [[gnu::noinline]] T searchSignedDigits(const CharType* str, unsigned int* count, unsigned int length) noexcept {

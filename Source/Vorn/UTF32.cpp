@@ -8,7 +8,8 @@ unsigned int UTF32::getUTF32CharForUTF8(unsigned int seq) {
                           VornPrivate::markOverlong(VornPrivate::unpackCode4(seq), seq < 0xF0908080));
     }
     if (VornPrivate::isPacked3Bytes(seq)) {
-        // The threshold is that of code 0x100: longer overlong forms pass unmarked, and callers rely on it.
+        // The threshold is that of code 0x100, not 0x800: the overlong forms from 0x100 on are specified to be
+        // unmarked.
         return codeUnless(UTF8::invalid3ByteUnicode(seq),
                           VornPrivate::markOverlong(VornPrivate::unpackCode3(seq), seq < 0xE08480));
     }

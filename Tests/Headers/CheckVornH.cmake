@@ -1,8 +1,9 @@
-# Vorn/Vorn.h includes each public header of INCLUDE_DIR and nothing else. Support headers say in their opening comment
-# that they are not for direct use; they come in with the headers that they support.
+# Vorn/Vorn.h includes each public header of INCLUDE_DIR and nothing else. Private headers, which public ones include, are
+# in the folder Private or say in their opening comment that they are not for direct use.
 
 file(GLOB_RECURSE headers RELATIVE "${INCLUDE_DIR}" "${INCLUDE_DIR}/*.h")
 list(REMOVE_ITEM headers Vorn/Vorn.h)
+list(FILTER headers EXCLUDE REGEX "/Private/")
 
 set(public "")
 foreach(header IN LISTS headers)
@@ -12,7 +13,7 @@ foreach(header IN LISTS headers)
         message(FATAL_ERROR "${header} has no #pragma once")
     endif()
     string(SUBSTRING "${text}" 0 ${opening_end} opening)
-    string(REGEX REPLACE "\n// *" " " opening "${opening}") # a comment may break a line anywhere
+    string(REGEX REPLACE "\n///? *" " " opening "${opening}") # a comment may break a line anywhere
     if(NOT opening MATCHES "not for direct use")
         list(APPEND public "${header}")
     endif()
@@ -26,5 +27,5 @@ list(REMOVE_ITEM missing ${included})
 set(foreign ${included})
 list(REMOVE_ITEM foreign ${public})
 if(NOT public OR missing OR foreign)
-    message(FATAL_ERROR "Vorn/Vorn.h lacks: ${missing}; includes what is no public header: ${foreign}")
+    message(FATAL_ERROR "Vorn/Vorn.h lacks: ${missing}; includes headers that are not public: ${foreign}")
 endif()

@@ -1,13 +1,17 @@
-// Interop: strings in ordinary C++ code. Additions for comfort, which the library itself does not use:
-//
-//     using namespace Vorn::Literals;
-//     const String name = "door"_vs;               // no copy, no allocation but the record
-//     std::unordered_map<String, Door> doors;      // equal strings hash equally, in any encoding
-//     for (unsigned char byte : bytes(name)) ...   // UTF-8
-//     if (name == std::string_view("door")) std::cout << name;
-//
-// Sorted containers take `operator<` of String, which is an order only for texts that are all held in UTF-8 and of
-// which none, or all, hold U+0000.
+/// @file
+/// Interop: strings in ordinary C++ code: literals, hashing, ranges, comparison and output. The library itself does not
+/// use these functions.
+///
+///     using namespace Vorn::Literals;
+///     const String name = "door"_vs;               // no copy, no allocation but the record
+///     std::unordered_map<String, Door> doors;      // equal strings hash equally, in any encoding
+///     for (unsigned char byte : bytes(name)) ...   // UTF-8
+///     if (name == std::string_view("door")) std::cout << name;
+///
+/// Sorted containers use `operator<` of String. It is an order only for texts that are all held in UTF-8 and of which
+/// none, or all, contain U+0000.
+///
+/// Cost: as each function states. Threads: reading a string can build a buffer in its record; see String.h.
 #pragma once
 
 #include "Vorn/Config.h"
@@ -23,7 +27,7 @@
 
 namespace VornPrivate {
 
-/// The result of a comparison, for these types exactly: no side is converted.
+/// The result type of a comparison; defined for exactly these types, so that no argument is converted.
 template <class S, class Text>
 using IfStringAndText = std::enable_if_t<
     std::conjunction<std::disjunction<std::is_same<Text, std::string>, std::is_same<Text, std::string_view>>,
@@ -34,7 +38,7 @@ using IfStringAndText = std::enable_if_t<
 
 namespace Vorn {
 
-/// The bytes of a text in UTF-8, without a terminator.
+/// A range over the bytes of a text in UTF-8, without a terminator.
 class ByteRange {
 public:
     constexpr ByteRange(const unsigned char* first, unsigned int count) noexcept : m_first(first), m_count(count) {}
@@ -49,34 +53,38 @@ private:
     unsigned int m_count;
 };
 
-/// The text in UTF-8; none for a null string. Builds the UTF-8 buffer if the record lacks it, with what
-/// `stringDataConvertToUTF8` garbles and raises.
-/// @warning Dies with the string, and at the next call that can move its text; see `String::getCString`.
+/// The bytes of the text in UTF-8; an empty range for a null string. Builds the UTF-8 buffer if the record has none.
+///
+/// Throws as `stringDataConvertToUTF8` does. Texts that the conversion corrupts are corrupt here, too.
+/// @warning The range is invalidated by the destruction of the string and by any call that can move its text; see
+///     `String::getCString`.
 inline ByteRange bytes(const String& s) {
     if (!s.getData()) return {nullptr, 0};
     const unsigned char* const buffer = s.getData()->getBuffer<unsigned char>();
     return {buffer, s.getData()->getBufferInfo<unsigned char>().m_length};
 }
 
-/// The same as a view of chars.
+/// The result of `bytes` as a view of chars. Throws as `bytes` does and is invalidated as its result is.
 inline std::string_view view(const String& s) {
     const ByteRange range = bytes(s);
     return {reinterpret_cast<const char*>(range.begin()), range.size()};
 }
 
-/// A number that equal strings share, whatever encodings they are held in. Builds no buffer.
+/// A hash of the text. Equal strings have the same hash in every encoding. Builds no buffer.
 VORN_API std::size_t hashOf(const String& s);
 
-/// True if the string is not null and `text` is its text in UTF-8, U+0000 being 0xC0 0x80. Builds no buffer; text that
-/// is held in UTF-16 only is written into a std::string for the comparison.
+/// Returns true if `text` is the text of the string in UTF-8; false for a null string. U+0000 is 0xC0 0x80.
+///
+/// Builds no buffer in the record. A text that is held only in UTF-16 is converted into a temporary std::string.
 VORN_API bool isText(const String& s, std::string_view text);
 
-/// Writes the text in UTF-8, U+0000 as 0xC0 0x80; nothing for a null string. Builds no buffer.
+/// Writes the text in UTF-8 to the stream; nothing for a null string. U+0000 is written as 0xC0 0x80. Builds no buffer.
 VORN_API std::ostream& operator<<(std::ostream& stream, const String& s);
 
-/// `isText`, for a String or UTF8String beside a std::string or std::string_view. A std::string is not made a String
-/// for it, which would never free its copy; a literal is.
-/// @warning There is no such `operator<`: in `s < text`, a std::string does become a String.
+/// Compares a String or UTF8String with a std::string or std::string_view as `isText` does. No argument is converted.
+/// @warning A literal is converted to a String. There is no such `operator<`: `s < text` converts a std::string to a
+///     String, which never frees its copy.
+/// @{
 template <class S, class Text>
 VornPrivate::IfStringAndText<S, Text> operator==(const S& s, const Text& text) {
     return isText(s, text);
@@ -93,17 +101,20 @@ template <class S, class Text>
 VornPrivate::IfStringAndText<S, Text> operator!=(const Text& text, const S& s) {
     return !isText(s, text);
 }
+/// @}
 
 inline namespace Literals {
 
-/// A string over a literal, which lives for ever. Raises `Exception<7>` for one that is not valid, also for a zero byte
-/// inside it.
+/// A string that refers to a literal. Allocates the record only.
+/// Throws `Exception<7>` if the literal is not valid in its encoding or contains a zero byte.
+/// @{
 inline String operator""_vs(const char* literal, std::size_t length) {
     return String(literal, static_cast<unsigned int>(length), STRING_DATA_STATIC, true);
 }
 inline String operator""_vs(const UTF16Char* literal, std::size_t length) {
     return String(literal, static_cast<unsigned int>(length), STRING_DATA_STATIC, true);
 }
+/// @}
 
 } // namespace Literals
 
@@ -111,7 +122,7 @@ inline String operator""_vs(const UTF16Char* literal, std::size_t length) {
 
 namespace std {
 
-/// Hashes strings for the containers of the standard library.
+/// The hash of strings for the containers of the standard library.
 template <>
 struct hash<Vorn::String> {
     size_t operator()(const Vorn::String& s) const { return Vorn::hashOf(s); }

@@ -1,36 +1,41 @@
-// UTF8: single characters as UTF-8, packed big-endian into a word of 32 bits ("seq": 0xC3A9 for U+00E9).
-//
-// The members are small and inline and touch no memory; where they check nothing they hold no branch but the choice of
-// `getUTF8` by the number of bytes. They are the bricks of whole-buffer loops. For whole buffers take the functions of
-// StringDataHelper.h.
-//
-// A code is valid from 0 to 0x10FFFF unless it is a surrogate or a noncharacter (0xFDD0 to 0xFDEF, or 0xFFFE and 0xFFFF
-// in the low 16 bits). Results that are no character are noncharacters themselves: 0xFDD1 for a first surrogate, 0xFDD2
-// for a second one, 0xFDEF for anything invalid.
+/// @file
+/// UTF8: converts and classifies single characters as UTF-8, packed big-endian into a word of 32 bits ("seq": 0xC3A9
+/// for U+00E9).
+///
+/// For whole buffers use the functions of StringDataHelper.h.
+///
+/// A code is valid from 0 to 0x10FFFF, except surrogates and noncharacters (0xFDD0 to 0xFDEF, and 0xFFFE and 0xFFFF in
+/// the low 16 bits). A result that is no character is a sentinel; see UTF32.h.
+///
+/// Cost: the operations are small and inline and access no memory. Only those that check their arguments branch, and
+/// `getUTF8`, which selects by the number of bytes.
+///
+/// Threads: the operations use their arguments only.
 #pragma once
 
 #include "Vorn/Assert.h"
 #include "Vorn/Config.h"
-#include "Vorn/String/UnicodeBits.h"
+#include "Vorn/Private/UnicodeBits.h"
 #include "Vorn/Types.h"
 
 namespace Vorn {
 
-/// Single characters as UTF-8.
+/// Operations on single characters in UTF-8.
 class VORN_API UTF8 {
 public:
-    /// Answers 0 for 0xF4, although that byte leads valid sequences: 1 for 0x00 to 0x7F and 0xC2 to 0xF3, else 0.
+    /// Returns 1 for a byte that begins a character, 0x00 to 0x7F and 0xC2 to 0xF3, else 0; also 0 for 0xF4, which DOES
+    /// begin characters.
     static constexpr unsigned int validUTF8Lead(unsigned char c) noexcept {
         return (VornPrivate::rangeMask(c, 0x00, 0x7F) | VornPrivate::rangeMask(c, 0xC2, 0xF3)) & 1;
     }
 
-    /// 1 for 0x80 to 0xBF, else 0.
+    /// Returns 1 for a trail byte, 0x80 to 0xBF, else 0.
     static constexpr unsigned int validUTF8Trail(unsigned char c) noexcept {
         return VornPrivate::rangeMask(c, 0x80, 0xBF) & 1;
     }
 
-    /// Bytes that a code needs: 1 to 4, and 0 for an invalid code.
-    /// @warning Codes from 0x80000080 upward give 1.
+    /// The number of bytes of a code in UTF-8: 1 to 4, or 0 for an invalid code.
+    /// @warning Codes from 0x80000080 upward give 1. Compare with 0x10FFFF before.
     static constexpr unsigned int countUTF8(unsigned int c) noexcept {
         const unsigned int one = VornPrivate::belowMask(c, 0x80);
         const unsigned int two = VornPrivate::belowMask(c, 0x800);
@@ -40,7 +45,8 @@ public:
         return VornPrivate::select(one, 1, (4 - (two & 1) - (three & 1)) & ~invalid);
     }
 
-    /// Bytes that a unit needs: 1 to 3; -1 for a first surrogate, -2 for a second one, 0 for a noncharacter.
+    /// The number of bytes of a unit in UTF-8: 1 to 3, -1 for a first surrogate, -2 for a second surrogate, 0 for a
+    /// noncharacter.
     static constexpr int countUTF8(UTF16Char c) noexcept {
         const unsigned int first = VornPrivate::firstSurrogateMask(c);
         const unsigned int second = VornPrivate::secondSurrogateMask(c);
@@ -49,8 +55,8 @@ public:
         return static_cast<int>((count & ~none) | first | (second & ~1u));
     }
 
-    /// The packed sequence of a code, or 0xFDEF for an invalid one.
-    /// @warning Codes from 0x80000080 upward come back unchanged.
+    /// The packed sequence of a code, or 0xFDEF for an invalid code. The code 0 gives 0, NOT 0xC080.
+    /// @warning Codes from 0x80000080 upward are returned unchanged. Compare with 0x10FFFF before.
     static constexpr unsigned int getUTF8(unsigned int c) noexcept {
         switch (countUTF8(c)) {
         case 1: return c;
@@ -61,45 +67,49 @@ public:
         }
     }
 
-    /// The packed sequence of a unit; 0xFDD1 for a first surrogate, 0xFDD2 for a second one, 0xFDEF for a noncharacter.
+    /// The packed sequence of a unit; 0xFDD1 for a first surrogate, 0xFDD2 for a second surrogate, 0xFDEF for a
+    /// noncharacter.
     static constexpr unsigned int getUTF8(UTF16Char c) noexcept {
         switch (countUTF8(c)) {
         case 1: return c;
         case 2: return VornPrivate::packCode2(c);
         case 3: return VornPrivate::packCode3(c);
-        case -1: return 0xFDD1;
-        case -2: return 0xFDD2;
+        case -1: return VornPrivate::FIRST_SURROGATE;
+        case -2: return VornPrivate::SECOND_SURROGATE;
         default: return VornPrivate::INVALID_CHARACTER;
         }
     }
 
-    /// The packed sequence of a unit that is a character by itself, or 0xFDEF; surrogates are plainly invalid here.
+    /// The packed sequence of a unit, or 0xFDEF for a surrogate or noncharacter.
     static constexpr unsigned int getUTF8ForUCS2(UTF16Char c) noexcept {
         using namespace VornPrivate;
         const unsigned int seq = select(belowMask(c, 0x80), c, select(belowMask(c, 0x800), packCode2(c), packCode3(c)));
         return select(surrogateMask(c) | nonCharacterMask(c), INVALID_CHARACTER, seq);
     }
 
-    /// Right only for a `first` below 0xD8C0 (planes 1 to 3): beyond, two bits of it are lost or reach the wrong place,
-    /// so that 0xDA00 0xDC00 gives the word of 0xD800 0xDC00 and 0xDBC0 0xDC00 the malformed 0xF0C08080. Noncharacters
-    /// pass. For any pair take `getUTF8(UTF32::getUTF32Char(first, second))`.
-    /// Raises `Exception<2>` with "(first & 0xFC00) == 0xD800 : invalid first surrogate!" or
-    /// "(second & 0xFC00) == 0xDC00 : invalid second surrogate!".
+    /// The packed sequence of a surrogate pair, WRONG for a `first` from 0xD8C0 upward (planes 4 to 16).
+    ///
+    /// Throws `Exception<2>`: "(first & 0xFC00) == 0xD800 : invalid first surrogate!" or "(second & 0xFC00) == 0xDC00 :
+    /// invalid second surrogate!".
+    /// @warning Two bits of `first` are lost or misplaced: 0xDA00 0xDC00 gives the word of 0xD800 0xDC00, and 0xDBC0
+    ///     0xDC00 gives the malformed 0xF0C08080. Noncharacters are not refused. For any pair write
+    ///     `getUTF8(UTF32::getUTF32Char(first, second))`.
     static unsigned int getUTF8(UTF16Char first, UTF16Char second) {
         VORN_INTERNAL_ASSERT((first & 0xFC00) == 0xD800, "invalid first surrogate!");
         VORN_INTERNAL_ASSERT((second & 0xFC00) == 0xDC00, "invalid second surrogate!");
         return packSurrogatePair(first, second);
     }
 
-    /// Right only for pairs below 0xD8C0DC00; see `getUTF8(first, second)`.
-    /// Raises `Exception<2>` with "(pair & 0xFC00FC00) == 0xD800DC00 : invalid surrogate pair!".
+    /// The packed sequence of a packed surrogate pair, WRONG from 0xD8C0DC00 upward; see `getUTF8(first, second)`.
+    /// Throws `Exception<2>`: "(pair & 0xFC00FC00) == 0xD800DC00 : invalid surrogate pair!".
     static unsigned int getUTF8ForUTF16(unsigned int pair) {
         VORN_INTERNAL_ASSERT((pair & 0xFC00FC00) == 0xD800DC00, "invalid surrogate pair!");
         return packSurrogatePair(pair >> 16, pair & 0xFFFF);
     }
 
-    /// 1 if a packed 3-byte sequence is a surrogate or a noncharacter, else 0, also for overlong forms.
-    /// Raises `Exception<2>` with "(seq & 0x00F0C0C0) == 0x00E08080 : Invalid 3-byte UTF-8 sequence!".
+    /// Returns 1 if a packed 3-byte sequence is a surrogate or a noncharacter, else 0; also 0 for overlong forms.
+    /// Throws `Exception<2>`: "(seq & 0x00F0C0C0) == 0x00E08080 : Invalid 3-byte UTF-8 sequence!".
+    /// @warning To detect an overlong form, compare the decoded value with 0x800.
     static unsigned int invalid3ByteUnicode(unsigned int seq) {
         VORN_INTERNAL_ASSERT((seq & 0x00F0C0C0) == 0x00E08080, "Invalid 3-byte UTF-8 sequence!");
         return (VornPrivate::rangeMask(seq, 0xEDA080, 0xEDBFBF) | VornPrivate::rangeMask(seq, 0xEFB790, 0xEFB7AF) |
@@ -107,9 +117,12 @@ public:
                1;
     }
 
-    /// 1 if a packed 4-byte sequence is a noncharacter, above 0x10FFFD, or the overlong form of a surrogate or of
-    /// 0xFDD0 to 0xFDEF; else 0, also for all other overlong forms. Raises `Exception<2>` with "(seq & 0xF8C0C0C0) ==
-    /// 0xF0808080 : Invalid 4-byte UTF-8 sequence!".
+    /// Returns 1 if a packed 4-byte sequence is a noncharacter or above 0x10FFFD, else 0; also 0 for most overlong
+    /// forms.
+    ///
+    /// The overlong forms of surrogates and of 0xFDD0 to 0xFDEF give 1.
+    /// Throws `Exception<2>`: "(seq & 0xF8C0C0C0) == 0xF0808080 : Invalid 4-byte UTF-8 sequence!".
+    /// @warning To detect an overlong form, compare the decoded value with 0x10000.
     static unsigned int invalid4ByteUnicode(unsigned int seq) {
         VORN_INTERNAL_ASSERT((seq & 0xF8C0C0C0) == 0xF0808080, "Invalid 4-byte UTF-8 sequence!");
         return (VornPrivate::rangeMask(seq & 0xFFFFF, 0xFBFBE, 0xFBFBF) | VornPrivate::signMask(0xF48FBFBE - seq) |
@@ -118,18 +131,19 @@ public:
                1;
     }
 
-    /// `invalid3ByteUnicode` of three bytes.
+    /// `invalid3ByteUnicode` of three bytes. Throws as that does.
     static unsigned int invalidUnicode(unsigned char b1, unsigned char b2, unsigned char b3) {
         return invalid3ByteUnicode(VornPrivate::packBytes(b1, b2, b3));
     }
 
-    /// `invalid4ByteUnicode` of four bytes.
+    /// `invalid4ByteUnicode` of four bytes. Throws as that does.
     static unsigned int invalidUnicode(unsigned char b1, unsigned char b2, unsigned char b3, unsigned char b4) {
         return invalid4ByteUnicode(VornPrivate::packBytes(b1, b2, b3, b4));
     }
 
 private:
-    // Bits 8 and 9 of `first` do not take part, and its bits 6 and 7 are added where the lead byte should carry on.
+    // Bits 8 and 9 of `first` are not used, and its bits 6 and 7 are added to the wrong place: results are specified
+    // so.
     static constexpr unsigned int packSurrogatePair(unsigned int first, unsigned int second) noexcept {
         return 0xF0908080 + ((first & 0xFC) << 14) + ((first & 3) << 12) + ((second & 0x3C0) << 2) + (second & 0x3F);
     }

@@ -1,4 +1,5 @@
-// Unicode: all operations on single characters under one name.
+/// @file
+/// Unicode: all operations on single characters in one class.
 #pragma once
 
 #include "Vorn/Config.h"
@@ -8,7 +9,7 @@
 
 namespace Vorn {
 
-/// UTF8, UTF16 and UTF32 in one, so that callers may write `Unicode::getUTF32Char`.
+/// Combines UTF8, UTF16 and UTF32, so that all their operations can be called as `Unicode::getUTF32Char`.
 class VORN_API Unicode : public UTF8, public UTF16, public UTF32 {};
 
 } // namespace Vorn

@@ -1,5 +1,5 @@
-// UnicodeBits: range tests without branches and the bit fields of packed words. Support of UTF8.h, UTF16.h and UTF32.h;
-// not for direct use.
+// UnicodeBits: range tests without branches, and the bit fields of packed words. Support of UTF8.h, UTF16.h and
+// UTF32.h; not for direct use.
 //
 // A packed UTF-8 word holds one sequence big-endian, its last byte in the lowest eight bits:
 //
@@ -10,18 +10,17 @@
 // A packed surrogate pair holds the first unit in the high half: 110110aa aaaaaaaa 110111bb bbbbbbbb.
 #pragma once
 
-namespace VornPrivate {
+#include "Vorn/Private/Sentinels.h"
 
-/// The code that stands for an invalid character.
-inline constexpr unsigned int INVALID_CHARACTER = 0xFDEF;
+namespace VornPrivate {
 
 /// All ones if the sign bit of `difference` is set, else 0.
 constexpr unsigned int signMask(unsigned int difference) noexcept { return 0u - (difference >> 31); }
 
-/// All ones if `value` is below `limit`. Exact while the two differ by less than 0x80000000; beyond, the answer turns.
+/// All ones if `value` is below `limit`. Valid while the two differ by less than 0x80000000; inverted beyond.
 constexpr unsigned int belowMask(unsigned int value, unsigned int limit) noexcept { return signMask(value - limit); }
 
-/// All ones if `value` lies in `first` to `last`. Exact for all values.
+/// All ones if `value` lies in `first` to `last`. Valid for all values.
 constexpr unsigned int rangeMask(unsigned int value, unsigned int first, unsigned int last) noexcept {
     return ~signMask((value - first) | (last - value));
 }
@@ -31,7 +30,7 @@ constexpr unsigned int select(unsigned int mask, unsigned int chosen, unsigned i
     return (chosen & mask) | (other & ~mask);
 }
 
-/// All ones for the surrogates, and for the noncharacters of every plane.
+/// All ones for surrogates, and for the noncharacters of every plane.
 constexpr unsigned int surrogateMask(unsigned int code) noexcept { return rangeMask(code, 0xD800, 0xDFFF); }
 constexpr unsigned int firstSurrogateMask(unsigned int code) noexcept { return rangeMask(code, 0xD800, 0xDBFF); }
 constexpr unsigned int secondSurrogateMask(unsigned int code) noexcept { return rangeMask(code, 0xDC00, 0xDFFF); }
@@ -42,8 +41,8 @@ constexpr unsigned int nonCharacterMask(unsigned int code) noexcept {
 constexpr bool isPacked3Bytes(unsigned int seq) noexcept { return (seq & 0x00F0C0C0) == 0x00E08080; }
 constexpr bool isPacked4Bytes(unsigned int seq) noexcept { return (seq & 0xF8C0C0C0) == 0xF0808080; }
 
-/// Bytes of the sequence that a byte above 0x7F leads, for the readers, which guess the branch; 1 for a byte that leads
-/// none.
+/// The length of the sequence that a byte above 0x7F leads, or 1 if it leads none. It branches, because the readers
+/// gain from the prediction.
 constexpr unsigned int sequenceLength(unsigned char lead) noexcept {
     if ((lead & 0xE0) == 0xC0) return 2;
     if ((lead & 0xF0) == 0xE0) return 3;
@@ -80,7 +79,7 @@ constexpr unsigned int unpackSurrogates(unsigned int first, unsigned int second)
     return 0x10000 + ((first & 0x3FF) << 10) + (second & 0x3FF);
 }
 
-/// Marks the code of an overlong form.
+/// Adds 0xFF000000 to the code of an overlong form.
 constexpr unsigned int markOverlong(unsigned int code, bool overlong) noexcept {
     return code + (0xFF000000 & (0u - static_cast<unsigned int>(overlong)));
 }
