@@ -18,7 +18,7 @@
 
 #include "Vorn/Config.h"
 #include "Vorn/Exception.h"
-#include "Vorn/ReportText.h"
+#include "Vorn/Private/ReportText.h"
 
 namespace VornPrivate {
 

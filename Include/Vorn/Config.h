@@ -1,4 +1,5 @@
-// Config: what the public headers need to know of compiler and platform.
+/// @file
+/// Config: macros for the compiler and the platform, used by the other headers.
 #pragma once
 
 #if defined(_WIN32)
@@ -8,14 +9,14 @@
 #define VORN_API __declspec(dllimport)
 #endif
 #else
-/// Marks what the library exports; every other symbol is hidden.
+/// Exports a symbol from the shared library; all other symbols are hidden.
 #define VORN_API __attribute__((visibility("default")))
 #endif
 
-/// Marks a function that runs only after a check has failed: it stays out of line and away from hot code.
+/// Marks a function that runs only after a check has failed: it is not inlined and is placed apart from hot code.
 #define VORN_COLD __attribute__((cold, noinline))
 
-/// True in the common case.
+/// The value of `condition`; the compiler expects true.
 #define VORN_LIKELY(condition) __builtin_expect(static_cast<bool>(condition), 1)
 
 /// Makes the compiler check the arguments of a function that formats like `printf`. Both indices count from 1, and a
@@ -27,4 +28,4 @@
 #endif
 
 static_assert(sizeof(unsigned int) == 4, "lengths, codes and packed words are unsigned int of 32 bits");
-static_assert(sizeof(short) == 2 && sizeof(long long) == 8, "the number functions rely on these widths");
+static_assert(sizeof(short) == 2 && sizeof(long long) == 8, "integers are parsed and printed in these widths");

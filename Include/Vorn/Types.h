@@ -1,4 +1,5 @@
-// Types: the code units and codes that text is made of.
+/// @file
+/// Types: the code units and code points that text consists of.
 #pragma once
 
 #include <cwchar> // WCHAR_MAX
@@ -12,7 +13,7 @@ using UTF16Char = wchar_t;
 using UTF16Char = char16_t;
 #endif
 
-/// A code point, a sentinel code or a packed word of 32 bits.
+/// A code point, a sentinel (see Vorn/String/UTF32.h) or a packed word of 32 bits.
 using UTF32Char = unsigned int;
 
 static_assert(sizeof(UTF16Char) == 2, "a UTF-16 code unit has 16 bits");

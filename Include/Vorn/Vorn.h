@@ -1,4 +1,5 @@
-// Vorn: every public header.
+/// @file
+/// Vorn: includes every public header.
 #pragma once
 
 #include "Vorn/Assert.h"

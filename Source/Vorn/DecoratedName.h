@@ -1,12 +1,12 @@
-// DecoratedName: the names of template instances as reports show them, built by the compiler:
+// DecoratedName: the names of template instances in reports, built at compile time:
 //
 //     VornPrivate::Pair<int,&int __cdecl VornPrivate::getDecimal(unsigned int)>::parse
 //
-// Types are spelled as below; a function that is a template argument is shown with its result, name, template arguments
-// and parameters. One instance has one such name on every platform, whatever the compiler calls its types.
+// Types are spelled as below. A function that is a template argument appears with its result, name, template arguments
+// and parameters. An instance has the same name on every platform and with every compiler.
 #pragma once
 
-#include "Vorn/ReportText.h"
+#include "Vorn/Private/ReportText.h"
 #include "Vorn/Types.h"
 
 #include <type_traits>
@@ -64,8 +64,8 @@ public:
         ((add(","), addType<Others>()), ...);
     }
 
-    /// "&int __cdecl VornPrivate::getFirstValue<unsigned char>(unsigned char const *,unsigned int &,unsigned int)":
-    /// a function of this namespace and its template arguments.
+    /// "&int __cdecl VornPrivate::getFirstValue<unsigned char>(unsigned char const *,unsigned int &,unsigned int)": a
+    /// function of this namespace and its template arguments.
     template <auto function, class... TemplateArguments>
     constexpr void addFunction() {
         addSignature<TemplateArguments...>(function, nameOf<function>());
@@ -104,8 +104,8 @@ private:
         add(")");
     }
 
-    // The compilers describe this function as "... nameOf() [with auto function = VornPrivate::getDecimal]", with or
-    // without a sign or a bracket before the name that is looked for; it is the last one in this namespace.
+    // The compilers describe this function as "... nameOf() [with auto function = VornPrivate::getDecimal]", possibly
+    // with a sign or a bracket before the name. The name that is needed is the last one of this namespace.
     template <auto function>
     static constexpr auto nameOf() {
         constexpr int SIZE = sizeof(__PRETTY_FUNCTION__) - 1;

@@ -138,20 +138,21 @@ TEST(QualifiedName, ReadsTheDescriptionsOfBothCompilers) {
 
 TEST(SourcePath, OfAPublicHeaderIsTheSameWhereverItIsInstalled) {
 #define EXPECT_PATH(folder, path, text) \
-    EXPECT_STREQ(VornPrivate::sourcePath(folder path, folder "Vorn/ReportText.h").characters, text)
+    EXPECT_STREQ(VornPrivate::sourcePath(folder path, folder "Vorn/Private/ReportText.h").characters, text)
     EXPECT_PATH("Include/", "Vorn/String/StringData.h", "Include/Vorn/String/StringData");
     EXPECT_PATH("/usr/include/", "Vorn/String/StringData.h", "Include/Vorn/String/StringData");
     EXPECT_PATH("/home/Vorn/prefix.d/include/", "Vorn/Assert.h", "Include/Vorn/Assert");
     EXPECT_PATH("", "Vorn/Assert.h", "Include/Vorn/Assert");
 #undef EXPECT_PATH
     EXPECT_STREQ(
-        VornPrivate::sourcePath("C:\\include\\Vorn\\String\\UTF8.h", "C:\\include\\Vorn\\ReportText.h").characters,
+        VornPrivate::sourcePath("C:\\include\\Vorn\\String\\UTF8.h", "C:\\include\\Vorn\\Private\\ReportText.h")
+            .characters,
         "Include/Vorn/String/UTF8");
 }
 
 TEST(SourcePath, OfAnyOtherFileLosesItsEndingOnly) {
 #define EXPECT_PATH(path, text) \
-    EXPECT_STREQ(VornPrivate::sourcePath(path, "Include/Vorn/ReportText.h").characters, text)
+    EXPECT_STREQ(VornPrivate::sourcePath(path, "Include/Vorn/Private/ReportText.h").characters, text)
     EXPECT_PATH("Source/Vorn/ParseInt.cpp", "Source/Vorn/ParseInt");
     EXPECT_PATH("Source/Vorn/TextRuns.h", "Source/Vorn/TextRuns");
     EXPECT_PATH("Include/VornGame/Door.h", "Include/VornGame/Door");

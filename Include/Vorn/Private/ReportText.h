@@ -30,8 +30,7 @@ constexpr bool isIdentifierCharacter(char c) {
 
 /// The source path of a report from a compiler's path: without its ending, and for a header of this library from the
 /// repository's root, wherever the header is installed ("Include/Vorn/String/StringData"). The paths of sources are
-/// shortened by the build.
-/// `ownPath` is what the compiler calls this header: public headers lie in the same folder.
+/// shortened by the build. `ownPath` is what the compiler calls this header: public headers lie in the same folder.
 template <int Size, int OwnSize = sizeof(__FILE__)>
 constexpr FixedText<Size + 8> sourcePath(const char (&path)[Size], const char (&ownPath)[OwnSize] = __FILE__) {
     int name = 0;       // start of the file's name
@@ -46,7 +45,7 @@ constexpr FixedText<Size + 8> sourcePath(const char (&path)[Size], const char (&
     }
 
     FixedText<Size + 8> result;
-    constexpr int OWN_NAME = sizeof("ReportText.h") - 1;
+    constexpr int OWN_NAME = sizeof("Private/ReportText.h") - 1;
     constexpr int LIBRARY = sizeof("Vorn/") - 1;
     constexpr int COMMON = OwnSize - 1 - OWN_NAME; // length of the folder, "Vorn/" included
     int common = 0;
