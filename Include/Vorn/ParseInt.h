@@ -1,25 +1,28 @@
-// ParseInt: text to integers.
-//
-//     unsigned int count;
-//     int value = Vorn::parseInt<int>(text, &count, length);    // "-42", "0x1F"; a count of 0: no number
-//
-//                values     radix                           sign
-//     parseInt   signed     16 behind "0x", otherwise 10    "-" or "+"
-//     parseUInt  unsigned   16 behind "0x", otherwise 10    none
-//     parseHex   signed     16, "0x" may stand in front     "-" or "+"
-//     parseUHex  unsigned   16, "0x" may stand in front     none
-//     parseDec   signed     10                              "-" or "+"
-//     parseUDec  unsigned   10                              none
-//
-// Each reads bytes, UTF-16 units and strings. White space (9 to 13 and 32) is skipped in front of the digits, and
-// behind a sign too, but not in front of a sign: " -5" is no number and "- 5" is -5. Only a lower-case "x" makes a
-// prefix.
-//
-// The parsers are lenient: text that is no number gives 0, text behind a number is left alone, and a value that is too
-// large wraps around without a word. To tell "0" from no number, or to notice what follows, look at `count`; where
-// overflow must be noticed, bound the number of digits first.
-//
-// Cost: one pass, no allocation, no locale. Threads: pure functions of their arguments.
+/// @file
+/// ParseInt: reads integers from text.
+///
+///     unsigned int count;
+///     int value = Vorn::parseInt<int>(text, &count, length);    // "-42", "0x1F"; a count of 0: no number
+///
+///                values     radix                           sign
+///     parseInt   signed     16 behind "0x", otherwise 10    "-" or "+"
+///     parseUInt  unsigned   16 behind "0x", otherwise 10    none
+///     parseHex   signed     16, "0x" may stand in front     "-" or "+"
+///     parseUHex  unsigned   16, "0x" may stand in front     none
+///     parseDec   signed     10                              "-" or "+"
+///     parseUDec  unsigned   10                              none
+///
+/// Each parser reads bytes, UTF-16 units and strings. It skips white space (9 to 13 and 32) before the digits, also
+/// between a sign and the digits, but NOT before a sign: "- 5" gives -5, and " -5" is no number. Only "0x" with a
+/// lower-case "x" is a prefix.
+///
+/// Malformed text is not a failure. Text without a number gives 0, text after the number is ignored, and a value that
+/// is too large wraps around. To distinguish "0" from text without a number, or to find the end of the number, read
+/// `count`. To detect overflow, limit the number of digits before the call.
+///
+/// Cost: one pass, no allocation, no locale.
+///
+/// Threads: the parsers use their arguments only.
 #pragma once
 
 #include "Vorn/Config.h"
@@ -28,26 +31,26 @@ namespace Vorn {
 
 class String;
 
-/// @name Integers from a buffer
+/// Reads an integer from the start of a buffer and returns its value, or 0 if there is no number.
 ///
-/// `T` is `char`, `signed char`, `short`, `int`, `long` or `long long` for the signed families, one of their unsigned
-/// forms for the others; `CharType` is `unsigned char` or `UTF16Char` and follows from `str`.
+/// `T` is `char`, `signed char`, `short`, `int`, `long` or `long long` for the signed parsers and the unsigned form of
+/// one of these for the unsigned parsers. `CharType` is `unsigned char` or `UTF16Char` and is deduced from `str`.
 ///
-/// `count`, if not null, receives the units consumed from `str` on, with white space, sign and prefix; 0 if there is no
-/// number. It is not read. After a sign `parseHex` and `parseDec` always count the sign: a lone "-" gives 0 with a
-/// count of 1, where `parseInt` gives a count of 0. "0x" without a digit behind it counts in `parseHex` and `parseUHex`
-/// and not in `parseInt` and `parseUInt`.
+/// `count`, if not null, receives the number of units that were read, including white space, sign and prefix; 0 if
+/// there is no number. There are two exceptions. `parseHex` and `parseDec` always count a sign: a lone "-" gives a
+/// count of 1, where `parseInt` gives 0. `parseHex` and `parseUHex` count a "0x" without digits; `parseInt` and
+/// `parseUInt` give 0.
 ///
-/// `length` is in units; 0xFFFFFFFF means that a zero unit ends the text.
+/// `length` is in units. 0xFFFFFFFF means that a zero unit ends the text.
 ///
-/// Raise `Exception<1>` "str : null pointer!" for a null `str`, and for a `length` of 0 "length > 0 : empty buffer!"
-/// (`parseHex` and `parseDec`) or "length > 0 : empty string!" (the others).
+/// Throws `Exception<1>`: "str : null pointer!". Throws `Exception<1>` for a `length` of 0: "length > 0 : empty
+/// buffer!" (`parseHex` and `parseDec`) or "length > 0 : empty string!" (the other parsers).
 ///
-/// @warning `length` is no strict bound; the text must be followed by a unit that is neither digit nor white space,
-///     such as a terminator. A scan ends at `length` only if it arrives there right behind a digit. White space is
-///     skipped without regard to it, after which digits may be read beyond it; so may any number of digits behind a
-///     sign or prefix that is all there is within `length`. Behind a sign `parseHex` and `parseDec` may read one digit
-///     too many, or the "x" of a prefix and all digits behind it.
+/// @warning `length` is NOT a strict limit. The text must be followed by a unit that is neither a digit nor white
+///     space, such as a terminator. A scan stops at `length` only if the last unit before it was a digit of the number.
+///     White space is skipped beyond `length`, and the digits after it are read. If only a sign or a prefix lies within
+///     `length`, the digits after it are read. After a sign `parseHex` and `parseDec` can read one more digit, or the
+///     "x" of a prefix and all digits after it.
 /// @{
 template <class T, class CharType>
 VORN_API T parseInt(const CharType* str, unsigned int* count = nullptr, unsigned int length = 0xFFFFFFFF);
@@ -63,12 +66,12 @@ template <class T, class CharType>
 VORN_API T parseUDec(const CharType* str, unsigned int* count = nullptr, unsigned int length = 0xFFFFFFFF);
 /// @}
 
-/// @name Integers from a string
+/// Reads an integer from the UTF-8 buffer of the string, or from the UTF-16 buffer if there is no other. Nothing is
+/// converted. The result does not distinguish "0" from text without a number.
 ///
-/// As above, read from the UTF-8 buffer of the string if it has one, else from the UTF-16 buffer; nothing is converted.
-/// These forms cannot tell "0" from text that is no number. The warning holds for the unit behind the text.
+/// Throws `Exception<4>`: "null string!". For an empty string throws the `Exception<1>` of a `length` of 0.
 ///
-/// Raise `Exception<4>` "null string!" for a null string and the `Exception<1>` of a zero length for an empty one.
+/// @warning The unit after the text is read, as with a buffer.
 /// @{
 template <class T>
 VORN_API T parseInt(const String& str);

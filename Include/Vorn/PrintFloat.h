@@ -1,18 +1,21 @@
-// PrintFloat: floating-point numbers to text in a caller's buffer.
-//
-//     unsigned char text[32];
-//     unsigned int size = Vorn::printDec(1.5f, text, 32, 2, Vorn::FLOAT_EXPONENT_NONE);    // "1.50", size 4
-//     size = Vorn::printHex(-3.0f, text, 32);                                              // "-0x1.8p1", size 8
-//
-// As in PrintInt.h the result is the number of units that the text needs, a text that does not fit leaves the buffer as
-// it was, a null buffer asks for the size only, and nothing is terminated.
-//
-// Decimal text comes from the streams of the standard library, with its rounding and its spelling of infinity and NaN.
-// Hexadecimal text is the exact value.
-//
-// Cost: decimal text builds a stream for each call and formats the value two or three times; in hot code take
-// std::to_chars. Hexadecimal text needs no stream and no heap. Threads: `measureDec` reads the global locale, which
-// nobody may change meanwhile; all else is a function of its arguments.
+/// @file
+/// PrintFloat: prints floating-point numbers into a buffer of the caller.
+///
+///     unsigned char text[32];
+///     unsigned int size = Vorn::printDec(1.5f, text, 32, 2, Vorn::FLOAT_EXPONENT_NONE);    // "1.50", size 4
+///     size = Vorn::printHex(-3.0f, text, 32);                                              // "-0x1.8p1", size 8
+///
+/// Each function returns the number of units that the text needs. A text that fits is written without a terminator. If
+/// it does not fit, the buffer stays unchanged. A null buffer asks for the size only.
+///
+/// Decimal text comes from the streams of the standard library, with its rounding and its spelling of infinity and NaN.
+/// Hexadecimal text is the exact value.
+///
+/// Cost: decimal text builds a stream for each call and formats the value two or three times; in hot code use
+/// std::to_chars. Hexadecimal text uses no stream and allocates nothing.
+///
+/// Threads: `measureDec` reads the global locale, which no thread may change meanwhile. All other functions use their
+/// arguments only.
 #pragma once
 
 #include "Vorn/Config.h"
@@ -22,24 +25,28 @@ namespace Vorn {
 
 /// The layout of decimal text.
 enum FloatExponent {
-    FLOAT_EXPONENT_AUTO = 0,  ///< `fixed` and `scientific` both set, which many libraries print in hexadecimal
-    FLOAT_EXPONENT_NONE = 1,  ///< no exponent, as by `std::fixed`
-    FLOAT_EXPONENT_ALWAYS = 2 ///< with an exponent, as by `std::scientific`
+    FLOAT_EXPONENT_AUTO = 0, ///< both `fixed` and `scientific`, which many standard libraries print as hexadecimal text
+    FLOAT_EXPONENT_NONE = 1, ///< no exponent, as with `std::fixed`
+    FLOAT_EXPONENT_ALWAYS = 2 ///< with an exponent, as with `std::scientific`
 };
 
-/// The size of what `printDec` prints, if the program's global locale is the classic one: this alone uses the global
-/// locale. With `FLOAT_EXPONENT_AUTO` the size may be less than is printed; see there.
+/// The size in units of the text that `printDec` prints, but in the GLOBAL LOCALE, which `printDec` does not use. To
+/// measure in the "C" locale call `printDec` with a null buffer.
+/// @warning With `FLOAT_EXPONENT_AUTO` the size can be less than `printDec` writes; see there.
+/// @{
 VORN_API unsigned int measureDec(float value, unsigned int precision, FloatExponent exponent);
 VORN_API unsigned int measureDec(double value, unsigned int precision, FloatExponent exponent);
+/// @}
 
-/// Prints with `precision` digits behind the point, in the "C" locale whatever the global one is. Every precision is
-/// safe: only the digits that can differ from 0 pass through a stream. Throws what the standard library throws, such as
-/// `std::runtime_error` where the locale cannot be built.
-/// @warning A stream takes a precision of 2^31 and more for a negative one and prints six digits.
-/// @warning With `FLOAT_EXPONENT_AUTO` (and any value but the two others) the result is the smaller of the sizes with
-///     an exponent and with both flags set, but the text written is the one with both flags set, also where that is
-///     the longer one. Such a text runs over the end of a buffer that only the smaller one fits. Give room for both, or
-///     choose one of the other layouts.
+/// Prints decimal text with `precision` digits after the point, in the "C" locale. Returns the size in units.
+///
+/// Only the digits that can differ from 0 pass through a stream, so every precision up to 2147483647 is safe. Throws
+/// the exceptions of the standard library, such as `std::runtime_error` if the locale cannot be built.
+/// @warning For a precision of 2147483648 or more the stream reads a negative one and prints six digits.
+/// @warning `FLOAT_EXPONENT_AUTO`, as any value other than the two others, can write BEYOND the end of the buffer. The
+///     result is the smaller of the sizes with an exponent and with both flags set, but the text is always the one with
+///     both flags. Pass a buffer that holds both texts, or choose another layout.
+/// @{
 VORN_API unsigned int printDec(float value, unsigned char* buffer, unsigned int bufferSize, unsigned int precision,
                                FloatExponent exponent);
 VORN_API unsigned int printDec(float value, UTF16Char* buffer, unsigned int bufferSize, unsigned int precision,
@@ -48,25 +55,32 @@ VORN_API unsigned int printDec(double value, unsigned char* buffer, unsigned int
                                FloatExponent exponent);
 VORN_API unsigned int printDec(double value, UTF16Char* buffer, unsigned int bufferSize, unsigned int precision,
                                FloatExponent exponent);
+/// @}
 
-/// The size of what `printHex` prints, also where `printHex` raises.
+/// The size in units of the text that `printHex` prints, also for values for which `printHex` throws.
+/// @{
 VORN_API unsigned int measureHex(float value) noexcept;
 VORN_API unsigned int measureHex(double value) noexcept;
+/// @}
 
-/// The exact value: an optional "-", "0x1" also for subnormal numbers, the fraction in upper-case digits, and "p" with
-/// the binary exponent unless that is 0. Zero is "0x0", infinity "INF", and NaN "NAN" without a sign.
+/// Prints the exact value in hexadecimal; throws for some small negative values. Returns the size in units.
 ///
-/// Raises `Exception<2>` "count < bufferSize : unexpected large exponent" for texts of the greatest length: negative
-/// values with all fraction digits in use and an exponent below -99.
+/// The text is an optional "-", "0x1" (also for subnormal numbers), the fraction in upper-case digits, and "p" with the
+/// binary exponent unless that is 0. Zero prints as "0x0", infinity as "INF" and NaN as "NAN" without a sign.
+///
+/// Throws `Exception<2>`: "count < bufferSize : unexpected large exponent" for the longest texts, which are those of
+/// negative values with all fraction digits and an exponent below -99. Print the magnitude of such values.
 VORN_API unsigned int printHex(float value, unsigned char* buffer, unsigned int bufferSize);
 
-/// Takes every value from 2 to the power 1017 upward for NaN, infinity too, but for that power itself: they print as
-/// "NAN". Apart from that as for `float`; here the exponents below -999 raise.
+/// Prints a `double` as the form for `float` does, but every magnitude ABOVE 2 to the power 1017 as "NAN", also
+/// infinity. It throws for exponents below -999 in place of -99.
 VORN_API unsigned int printHex(double value, unsigned char* buffer, unsigned int bufferSize);
 
-/// Prints only the first half of the exponent: as many bytes of it as it has units, and zeros for the rest. Apart from
-/// that as for bytes.
+/// Prints as the form for bytes does, but only the FIRST HALF of the exponent: as many of its bytes as it has units,
+/// then zeros. For the whole text print bytes and convert each to a unit.
+/// @{
 VORN_API unsigned int printHex(float value, UTF16Char* buffer, unsigned int bufferSize);
 VORN_API unsigned int printHex(double value, UTF16Char* buffer, unsigned int bufferSize);
+/// @}
 
 } // namespace Vorn

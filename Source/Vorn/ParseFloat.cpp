@@ -9,8 +9,8 @@
 #include <cmath>
 #include <limits>
 
-// Sums are formed in double and rounded to the target type where a variable of that type is written. A product or a
-// quotient of two values of that type has the same bits either way.
+// Sums are computed in double and rounded to the target type where a variable of that type is written. A product or a
+// quotient of two floats has the same bits whether it is rounded once or computed in double first.
 
 namespace VornPrivate {
 
@@ -19,7 +19,7 @@ struct FloatType;
 
 template <>
 struct FloatType<float> {
-    using Whole = unsigned long long; // the whole part, and a hexadecimal fraction
+    using Whole = unsigned long long; // type of the whole part and of a hexadecimal fraction
     using Bits = unsigned int;
     static constexpr unsigned int HEX_FRACTION_DIGITS = 6;
     static constexpr float TENTH = 0.1f;
@@ -38,14 +38,14 @@ static_assert(std::numeric_limits<float>::is_iec559 && std::numeric_limits<doubl
 template <class T>
 constexpr T NOT_A_NUMBER = std::numeric_limits<T>::quiet_NaN();
 
-/// A value and the index behind it.
+/// A value and the index after the number.
 template <class T>
 struct FloatRead {
     T value;
     unsigned int end;
 };
 
-/// The code of a letter with its case removed.
+/// The upper-case form of a letter.
 template <class CharType>
 constexpr unsigned int upperCase(CharType c) noexcept {
     return static_cast<unsigned int>(c) & ~0x20u;
@@ -66,7 +66,7 @@ constexpr T integerPower(T base, int exponent) noexcept {
     return sign ? T(1) / result : result;
 }
 
-/// Adds the digits from index `i` on to `value` and returns the index behind them.
+/// Adds the digits from index `i` on, as a decimal fraction, to `value`. Returns the index after the last digit.
 template <class T, class CharType>
 inline unsigned int addFraction(const CharType* str, unsigned int i, unsigned int length, T& value) noexcept {
     if (i >= length) return i;
@@ -76,7 +76,7 @@ inline unsigned int addFraction(const CharType* str, unsigned int i, unsigned in
         const int digit = getDecimal(*unit);
         if (digit < 0) return false;
         value = static_cast<T>(static_cast<double>(value) + static_cast<double>(weight) * digit);
-        weight *= FloatType<T>::TENTH; // the same as a product in double, rounded
+        weight *= FloatType<T>::TENTH; // has the same bits as a rounded product in double
         ++unit;
         return true;
     };
@@ -89,7 +89,7 @@ inline unsigned int addFraction(const CharType* str, unsigned int i, unsigned in
     return end();
 }
 
-/// Reads the exponent from index `i` on, behind its letter, and multiplies `value` by that power of ten.
+/// Reads the exponent from index `i` on, which is after its letter, and multiplies `value` by that power of ten.
 template <class T, class CharType>
 [[gnu::noinline]] T applyExponent(T value, const CharType* str, unsigned int& i, unsigned int length) noexcept {
     unsigned int count;
@@ -98,7 +98,7 @@ template <class T, class CharType>
     return integerPower(T(10), exponent) * value;
 }
 
-/// A decimal number without a sign from index `i` on. Gives the value and the index of the first unit not read.
+/// Reads a decimal number without a sign from index `i` on.
 template <class T, class CharType>
 inline FloatRead<T> parseDecimal(const CharType* str, unsigned int i, unsigned int length) noexcept {
     unsigned int count;
@@ -113,7 +113,7 @@ inline FloatRead<T> parseDecimal(const CharType* str, unsigned int i, unsigned i
     return {value, i};
 }
 
-/// A hexadecimal number without a sign from index `i` on, behind its "0x".
+/// Reads a hexadecimal number without a sign from index `i` on, which is after "0x".
 template <class T, class CharType>
 [[gnu::noinline]] FloatRead<T> parseHexadecimal(const CharType* str, unsigned int i, unsigned int length) noexcept {
     using Whole = typename FloatType<T>::Whole;
@@ -130,7 +130,7 @@ template <class T, class CharType>
         fraction =
             parseHexadecimalDigits<Whole>(str + i, &digits, std::min(length - i, FloatType<T>::HEX_FRACTION_DIGITS));
         i += digits;
-        if (i < length) { // digits beyond the limit are consumed, too
+        if (i < length) { // digits beyond the limit are read, too, and ignored
             parseHexadecimalDigits<Whole>(str + i, &count, length - i);
             i += count;
         }
@@ -143,8 +143,8 @@ template <class T, class CharType>
         i += count;
     }
     if (fraction != 0) {
-        // Half of the denominator is one bit in a signed word of 32 bits. It wraps from 8 digits on, and with exactly 8
-        // digits it is negative.
+        // Half of the denominator is one bit of a signed word of 32 bits. The shift wraps for more than 8 digits; with
+        // 8 digits the word is negative.
         const double half = static_cast<int>(1u << ((4 * digits - 1) % 32));
         const double denominator = 2 * half;
         const T numerator = static_cast<T>(denominator * static_cast<double>(value) + static_cast<double>(fraction));
@@ -165,11 +165,11 @@ T parseFloatType(const CharType* str, unsigned int* count, unsigned int length) 
     unsigned int i = skipWhiteSpace(str);
     if (upperCase(str[i]) == 'N') return finish(NOT_A_NUMBER<T>, 0);
 
-    // No branch tells the signs apart: numbers come with and without one in no order that a processor could learn.
+    // The sign is read without a branch: whether a number has one cannot be predicted.
     const unsigned int first = str[i];
     const bool isSigned = (first == '+') | (first == '-');
     const bool isUnbounded = static_cast<int>(length - i + 1) < 0;
-    if ((first == ',') | (isSigned & isUnbounded)) return NOT_A_NUMBER<T>; // `count` stays as it was
+    if ((first == ',') | (isSigned & isUnbounded)) return NOT_A_NUMBER<T>; // `count` is specified to stay unchanged
     const Bits sign = static_cast<Bits>(first == '-') << (sizeof(T) * 8 - 1);
     i += isSigned;
     if (upperCase(str[i]) == 'I') return finish(NOT_A_NUMBER<T>, 0);
@@ -185,7 +185,7 @@ T parseFloatType(const CharType* str, unsigned int* count, unsigned int length) 
     return finish(std::bit_cast<T>(std::bit_cast<Bits>(read.value) | sign), read.end);
 }
 
-/// Reads the UTF-16 buffer of a string if it has one, unlike the integer parsers.
+/// Reads the UTF-16 buffer, or the UTF-8 buffer if there is no other. The integer parsers prefer UTF-8.
 template <class T>
 T parseFloatString(const Vorn::String& str) {
     if (const Vorn::StringData* const data = str.getData()) {

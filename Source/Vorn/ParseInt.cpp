@@ -36,7 +36,7 @@ T parseUDecInline(const CharType* str, unsigned int* count, unsigned int length)
     return parseDecimalDigits<T>(str, count, length);
 }
 
-/// The parser of signed numbers of one radix. Reports name this instance in full.
+/// The parser of signed numbers of one radix. Reports name it with all template arguments.
 template <class T, class CharType, int radix, int (*getFirst)(const CharType*, unsigned int&, unsigned int),
           int (*getDigit)(unsigned int)>
 struct ParseSignedNum {
@@ -71,7 +71,7 @@ T parseDecInline(const CharType* str, unsigned int* count, unsigned int length) 
     return ParseSignedNum<T, CharType, 10, &getFirstValue<CharType>, &getDecimal>::parse(str, count, length);
 }
 
-/// The form of a parser that reads strings, from their UTF-8 buffer if they have one.
+/// The form of a parser for strings: reads the UTF-8 buffer, or the UTF-16 buffer if there is no other.
 template <class T, T (*parse8)(const unsigned char*, unsigned int*, unsigned int),
           T (*parse16)(const Vorn::UTF16Char*, unsigned int*, unsigned int)>
 struct ParseStrNum {
@@ -94,7 +94,7 @@ struct ParseStrNum {
             if (const Vorn::UTF16Char* const utf16 = data->getPrivateBuffer<Vorn::UTF16Char>())
                 return parse16(utf16, nullptr, data->getBufferInfo<Vorn::UTF16Char>().m_length);
         }
-        VORN_THROW(4, "null string!", NAME);
+        VORN_THROW(Vorn::E::PARAMETER, "null string!", NAME);
     }
 };
 
@@ -168,8 +168,7 @@ T parseUDec(const String& str) {
                                     &VornPrivate::parseUDecInline<T, UTF16Char>>::parse(str);
 }
 
-// All instances that the library holds. Fixed-width types are the same types under another name, whichever of `int`,
-// `long` and `long long` a platform makes them of.
+// All instances of the library. They include the fixed-width types, which are aliases of these types on every platform.
 
 #define VORN_INSTANTIATE(parser, T)                                                \
     template VORN_API T parser(const unsigned char*, unsigned int*, unsigned int); \

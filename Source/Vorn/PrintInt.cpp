@@ -12,7 +12,7 @@ namespace {
 
 using Vorn::HexWithPrefix;
 
-/// The magnitude of an `int`, at most 2147483648, and 1 for a negative one, else 0.
+/// The sign (1 for a negative value, else 0) and the magnitude of an `int`.
 struct SignedParts {
     explicit SignedParts(int value) noexcept
         : negative(static_cast<unsigned int>(value) >> 31),
@@ -22,14 +22,14 @@ struct SignedParts {
     unsigned int magnitude;
 };
 
-/// The thresholds from 100004 on are no powers of ten; callers have sized their buffers by them.
+/// The result of `measureDec`. The thresholds from 100004 on are specified not to be powers of ten.
 constexpr unsigned int measureDecDigits(unsigned int value) noexcept {
     return 1u + (value >= 10) + (value >= 100) + (value >= 1000) + (value >= 10000) + (value >= 100004) +
            (value >= 1000046) + (value >= 10000463) + (value >= 100718957) + (value >= 1410065408);
 }
 
-/// The true number of decimal digits: a guess from the bit length that is right or one too small, and the power of ten
-/// that decides. log10(2) is about 1233 / 4096.
+/// The exact number of decimal digits: an estimate from the bit length, which is exact or one too small, and a
+/// comparison with a power of ten. log10(2) is about 1233 / 4096.
 unsigned int countDecDigits(unsigned int value) noexcept {
     static constexpr unsigned int POWERS[] = {0,      10,      100,      1000,      10000,
                                               100000, 1000000, 10000000, 100000000, 1000000000};
@@ -65,7 +65,7 @@ CharType* writeDigitPair(unsigned int value, CharType* end) noexcept {
 /// Writes the digits of `value` so that they end in front of `end`.
 template <class CharType>
 void writeDecDigits(unsigned int value, CharType* end) noexcept {
-    while (value >= 10000) { // four at a time, because each division waits for the one before
+    while (value >= 10000) { // four digits at a time: each division depends on the previous one
         const unsigned int four = value % 10000;
         value /= 10000;
         end = writeDigitPair(four % 100, end);
@@ -101,13 +101,12 @@ unsigned int printDecDigits(unsigned int magnitude, CharType* buffer, unsigned i
         CharType text[11];
         text[0] = '-';
         writeDecDigits(magnitude, text + count);
-        std::memcpy(buffer, text, count); // as many bytes as the text has units: the first half of it
+        std::memcpy(buffer, text, count); // copies as many bytes as the text has units: the first half
     }
     return count;
 }
 
-/// The number of hexadecimal digits: the bit length, from the count of all bits below and at the highest one, in
-/// fours.
+/// The number of hexadecimal digits. All bits below the highest one are set and counted, which gives the bit length.
 constexpr unsigned int measureHexDigits(unsigned int value) noexcept {
     value |= value >> 1;
     value |= value >> 2;
@@ -121,8 +120,8 @@ constexpr unsigned int measureHexDigits(unsigned int value) noexcept {
     return ((bits + 3) >> 2) + (bits == 0);
 }
 
-/// Prints from the end of "-0x" and eight digits, as much as prefix and sign ask for. A sign without a prefix reaches
-/// back to the "x".
+/// Builds "-0x" and all eight digits, and prints the end of that: the digits, and as many units before them as prefix
+/// and sign have. A sign without a prefix therefore prints the "x".
 template <class CharType>
 unsigned int printHexDigits(unsigned int value, HexWithPrefix prefix, CharType* buffer, unsigned int bufferSize,
                             unsigned int negative) noexcept {
