@@ -1,11 +1,16 @@
-// ComplexAngle: a rotation of the plane as a complex number, the cosine in x and the sine in y.
-//
-// Once it is built, rotating and adding angles takes four multiplications and no trigonometry. Building one from
-// radians takes a sine and a cosine. A value need not have unit length: what it rotates is scaled by that length, and a
-// long chain of products drifts away from 1, so normalise() now and then.
-//
-// Cost: a value of 8 bytes; everything inlines and nothing allocates or raises.
-// Threads: plain values, which share nothing.
+/// @file
+/// ComplexAngle: a rotation of the plane as a complex number, the cosine in x and the sine in y.
+///
+/// Construction from radians computes a sine and a cosine. Afterwards, rotating a vector and adding an angle take four
+/// multiplications. A value of another length than 1 also scales what it rotates. Rounding changes the length in long
+/// chains of products: call normalise() from time to time.
+///
+/// Each expression is evaluated in double and rounded to float once, where it is stored or returned. Results have the
+/// same bits on every platform.
+///
+/// Cost: a value of 8 bytes; all operations are inline and allocate and throw nothing.
+///
+/// Threads: objects share no state.
 #pragma once
 
 #include "Vorn/Vector2.h"
@@ -14,13 +19,13 @@
 
 namespace Vorn {
 
-/// A rotation, and for other lengths than 1 a scale with it.
+/// A rotation; with another length than 1, also a scale.
 class ComplexAngle : public XYPair<float, float> {
 public:
-    static const ComplexAngle IDENTITY; ///< (1, 0): turns by nothing
-    static const ComplexAngle ZERO;     ///< (0, 0): no rotation at all
+    static const ComplexAngle IDENTITY; ///< (1, 0): no rotation
+    static const ComplexAngle ZERO;     ///< (0, 0): not a rotation
 
-    /// Leaves both parts unwritten, also in `ComplexAngle()`; write `ComplexAngle::IDENTITY` for no rotation.
+    /// Leaves both parts uninitialised, also in `ComplexAngle()`. For no rotation write `ComplexAngle::IDENTITY`.
     ComplexAngle() noexcept {}
 
     constexpr ComplexAngle(const ComplexAngle& other) noexcept = default;
@@ -28,20 +33,20 @@ public:
     constexpr ComplexAngle(const XYPairBase<float>& pair) noexcept : Pair(pair) {}
     constexpr explicit ComplexAngle(const float* const elements) noexcept : Pair(elements) {}
 
-    /// The parts themselves: `realPart` is the cosine, `imaginaryPart` the sine.
+    /// Sets the parts: `realPart` is the cosine, `imaginaryPart` the sine.
     constexpr ComplexAngle(float realPart, float imaginaryPart) noexcept : Pair(realPart, imaginaryPart) {}
 
-    /// One float is an angle in radians, where a Vector2 takes it for both components.
+    /// Builds the rotation by an angle in radians. The float is NOT copied to both parts, as it is in Vector2.
     explicit ComplexAngle(float radians) noexcept
         : Pair(float(std::cos(double(radians))), float(std::sin(double(radians)))) {}
 
     constexpr ComplexAngle& operator=(const ComplexAngle& other) noexcept = default;
     constexpr ComplexAngle& operator=(const Pair& pair) noexcept { return *this = ComplexAngle(pair); }
 
-    /// One float is an angle in radians.
+    /// Becomes the rotation by an angle in radians.
     ComplexAngle& operator=(float radians) noexcept { return *this = ComplexAngle(radians); }
 
-    /// Part by part: the sum of the numbers. The product adds the angles.
+    /// Adds or subtracts the complex numbers part by part, NOT the angles. `*` adds angles.
     /// @{
     constexpr ComplexAngle operator+(const Pair& other) const noexcept { return {x + other.x, y + other.y}; }
     constexpr ComplexAngle& operator+=(const Pair& other) noexcept { return *this = *this + other; }
@@ -51,10 +56,10 @@ public:
 
     constexpr const ComplexAngle& operator+() const noexcept { return *this; }
 
-    /// A half turn on: negates both parts. For the opposite rotation take `inverse`.
+    /// Negates both parts, which adds half a turn. This is NOT the opposite rotation; that is `inverse`.
     constexpr ComplexAngle operator-() const noexcept { return {-x, -y}; }
 
-    /// One rotation after the other: the angles add, the lengths multiply.
+    /// Combines two rotations: the angles are added, the lengths multiplied.
     /// @{
     constexpr ComplexAngle operator*(const Pair& other) const noexcept {
         return {float(double(other.x) * x - double(other.y) * y), float(double(other.x) * y + double(x) * other.y)};
@@ -62,22 +67,22 @@ public:
     constexpr ComplexAngle& operator*=(const Pair& other) noexcept { return *this = *this * other; }
     /// @}
 
-    /// Both parts times the float: a scale, not a multiple of the angle.
+    /// Multiplies both parts by the float. This scales; it does NOT multiply the angle.
     /// @{
     constexpr ComplexAngle operator*(float val) const noexcept { return {x * val, y * val}; }
     constexpr ComplexAngle& operator*=(float val) noexcept { return *this = *this * val; }
     /// @}
 
-    /// The vector, rotated.
+    /// Returns the rotated vector.
     constexpr Vector2 operator*(const Vector2& vec) const noexcept { return *this * static_cast<const Pair&>(vec); }
 
-    /// `x*other.x + y*other.y`.
+    /// The dot product, `x*other.x + y*other.y`.
     /// @{
     constexpr float dot(const Pair& other) const noexcept { return float(double(x) * other.x + double(y) * other.y); }
     constexpr float dotProduct(const Pair& other) const noexcept { return dot(other); }
     /// @}
 
-    /// Returns the SQUARED length from before; scales to the length 1, by the exact square root.
+    /// Scales to the length 1 with the exact square root; returns the SQUARED length before scaling.
     /// @warning (0, 0) becomes NaN in both parts.
     float normalise() noexcept {
         const float s = dot(*this);
@@ -85,7 +90,8 @@ public:
         return s;
     }
 
-    /// The opposite rotation, with the inverse length. Changes nothing; (0, 0) and NaN give `ZERO`.
+    /// Returns the opposite rotation with the inverse length, or `ZERO` if the squared length is 0 or NaN. This object
+    /// stays unchanged.
     constexpr ComplexAngle inverse() const noexcept {
         const float s = dot(*this);
         if (!(s > 0.0f)) return ZERO;

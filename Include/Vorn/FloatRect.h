@@ -1,26 +1,31 @@
-// FloatRect: a rectangle of four float sides with everything that computes: arithmetic side by side, set operations,
-// comparison, ratios, reflection, transformation and pinned resizing.
-//
-// It is four sides, not a position and a size, and may be inverted, with left beyond right. A normalised rectangle has
-// right not below left and bottom not below top; nothing enforces that, and what assumes it says so. Sides,
-// orientations and corners are numbered in Rect.h.
-//
-// Many operations come in families that differ in their arguments alone. Where a rectangle is taken side by side, a
-// Vector2 stands for one with x as left and right and y as top and bottom, and a float for one with four such sides.
-// Copy forms change nothing: one with a FloatRect& first writes its result there, which may be the rectangle itself,
-// and the others return it.
-//
-// An expression is evaluated in double and rounded to float once, where it is stored or returned, so results have the
-// same bits on every platform.
-//
-// Cost: a value of 16 bytes; everything inlines and nothing allocates. What is not noexcept has a check.
-// Threads: plain values, which share nothing.
+/// @file
+/// FloatRect: a rectangle of four float sides with arithmetic, set operations, comparison, ratios, reflection,
+/// transformation and pinned resizing.
+///
+/// It stores four sides, not a position and a size, and may be inverted (left greater than right, or top greater than
+/// bottom). A normalised rectangle has right >= left and bottom >= top. Operations that require a normalised rectangle
+/// say so. Rect.h numbers sides, orientations and corners.
+///
+/// Most operations have several forms that differ only in their parameters:
+///
+/// - A Vector2 stands for a rectangle with x as left and right and y as top and bottom; a float stands for a rectangle
+///   with four sides of that value.
+/// - An operation with `Copy` in its name leaves the rectangle unchanged. The form whose first parameter is `FloatRect&
+///   out` writes the result to `out`, which may be the rectangle itself; the other forms return it.
+///
+/// Each expression is evaluated in double and rounded to float once, where it is stored or returned. Results have the
+/// same bits on every platform.
+///
+/// Cost: a value of 16 bytes; all operations are inline and allocate nothing. An operation that is not `noexcept`
+/// checks its arguments.
+///
+/// Threads: objects share no state.
 #pragma once
 
 #include "Vorn/Assert.h"
 #include "Vorn/Matrix3.h"
+#include "Vorn/Private/RectAxis.h" // the formulas of one axis
 #include "Vorn/Rect.h"
-#include "Vorn/RectAxis.h" // the formulas of one axis
 #include "Vorn/RectPoint.h"
 #include "Vorn/Vector2.h"
 
@@ -28,15 +33,15 @@
 
 namespace Vorn {
 
-/// Four sides and what can be done with them.
+/// A rectangle of four float sides; see Vorn/FloatRect.h for the forms of its operations.
 class FloatRect : public Rect<float, float> {
 public:
-    static const FloatRect ZERO; ///< all four sides 0
+    static const FloatRect ZERO; ///< all four sides are 0
 
-    /// Leaves all four sides unwritten, also in `FloatRect()`; write `FloatRect::ZERO` for zero.
+    /// Leaves all four sides uninitialised, also in `FloatRect()`. For zero write `FloatRect::ZERO`.
     FloatRect() noexcept {}
 
-    using Rect<float, float>::Rect; // from a record, four, three, two floats or one, one point or two
+    using Rect<float, float>::Rect; // from a RectBase, one to four floats, one or two points
     constexpr FloatRect(const FloatRect& other) noexcept = default;
     constexpr FloatRect(const Rect<float, float>& rect) noexcept : Rect<float, float>(rect) {}
 
@@ -44,48 +49,49 @@ public:
     constexpr FloatRect& operator=(const Rect<float, float>& rect) noexcept { return *this = FloatRect(rect); }
     constexpr FloatRect& operator=(const RectBase<float>& rect) noexcept { return *this = FloatRect(rect); }
 
-    // --- Size and place ---
+    // --- Size and position ---
 
-    /// `right - left`.
+    /// The width, `right - left`: negative if left is greater than right.
     /// @{
     constexpr float getWidth() const noexcept { return horizontal().size(); }
     constexpr float width() const noexcept { return getWidth(); }
     /// @}
 
-    /// `bottom - top`.
+    /// The height, `bottom - top`: negative if top is greater than bottom.
     /// @{
     constexpr float getHeight() const noexcept { return vertical().size(); }
     constexpr float height() const noexcept { return getHeight(); }
     /// @}
 
-    /// Width and height.
+    /// Width and height as a vector.
     /// @{
     constexpr Vector2 getSize() const noexcept { return {getWidth(), getHeight()}; }
     constexpr Vector2 size() const noexcept { return getSize(); }
     constexpr void getSize(Vector2& out) const noexcept { out = getSize(); }
     /// @}
 
-    /// The width for orientation 0, the height for 1. Exception 1 "orient < 2 : invalid orientation!" for any other.
+    /// The width for orientation 0, the height for orientation 1.
+    /// Throws `Exception<1>`: "orient < 2 : invalid orientation!".
     float getSize(unsigned int orient) const {
         VORN_ASSERT(orient < 2, "invalid orientation!");
         return orient == 0 ? getWidth() : getHeight();
     }
 
-    /// Height times width: negative if exactly one of the two pairs of sides is inverted.
+    /// Height times width: negative if exactly one axis is inverted.
     constexpr float areaSize() const noexcept { return float((double(bottom) - top) * (double(right) - left)); }
 
-    /// The point in the middle.
+    /// The centre.
     constexpr Vector2 getCenter() const noexcept { return {horizontal().centre(), vertical().centre()}; }
 
-    /// Half of width and height, each rounded once.
+    /// Half of width and half of height, each rounded once.
     constexpr Vector2 getHalfSize() const noexcept { return {horizontal().halfSize(), vertical().halfSize()}; }
 
     // --- Tests ---
 
-    /// Whether right is not below left and bottom not below top. NaN gives false.
+    /// Returns true if right >= left and bottom >= top; false if a side is NaN.
     constexpr bool isNormalised() const noexcept { return right >= left && bottom >= top; }
 
-    /// Whether a point lies in a normalised rectangle, edges included. NaN gives false.
+    /// Returns true if the point lies in the rectangle or on an edge; always false for an inverted rectangle or NaN.
     /// @{
     constexpr bool isInside(float x, float y) const noexcept {
         return horizontal().contains(x) && vertical().contains(y);
@@ -93,9 +99,10 @@ public:
     constexpr bool isInside(const Vector2& point) const noexcept { return isInside(point.x, point.y); }
     /// @}
 
-    /// NOT an overlap test: on each axis it is enough that one rectangle ends beyond the start of the other.
-    /// @warning Of two normalised rectangles it is true however far apart they are, unless on one axis both have no
-    ///     extent and the same coordinate. For an overlap write `(a & b).isNormalised()`, which counts touching edges.
+    /// Does NOT test for an overlap: on each axis it is enough that one rectangle ends beyond the start of the other.
+    /// @warning Returns true for any two normalised rectangles, however far apart, unless on one axis both have the
+    ///     size 0 and the same coordinate. To test for an overlap write `(a & b).isNormalised()`, which counts touching
+    ///     edges.
     /// @{
     constexpr bool intersects(const FloatRect& other) const noexcept {
         return horizontal().intersects(other.horizontal()) && vertical().intersects(other.vertical());
@@ -105,8 +112,8 @@ public:
     }
     /// @}
 
-    /// True only if the relation holds on all four sides, so that two rectangles can fail all four: no order to sort
-    /// by, and no test of one containing the other.
+    /// Returns true only if the relation holds for all four sides. This is NOT an order to sort by, since two
+    /// rectangles can fail all four relations, and NOT a test of whether one contains the other.
     /// @{
     constexpr bool operator<(const FloatRect& rect) const noexcept {
         return left < rect.left && top < rect.top && right < rect.right && bottom < rect.bottom;
@@ -128,32 +135,24 @@ public:
 
     // --- Arithmetic, side by side ---
 
-    /// Addition. With a vector or two floats it moves the rectangle, which `translate` and `translateCopy` say by name.
+    /// Adds side by side. A vector or two floats move the rectangle, as `translate` and `translateCopy` do.
     /// @{
-    constexpr FloatRect operator+(const FloatRect& rect) const noexcept {
-        return {left + rect.left, top + rect.top, right + rect.right, bottom + rect.bottom};
-    }
+    constexpr FloatRect operator+(const FloatRect& rect) const noexcept;
     constexpr FloatRect operator+(const Vector2& vec) const noexcept { return *this + FloatRect(vec); }
     constexpr FloatRect operator+(float val) const noexcept { return *this + FloatRect(val); }
     constexpr FloatRect& operator+=(const FloatRect& rect) noexcept { return *this = *this + rect; }
     constexpr FloatRect& operator+=(const Vector2& vec) noexcept { return *this = *this + vec; }
     constexpr FloatRect& operator+=(float val) noexcept { return *this = *this + val; }
 
-    constexpr void add(float leftSide, float topSide, float rightSide, float bottomSide) noexcept {
-        *this += FloatRect(leftSide, topSide, rightSide, bottomSide);
-    }
+    constexpr void add(float leftSide, float topSide, float rightSide, float bottomSide) noexcept;
     constexpr void add(float x, float y) noexcept { *this += FloatRect(x, y); }
     constexpr void addCopy(FloatRect& out, const FloatRect& rect) const noexcept { out = *this + rect; }
     constexpr void addCopy(FloatRect& out, const Vector2& vec) const noexcept { out = *this + vec; }
     constexpr void addCopy(FloatRect& out, float val) const noexcept { out = *this + val; }
     constexpr void addCopy(FloatRect& out, float leftSide, float topSide, float rightSide,
-                           float bottomSide) const noexcept {
-        out = addCopy(leftSide, topSide, rightSide, bottomSide);
-    }
+                           float bottomSide) const noexcept;
     constexpr void addCopy(FloatRect& out, float x, float y) const noexcept { out = addCopy(x, y); }
-    constexpr FloatRect addCopy(float leftSide, float topSide, float rightSide, float bottomSide) const noexcept {
-        return *this + FloatRect(leftSide, topSide, rightSide, bottomSide);
-    }
+    constexpr FloatRect addCopy(float leftSide, float topSide, float rightSide, float bottomSide) const noexcept;
     constexpr FloatRect addCopy(float x, float y) const noexcept { return *this + FloatRect(x, y); }
 
     constexpr void translate(float x, float y) noexcept { add(x, y); }
@@ -163,32 +162,24 @@ public:
     constexpr FloatRect translateCopy(float x, float y) const noexcept { return addCopy(x, y); }
     /// @}
 
-    /// Subtraction, with the same forms.
+    /// Subtracts side by side. A vector or two floats move the rectangle back, as `reverseTranslate` does.
     /// @{
-    constexpr FloatRect operator-(const FloatRect& rect) const noexcept {
-        return {left - rect.left, top - rect.top, right - rect.right, bottom - rect.bottom};
-    }
+    constexpr FloatRect operator-(const FloatRect& rect) const noexcept;
     constexpr FloatRect operator-(const Vector2& vec) const noexcept { return *this - FloatRect(vec); }
     constexpr FloatRect operator-(float val) const noexcept { return *this - FloatRect(val); }
     constexpr FloatRect& operator-=(const FloatRect& rect) noexcept { return *this = *this - rect; }
     constexpr FloatRect& operator-=(const Vector2& vec) noexcept { return *this = *this - vec; }
     constexpr FloatRect& operator-=(float val) noexcept { return *this = *this - val; }
 
-    constexpr void subtract(float leftSide, float topSide, float rightSide, float bottomSide) noexcept {
-        *this -= FloatRect(leftSide, topSide, rightSide, bottomSide);
-    }
+    constexpr void subtract(float leftSide, float topSide, float rightSide, float bottomSide) noexcept;
     constexpr void subtract(float x, float y) noexcept { *this -= FloatRect(x, y); }
     constexpr void subtractCopy(FloatRect& out, const FloatRect& rect) const noexcept { out = *this - rect; }
     constexpr void subtractCopy(FloatRect& out, const Vector2& vec) const noexcept { out = *this - vec; }
     constexpr void subtractCopy(FloatRect& out, float val) const noexcept { out = *this - val; }
     constexpr void subtractCopy(FloatRect& out, float leftSide, float topSide, float rightSide,
-                                float bottomSide) const noexcept {
-        out = subtractCopy(leftSide, topSide, rightSide, bottomSide);
-    }
+                                float bottomSide) const noexcept;
     constexpr void subtractCopy(FloatRect& out, float x, float y) const noexcept { out = subtractCopy(x, y); }
-    constexpr FloatRect subtractCopy(float leftSide, float topSide, float rightSide, float bottomSide) const noexcept {
-        return *this - FloatRect(leftSide, topSide, rightSide, bottomSide);
-    }
+    constexpr FloatRect subtractCopy(float leftSide, float topSide, float rightSide, float bottomSide) const noexcept;
     constexpr FloatRect subtractCopy(float x, float y) const noexcept { return *this - FloatRect(x, y); }
 
     constexpr void reverseTranslate(float x, float y) noexcept { subtract(x, y); }
@@ -198,11 +189,9 @@ public:
     constexpr FloatRect reverseTranslateCopy(float x, float y) const noexcept { return subtractCopy(x, y); }
     /// @}
 
-    /// Multiplication.
+    /// Multiplies side by side.
     /// @{
-    constexpr FloatRect operator*(const FloatRect& rect) const noexcept {
-        return {left * rect.left, top * rect.top, right * rect.right, bottom * rect.bottom};
-    }
+    constexpr FloatRect operator*(const FloatRect& rect) const noexcept;
     constexpr FloatRect operator*(const Vector2& vec) const noexcept { return *this * FloatRect(vec); }
     constexpr FloatRect operator*(float val) const noexcept { return *this * FloatRect(val); }
     constexpr FloatRect& operator*=(const FloatRect& rect) noexcept { return *this = *this * rect; }
@@ -210,9 +199,10 @@ public:
     constexpr FloatRect& operator*=(float val) noexcept { return *this = *this * val; }
     /// @}
 
-    /// Division and, by `fmod`, the remainder, which has the sign of the side. A divisor that is zero of either sign or
-    /// NaN raises Exception 1, and nothing has changed: "rect.left < VORN_ZERO || rect.left > VORN_ZERO : left is
-    /// zero!" and its like for `rect.top`, `rect.right`, `rect.bottom`, `vec.x`, `vec.y` and `val`, in this order.
+    /// Divides side by side, or takes the remainder as `std::fmod` does: it has the sign of the dividend.
+    /// Throws `Exception<1>` and leaves the rectangle unchanged if a divisor is 0.0, -0.0 or NaN: "rect.left <
+    /// VORN_ZERO || rect.left > VORN_ZERO : left is zero!". The same form reports `rect.top`, `rect.right`,
+    /// `rect.bottom`, `vec.x`, `vec.y` and `val`; the first one in this order is reported.
     /// @{
     FloatRect operator/(const FloatRect& rect) const { return quotient(divisor<DIVIDE>(rect)); }
     FloatRect operator/(const Vector2& vec) const { return quotient(divisor<DIVIDE>(vec)); }
@@ -231,59 +221,42 @@ public:
 
     constexpr const FloatRect& operator+() const noexcept { return *this; }
 
-    /// All four sides negated, each in its place: a normalised rectangle comes out inverted.
+    /// Negates each side in its place. The result of a normalised rectangle is INVERTED unless its size is 0.
     constexpr FloatRect operator-() const noexcept { return {-left, -top, -right, -bottom}; }
 
-    /// All four sides plus or minus 1.
+    /// Adds 1 to all four sides, or subtracts 1.
     /// @{
     constexpr FloatRect& operator++() noexcept { return *this += 1.0f; }
     constexpr FloatRect& operator--() noexcept { return *this -= 1.0f; }
-    constexpr FloatRect operator++(int) noexcept {
-        const FloatRect old(*this);
-        ++*this;
-        return old;
-    }
-    constexpr FloatRect operator--(int) noexcept {
-        const FloatRect old(*this);
-        --*this;
-        return old;
-    }
+    constexpr FloatRect operator++(int) noexcept;
+    constexpr FloatRect operator--(int) noexcept;
     /// @}
 
     // --- Set operations ---
     //
-    // A side moves only if the other one is strictly beyond it: of equal zeros and beside NaN the own side stays.
+    // A side moves only if the other side is strictly beyond it. It keeps its value beside a zero of the other sign or
+    // NaN.
 
-    /// Union: the lower of each left and top, the higher of each right and bottom.
+    /// The union: the lesser of both left and top sides, the greater of both right and bottom sides.
     /// @{
-    constexpr FloatRect operator|(const FloatRect& rect) const noexcept {
-        return join(horizontal().merged(rect.horizontal()), vertical().merged(rect.vertical()));
-    }
+    constexpr FloatRect operator|(const FloatRect& rect) const noexcept;
     constexpr FloatRect& operator|=(const FloatRect& rect) noexcept { return *this = *this | rect; }
     constexpr void merge(const FloatRect& rect) noexcept { *this |= rect; }
-    constexpr void merge(float leftSide, float topSide, float rightSide, float bottomSide) noexcept {
-        *this |= FloatRect(leftSide, topSide, rightSide, bottomSide);
-    }
+    constexpr void merge(float leftSide, float topSide, float rightSide, float bottomSide) noexcept;
     constexpr void mergedCopy(FloatRect& out, const FloatRect& rect) const noexcept { out = *this | rect; }
     constexpr void mergedCopy(FloatRect& out, float leftSide, float topSide, float rightSide,
-                              float bottomSide) const noexcept {
-        out = mergedCopy(leftSide, topSide, rightSide, bottomSide);
-    }
+                              float bottomSide) const noexcept;
     constexpr FloatRect mergedCopy(const FloatRect& rect) const noexcept { return *this | rect; }
-    constexpr FloatRect mergedCopy(float leftSide, float topSide, float rightSide, float bottomSide) const noexcept {
-        return *this | FloatRect(leftSide, topSide, rightSide, bottomSide);
-    }
+    constexpr FloatRect mergedCopy(float leftSide, float topSide, float rightSide, float bottomSide) const noexcept;
     /// @}
 
-    /// Grows to hold a point; of an inverted axis the forms in place move one side, the copy forms both.
-    /// @warning In place, the low side is tried first, and the high one only if that did not move. Normalise before;
-    ///     on normalised rectangles all forms agree.
+    /// Extends the rectangle to contain a point. On an inverted axis the copy forms move both sides, the others only
+    /// ONE.
+    /// @warning The forms that change the rectangle move the high side only if the low side did not move. Call
+    ///     `normalise` before; for normalised rectangles all forms agree.
     /// @{
     constexpr FloatRect operator|(const Vector2& vec) const noexcept { return *this | FloatRect(vec); }
-    constexpr FloatRect& operator|=(const Vector2& vec) noexcept {
-        merge(vec.x, vec.y);
-        return *this;
-    }
+    constexpr FloatRect& operator|=(const Vector2& vec) noexcept;
     constexpr void merge(float x, float y) noexcept { *this = join(horizontal().grown(x), vertical().grown(y)); }
     constexpr void mergedCopy(FloatRect& out, const Vector2& vec) const noexcept { out = *this | vec; }
     constexpr void mergedCopy(FloatRect& out, float x, float y) const noexcept { out = mergedCopy(x, y); }
@@ -291,47 +264,31 @@ public:
     constexpr FloatRect mergedCopy(float x, float y) const noexcept { return *this | FloatRect(x, y); }
     /// @}
 
-    /// Intersection: the higher of each left and top, the lower of each right and bottom. Rectangles that do not meet
-    /// give an inverted one.
+    /// The intersection: the greater of both left and top sides, the lesser of both right and bottom sides. The result
+    /// is inverted if the rectangles do not touch.
     /// @{
-    constexpr FloatRect operator&(const FloatRect& rect) const noexcept {
-        return join(horizontal().clipped(rect.horizontal()), vertical().clipped(rect.vertical()));
-    }
+    constexpr FloatRect operator&(const FloatRect& rect) const noexcept;
     constexpr FloatRect& operator&=(const FloatRect& rect) noexcept { return *this = *this & rect; }
     constexpr void clip(const FloatRect& rect) noexcept { *this &= rect; }
-    constexpr void clip(float leftSide, float topSide, float rightSide, float bottomSide) noexcept {
-        *this &= FloatRect(leftSide, topSide, rightSide, bottomSide);
-    }
-    constexpr void intersection(float leftSide, float topSide, float rightSide, float bottomSide) noexcept {
-        clip(leftSide, topSide, rightSide, bottomSide);
-    }
+    constexpr void clip(float leftSide, float topSide, float rightSide, float bottomSide) noexcept;
+    constexpr void intersection(float leftSide, float topSide, float rightSide, float bottomSide) noexcept;
     constexpr void intersectionCopy(FloatRect& out, const FloatRect& rect) const noexcept { out = *this & rect; }
     constexpr void intersectionCopy(FloatRect& out, float leftSide, float topSide, float rightSide,
-                                    float bottomSide) const noexcept {
-        out = intersectionCopy(leftSide, topSide, rightSide, bottomSide);
-    }
+                                    float bottomSide) const noexcept;
     constexpr FloatRect intersectionCopy(const FloatRect& rect) const noexcept { return *this & rect; }
     constexpr FloatRect intersectionCopy(float leftSide, float topSide, float rightSide,
-                                         float bottomSide) const noexcept {
-        return *this & FloatRect(leftSide, topSide, rightSide, bottomSide);
-    }
+                                         float bottomSide) const noexcept;
     /// @}
 
-    // --- Sides exchanged ---
+    // --- Exchange of sides ---
 
-    /// Swaps a pair of sides whose high side is below its low side. A pair with a NaN stays.
-    constexpr void normalise() noexcept {
-        *this = join(right < left ? horizontal().swapped() : horizontal(),
-                     bottom < top ? vertical().swapped() : vertical());
-    }
+    /// Swaps the two sides of each inverted axis. An axis with a NaN stays unchanged.
+    constexpr void normalise() noexcept;
 
-    /// As `normalise`, except that a pair with a NaN is swapped.
+    /// The result of `normalise`, except that an axis with a NaN IS swapped.
     /// @{
     constexpr void normalisedCopy(FloatRect& out) const noexcept { out = normalisedCopy(); }
-    constexpr FloatRect normalisedCopy() const noexcept {
-        return join(right >= left ? horizontal() : horizontal().swapped(),
-                    bottom >= top ? vertical() : vertical().swapped());
-    }
+    constexpr FloatRect normalisedCopy() const noexcept;
     /// @}
 
     /// Swaps left with right and top with bottom.
@@ -355,8 +312,8 @@ public:
     constexpr FloatRect vertReflectedCopy() const noexcept { return {left, bottom, right, top}; }
     /// @}
 
-    /// Swaps left with right for orientation 0, top with bottom for 1. Exception 1 "orient < 2 : invalid orientation!"
-    /// for any other.
+    /// Swaps left with right for orientation 0, top with bottom for orientation 1.
+    /// Throws `Exception<1>`: "orient < 2 : invalid orientation!".
     /// @{
     void reflectedCopy(FloatRect& out, unsigned int orient) const { out = reflectedCopy(orient); }
     FloatRect reflectedCopy(unsigned int orient) const {
@@ -365,223 +322,128 @@ public:
     }
     /// @}
 
-    /// Reflects NOTHING: checks `orient` and leaves the rectangle as it is. Exception 1 "orient < 2 : invalid
-    /// orientation!" for any other than 0 and 1.
-    /// @warning Callers rely on it. To reflect in place, call `reflectHorz` or `reflectVert`.
+    /// Reflects NOTHING: checks `orient` and leaves the rectangle unchanged.
+    /// Throws `Exception<1>`: "orient < 2 : invalid orientation!".
+    /// @warning To reflect the rectangle, call `reflectHorz` or `reflectVert`.
     void reflect(unsigned int orient) { VORN_ASSERT(orient < 2, "invalid orientation!"); }
 
     // --- Ratios ---
 
-    /// Becomes the part of itself that `ratio` tells: its sides are fractions of width and height, from left and top.
+    /// Reduces the rectangle to a part of itself. The sides of `ratio` are fractions of the width and the height,
+    /// measured from left and top.
     /// @{
     constexpr void applyRatio(const FloatRect& ratio) noexcept { *this = applyRatioCopy(ratio); }
-    constexpr void applyRatio(float leftSide, float topSide, float rightSide, float bottomSide) noexcept {
-        *this = applyRatioCopy(leftSide, topSide, rightSide, bottomSide);
-    }
-    constexpr void applyRatioCopy(FloatRect& out, const FloatRect& ratio) const noexcept {
-        out = applyRatioCopy(ratio);
-    }
+    constexpr void applyRatio(float leftSide, float topSide, float rightSide, float bottomSide) noexcept;
+    constexpr void applyRatioCopy(FloatRect& out, const FloatRect& ratio) const noexcept;
     constexpr void applyRatioCopy(FloatRect& out, float leftSide, float topSide, float rightSide,
-                                  float bottomSide) const noexcept {
-        out = applyRatioCopy(leftSide, topSide, rightSide, bottomSide);
-    }
-    constexpr FloatRect applyRatioCopy(const FloatRect& ratio) const noexcept {
-        return join(horizontal().atFractions(ratio.horizontal()), vertical().atFractions(ratio.vertical()));
-    }
-    constexpr FloatRect applyRatioCopy(float leftSide, float topSide, float rightSide,
-                                       float bottomSide) const noexcept {
-        return applyRatioCopy(FloatRect(leftSide, topSide, rightSide, bottomSide));
-    }
+                                  float bottomSide) const noexcept;
+    constexpr FloatRect applyRatioCopy(const FloatRect& ratio) const noexcept;
+    constexpr FloatRect applyRatioCopy(float leftSide, float topSide, float rightSide, float bottomSide) const noexcept;
     /// @}
 
-    /// The inverse of `applyRatio`: becomes the fractions of itself that `other` takes, or 0 and 0 on an empty axis.
-    /// @warning Empty is an axis whose size is not above 0, so also an inverted one or one with a NaN. Nothing raises.
+    /// The inverse of `applyRatio`: computes the sides of `other` as fractions of the width and the height, or 0 and 0
+    /// on an axis whose size is not greater than 0.
+    /// @warning Such an axis is not reported. It has the size 0, is inverted or has a NaN: test `width` and `height`.
     /// @{
     constexpr void createRatio(const FloatRect& other) noexcept { *this = createRatioCopy(other); }
-    constexpr void createRatio(float leftSide, float topSide, float rightSide, float bottomSide) noexcept {
-        *this = createRatioCopy(leftSide, topSide, rightSide, bottomSide);
-    }
-    constexpr void createRatioCopy(FloatRect& out, const FloatRect& other) const noexcept {
-        out = createRatioCopy(other);
-    }
+    constexpr void createRatio(float leftSide, float topSide, float rightSide, float bottomSide) noexcept;
+    constexpr void createRatioCopy(FloatRect& out, const FloatRect& other) const noexcept;
     constexpr void createRatioCopy(FloatRect& out, float leftSide, float topSide, float rightSide,
-                                   float bottomSide) const noexcept {
-        out = createRatioCopy(leftSide, topSide, rightSide, bottomSide);
-    }
-    constexpr FloatRect createRatioCopy(const FloatRect& other) const noexcept {
-        return join(horizontal().fractionsOf(other.horizontal()), vertical().fractionsOf(other.vertical()));
-    }
+                                   float bottomSide) const noexcept;
+    constexpr FloatRect createRatioCopy(const FloatRect& other) const noexcept;
     constexpr FloatRect createRatioCopy(float leftSide, float topSide, float rightSide,
-                                        float bottomSide) const noexcept {
-        return createRatioCopy(FloatRect(leftSide, topSide, rightSide, bottomSide));
-    }
+                                        float bottomSide) const noexcept;
     /// @}
 
     // --- Transformation ---
 
-    /// The rectangle, transformed by its centre and half size: exact for scale and translation, and nothing more.
-    /// @warning Once the matrix rotates, the result is not the bounding box of the transformed corners. For those write
-    ///     `matrix * Vector2CornerRect{...}`. An inverted rectangle comes out normalised, whatever the matrix.
+    /// Transforms centre and half size: right only for matrices that scale and translate. The result is normalised.
+    /// @warning With a rotation the result is NOT the bounding box of the transformed corners. To transform the corners
+    ///     write `matrix * Vector2CornerRect{...}`. An inverted rectangle becomes normalised with every matrix.
     /// @{
-    constexpr FloatRect operator*(const Matrix3& matrix) const noexcept {
-        const float* const m = matrix.m;
-        const Vector2 c = getCenter();
-        const Vector2 h = getHalfSize();
-        const double centreX = double(m[0]) * c.x + double(m[1]) * c.y + m[2];
-        const double centreY = double(m[3]) * c.x + double(m[4]) * c.y + m[5];
-        const double halfX = __builtin_fabs(double(m[0]) * h.x + double(m[3]) * h.y); // std::fabs is not constexpr
-        const double halfY = __builtin_fabs(double(m[1]) * h.x + double(m[4]) * h.y);
-        return {float(centreX - halfX), float(centreY - halfY), float(centreX + halfX), float(centreY + halfY)};
-    }
+    constexpr FloatRect operator*(const Matrix3& matrix) const noexcept;
     constexpr FloatRect& operator*=(const Matrix3& matrix) noexcept { return *this = *this * matrix; }
     /// @}
 
     // --- Pinned resizing ---
     //
-    // The amount or size, then the pin (RectPoint), then an offset, which moves the result the other way: it is
-    // subtracted. Amount and size are a vector, two floats, or one float for both axes. A pin that is none of the nine
-    // raises Exception 1 "pinOrigin == ::Vorn::RectPoint::CENTRE || ... : invalid origin", and nothing has changed.
+    // The parameters are the amount or the size, the pin (RectPoint) and an offset. Amount, size and offset are a
+    // vector or two floats; a single amount or size applies to both axes.
 
-    /// Grows each axis by twice `amount`. A pin on a low side holds that side, one on a high side holds NONE.
-    /// @warning At RIGHT or BOTTOM both sides move up, the low one by twice the amount and the high one by four times:
-    ///     (0, 10) grown by 1 at RIGHT is (2, 14). To hold a high side, take CENTRE and the amount as the offset.
+    /// Increases width and height by twice the amount. A pin on a low side keeps that side in place; a pin on a high
+    /// side does NOT.
+    ///
+    /// The offset is SUBTRACTED from the position of the result. `pinOrigin` is one of the nine values of RectPoint.
+    /// Throws `Exception<1>` and leaves the rectangle unchanged for any other: "pinOrigin == ::Vorn::RectPoint::CENTRE
+    /// ||
+    /// ... : invalid origin", with all nine comparisons.
+    /// @warning With RIGHT or BOTTOM both sides move, the low side by twice the amount and the high side by four times
+    ///     the amount: an axis from 0 to 10, increased by 1 at RIGHT, extends from 2 to 14. To keep a high side in
+    ///     place, pass CENTRE and the amount as the offset.
     /// @{
-    void inflate(float amountX, float amountY, unsigned int pinOrigin, float offsetX, float offsetY) {
-        checkPin<INFLATE>(pinOrigin);
-        *this = inflated(amountX, amountY, pinOrigin, offsetX, offsetY);
-    }
-    void inflate(float amountX, float amountY, unsigned int pinOrigin, const Vector2& offset) {
-        inflate(amountX, amountY, pinOrigin, offset.x, offset.y);
-    }
-    void inflate(const Vector2& amount, unsigned int pinOrigin, float offsetX, float offsetY) {
-        inflate(amount.x, amount.y, pinOrigin, offsetX, offsetY);
-    }
-    void inflate(const Vector2& amount, unsigned int pinOrigin, const Vector2& offset) {
-        inflate(amount.x, amount.y, pinOrigin, offset.x, offset.y);
-    }
-    void inflate(float amount, unsigned int pinOrigin, const Vector2& offset) {
-        inflate(amount, amount, pinOrigin, offset.x, offset.y);
-    }
+    void inflate(float amountX, float amountY, unsigned int pinOrigin, float offsetX, float offsetY);
+    void inflate(float amountX, float amountY, unsigned int pinOrigin, const Vector2& offset);
+    void inflate(const Vector2& amount, unsigned int pinOrigin, float offsetX, float offsetY);
+    void inflate(const Vector2& amount, unsigned int pinOrigin, const Vector2& offset);
+    void inflate(float amount, unsigned int pinOrigin, const Vector2& offset);
     /// @}
 
-    /// As `inflate` with the same amount for both axes, but the pin is NOT checked.
-    /// @warning Any pin is taken: its low four bits count, and a high flag wins over a low one. The five other forms
-    ///     check.
-    constexpr void inflate(float amount, unsigned int pinOrigin, float offsetX, float offsetY) noexcept {
-        *this = inflated(amount, amount, pinOrigin, offsetX, offsetY);
-    }
+    /// Increases width and height as the other forms of `inflate` do, but does NOT check the pin.
+    /// @warning Of an invalid pin the low four bits are used, and on each axis the flag of the high side has
+    ///     precedence. For a checked pin write `inflate(amount, amount, pinOrigin, offsetX, offsetY)`.
+    constexpr void inflate(float amount, unsigned int pinOrigin, float offsetX, float offsetY) noexcept;
 
-    /// As `inflate`, into `out` or the result; every form checks.
+    /// The result of `inflate`. Each form checks the pin and throws as `inflate` does.
     /// @{
     void inflatedCopy(FloatRect& out, float amountX, float amountY, unsigned int pinOrigin, float offsetX,
-                      float offsetY) const {
-        out = inflatedCopy(amountX, amountY, pinOrigin, offsetX, offsetY);
-    }
+                      float offsetY) const;
     void inflatedCopy(FloatRect& out, float amountX, float amountY, unsigned int pinOrigin,
-                      const Vector2& offset) const {
-        out = inflatedCopy(amountX, amountY, pinOrigin, offset.x, offset.y);
-    }
+                      const Vector2& offset) const;
     void inflatedCopy(FloatRect& out, const Vector2& amount, unsigned int pinOrigin, float offsetX,
-                      float offsetY) const {
-        out = inflatedCopy(amount.x, amount.y, pinOrigin, offsetX, offsetY);
-    }
-    void inflatedCopy(FloatRect& out, const Vector2& amount, unsigned int pinOrigin, const Vector2& offset) const {
-        out = inflatedCopy(amount.x, amount.y, pinOrigin, offset.x, offset.y);
-    }
-    void inflatedCopy(FloatRect& out, float amount, unsigned int pinOrigin, float offsetX, float offsetY) const {
-        out = inflatedCopy(amount, amount, pinOrigin, offsetX, offsetY);
-    }
-    void inflatedCopy(FloatRect& out, float amount, unsigned int pinOrigin, const Vector2& offset) const {
-        out = inflatedCopy(amount, amount, pinOrigin, offset.x, offset.y);
-    }
-    FloatRect inflatedCopy(float amountX, float amountY, unsigned int pinOrigin, float offsetX, float offsetY) const {
-        checkPin<INFLATED_COPY>(pinOrigin);
-        return inflated(amountX, amountY, pinOrigin, offsetX, offsetY);
-    }
-    FloatRect inflatedCopy(float amountX, float amountY, unsigned int pinOrigin, const Vector2& offset) const {
-        return inflatedCopy(amountX, amountY, pinOrigin, offset.x, offset.y);
-    }
-    FloatRect inflatedCopy(const Vector2& amount, unsigned int pinOrigin, float offsetX, float offsetY) const {
-        return inflatedCopy(amount.x, amount.y, pinOrigin, offsetX, offsetY);
-    }
-    FloatRect inflatedCopy(const Vector2& amount, unsigned int pinOrigin, const Vector2& offset) const {
-        return inflatedCopy(amount.x, amount.y, pinOrigin, offset.x, offset.y);
-    }
-    FloatRect inflatedCopy(float amount, unsigned int pinOrigin, float offsetX, float offsetY) const {
-        return inflatedCopy(amount, amount, pinOrigin, offsetX, offsetY);
-    }
-    FloatRect inflatedCopy(float amount, unsigned int pinOrigin, const Vector2& offset) const {
-        return inflatedCopy(amount, amount, pinOrigin, offset.x, offset.y);
-    }
+                      float offsetY) const;
+    void inflatedCopy(FloatRect& out, const Vector2& amount, unsigned int pinOrigin, const Vector2& offset) const;
+    void inflatedCopy(FloatRect& out, float amount, unsigned int pinOrigin, float offsetX, float offsetY) const;
+    void inflatedCopy(FloatRect& out, float amount, unsigned int pinOrigin, const Vector2& offset) const;
+    FloatRect inflatedCopy(float amountX, float amountY, unsigned int pinOrigin, float offsetX, float offsetY) const;
+    FloatRect inflatedCopy(float amountX, float amountY, unsigned int pinOrigin, const Vector2& offset) const;
+    FloatRect inflatedCopy(const Vector2& amount, unsigned int pinOrigin, float offsetX, float offsetY) const;
+    FloatRect inflatedCopy(const Vector2& amount, unsigned int pinOrigin, const Vector2& offset) const;
+    FloatRect inflatedCopy(float amount, unsigned int pinOrigin, float offsetX, float offsetY) const;
+    FloatRect inflatedCopy(float amount, unsigned int pinOrigin, const Vector2& offset) const;
     /// @}
 
-    /// Takes the given size. A pin on a low side holds that side, one on a high side holds NONE.
-    /// @warning At RIGHT or BOTTOM both sides move up, the low one by what the axis grows and the high one by twice
-    ///     that: (0, 10) resized to 12 at RIGHT is (2, 14). To hold a high side, take a low pin and the growth as the
-    ///     offset.
+    /// Sets width and height. A pin on a low side keeps that side in place; a pin on a high side does NOT.
+    ///
+    /// The offset is SUBTRACTED from the position of the result. `pinOrigin` is one of the nine values of RectPoint;
+    /// for any other the operation throws as `inflate` does.
+    /// @warning With RIGHT or BOTTOM both sides move, the low side by the growth of the axis and the high side by twice
+    ///     the growth: an axis from 0 to 10, resized to 12 at RIGHT, extends from 2 to 14. To keep a high side in
+    ///     place, pass a pin on the low side and the growth as the offset.
     /// @{
-    void resize(float sizeX, float sizeY, unsigned int pinOrigin, float offsetX, float offsetY) {
-        checkPin<RESIZE>(pinOrigin);
-        *this = resized(sizeX, sizeY, pinOrigin, offsetX, offsetY);
-    }
-    void resize(float sizeX, float sizeY, unsigned int pinOrigin, const Vector2& offset) {
-        resize(sizeX, sizeY, pinOrigin, offset.x, offset.y);
-    }
-    void resize(const Vector2& newSize, unsigned int pinOrigin, float offsetX, float offsetY) {
-        resize(newSize.x, newSize.y, pinOrigin, offsetX, offsetY);
-    }
-    void resize(const Vector2& newSize, unsigned int pinOrigin, const Vector2& offset) {
-        resize(newSize.x, newSize.y, pinOrigin, offset.x, offset.y);
-    }
-    void resize(float newSize, unsigned int pinOrigin, float offsetX, float offsetY) {
-        resize(newSize, newSize, pinOrigin, offsetX, offsetY);
-    }
-    void resize(float newSize, unsigned int pinOrigin, const Vector2& offset) {
-        resize(newSize, newSize, pinOrigin, offset.x, offset.y);
-    }
+    void resize(float sizeX, float sizeY, unsigned int pinOrigin, float offsetX, float offsetY);
+    void resize(float sizeX, float sizeY, unsigned int pinOrigin, const Vector2& offset);
+    void resize(const Vector2& newSize, unsigned int pinOrigin, float offsetX, float offsetY);
+    void resize(const Vector2& newSize, unsigned int pinOrigin, const Vector2& offset);
+    void resize(float newSize, unsigned int pinOrigin, float offsetX, float offsetY);
+    void resize(float newSize, unsigned int pinOrigin, const Vector2& offset);
     /// @}
 
-    /// As `resize`, into `out` or the result.
+    /// The result of `resize`. Each form throws as `resize` does.
     /// @{
     void resizedCopy(FloatRect& out, float sizeX, float sizeY, unsigned int pinOrigin, float offsetX,
-                     float offsetY) const {
-        out = resizedCopy(sizeX, sizeY, pinOrigin, offsetX, offsetY);
-    }
-    void resizedCopy(FloatRect& out, float sizeX, float sizeY, unsigned int pinOrigin, const Vector2& offset) const {
-        out = resizedCopy(sizeX, sizeY, pinOrigin, offset.x, offset.y);
-    }
+                     float offsetY) const;
+    void resizedCopy(FloatRect& out, float sizeX, float sizeY, unsigned int pinOrigin, const Vector2& offset) const;
     void resizedCopy(FloatRect& out, const Vector2& newSize, unsigned int pinOrigin, float offsetX,
-                     float offsetY) const {
-        out = resizedCopy(newSize.x, newSize.y, pinOrigin, offsetX, offsetY);
-    }
-    void resizedCopy(FloatRect& out, const Vector2& newSize, unsigned int pinOrigin, const Vector2& offset) const {
-        out = resizedCopy(newSize.x, newSize.y, pinOrigin, offset.x, offset.y);
-    }
-    void resizedCopy(FloatRect& out, float newSize, unsigned int pinOrigin, float offsetX, float offsetY) const {
-        out = resizedCopy(newSize, newSize, pinOrigin, offsetX, offsetY);
-    }
-    void resizedCopy(FloatRect& out, float newSize, unsigned int pinOrigin, const Vector2& offset) const {
-        out = resizedCopy(newSize, newSize, pinOrigin, offset.x, offset.y);
-    }
-    FloatRect resizedCopy(float sizeX, float sizeY, unsigned int pinOrigin, float offsetX, float offsetY) const {
-        checkPin<RESIZED_COPY>(pinOrigin);
-        return resized(sizeX, sizeY, pinOrigin, offsetX, offsetY);
-    }
-    FloatRect resizedCopy(float sizeX, float sizeY, unsigned int pinOrigin, const Vector2& offset) const {
-        return resizedCopy(sizeX, sizeY, pinOrigin, offset.x, offset.y);
-    }
-    FloatRect resizedCopy(const Vector2& newSize, unsigned int pinOrigin, float offsetX, float offsetY) const {
-        return resizedCopy(newSize.x, newSize.y, pinOrigin, offsetX, offsetY);
-    }
-    FloatRect resizedCopy(const Vector2& newSize, unsigned int pinOrigin, const Vector2& offset) const {
-        return resizedCopy(newSize.x, newSize.y, pinOrigin, offset.x, offset.y);
-    }
-    FloatRect resizedCopy(float newSize, unsigned int pinOrigin, float offsetX, float offsetY) const {
-        return resizedCopy(newSize, newSize, pinOrigin, offsetX, offsetY);
-    }
-    FloatRect resizedCopy(float newSize, unsigned int pinOrigin, const Vector2& offset) const {
-        return resizedCopy(newSize, newSize, pinOrigin, offset.x, offset.y);
-    }
+                     float offsetY) const;
+    void resizedCopy(FloatRect& out, const Vector2& newSize, unsigned int pinOrigin, const Vector2& offset) const;
+    void resizedCopy(FloatRect& out, float newSize, unsigned int pinOrigin, float offsetX, float offsetY) const;
+    void resizedCopy(FloatRect& out, float newSize, unsigned int pinOrigin, const Vector2& offset) const;
+    FloatRect resizedCopy(float sizeX, float sizeY, unsigned int pinOrigin, float offsetX, float offsetY) const;
+    FloatRect resizedCopy(float sizeX, float sizeY, unsigned int pinOrigin, const Vector2& offset) const;
+    FloatRect resizedCopy(const Vector2& newSize, unsigned int pinOrigin, float offsetX, float offsetY) const;
+    FloatRect resizedCopy(const Vector2& newSize, unsigned int pinOrigin, const Vector2& offset) const;
+    FloatRect resizedCopy(float newSize, unsigned int pinOrigin, float offsetX, float offsetY) const;
+    FloatRect resizedCopy(float newSize, unsigned int pinOrigin, const Vector2& offset) const;
     /// @}
 
 private:
@@ -602,15 +464,11 @@ private:
                 std::fmod(bottom, rect.bottom)};
     }
     constexpr FloatRect inflated(float amountX, float amountY, unsigned int pin, float offsetX,
-                                 float offsetY) const noexcept {
-        return join(horizontal().inflated(amountX, pin, offsetX), vertical().inflated(amountY, pin >> 1, offsetY));
-    }
+                                 float offsetY) const noexcept;
     constexpr FloatRect resized(float sizeX, float sizeY, unsigned int pin, float offsetX,
-                                float offsetY) const noexcept {
-        return join(horizontal().resized(sizeX, pin, offsetX), vertical().resized(sizeY, pin >> 1, offsetY));
-    }
+                                float offsetY) const noexcept;
 
-    // The names under which the checks below report.
+    // The function names that the checks below report.
     static constexpr Name DIVIDE{"Vorn::FloatRect::operator /"};
     static constexpr Name DIVIDE_IN_PLACE{"Vorn::FloatRect::operator /="};
     static constexpr Name MODULO{"Vorn::FloatRect::operator %"};
@@ -620,7 +478,7 @@ private:
     static constexpr Name RESIZE{"Vorn::FloatRect::resize"};
     static constexpr Name RESIZED_COPY{"Vorn::FloatRect::resizedCopy"};
 
-    // The divisor of each side, checked.
+    // Checks the divisor of each side and returns all four.
     template <const Name& Operation>
     static const FloatRect& divisor(const FloatRect& rect) {
         VORN_ASSERT(rect.left < VORN_ZERO || rect.left > VORN_ZERO, "left is zero!", Operation);
@@ -657,3 +515,7 @@ inline constexpr FloatRect FloatRect::ZERO(0.0f);
 static_assert(sizeof(FloatRect) == 16, "four sides and nothing else");
 
 } // namespace Vorn
+
+// What follows is the implementation of the forms above.
+#include "Vorn/Private/FloatRectForms.h"
+#include "Vorn/Private/FloatRectResizing.h"

@@ -1,18 +1,20 @@
-// Matrix3: a 3 by 3 matrix of floats for transformations of the plane.
-//
-// Vectors are columns: `matrix * vector`, and `a * b` applies b first. The translation lies in m[2] and m[5]. For
-// rotations alone a ComplexAngle is smaller and faster.
-//
-// An expression is evaluated in double and rounded to float once, where it is stored or returned, so results have the
-// same bits on every platform.
-//
-// Cost: a value of 36 bytes; nothing allocates, and all but the inverse inlines. What is not noexcept has a check.
-// Threads: plain values, which share nothing.
+/// @file
+/// Matrix3: a 3 by 3 matrix of floats for transformations of the plane.
+///
+/// Vectors are columns: write `matrix * vector`; `a * b` applies b first. The translation is stored in m[2] and m[5].
+/// For rotations alone, ComplexAngle is smaller and faster.
+///
+/// Each expression is evaluated in double and rounded to float once, where it is stored or returned. Results have the
+/// same bits on every platform.
+///
+/// Cost: a value of 36 bytes; operations allocate nothing, and all except the inverse are inline.
+///
+/// Threads: objects share no state.
 #pragma once
 
 #include "Vorn/ComplexAngle.h"
 #include "Vorn/Config.h"
-#include "Vorn/DoublePair.h"
+#include "Vorn/Private/DoublePair.h"
 #include "Vorn/Vector2.h"
 #include "Vorn/Vector2CornerRect.h"
 
@@ -20,27 +22,27 @@
 
 namespace Vorn {
 
-/// Nine floats in three rows.
+/// A 3 by 3 matrix of floats, stored row by row.
 ///
-/// Where an operation has copy forms, the one with a `Matrix3&` first writes its result there, and the other returns
-/// it. The result may go to the matrix itself.
+/// An operation with `Copy` in its name leaves the matrix unchanged. The form whose first parameter is `Matrix3& out`
+/// writes the result to `out`, which may be the matrix itself; the other form returns it.
 class Matrix3 {
 public:
     static const Matrix3 IDENTITY;
     static const Matrix3 ZERO;
 
-    /// Leaves all nine elements unwritten, also in `Matrix3()`; write `Matrix3::IDENTITY` or `Matrix3::ZERO`.
+    /// Leaves all nine elements uninitialised, also in `Matrix3()`. Write `Matrix3::IDENTITY` or `Matrix3::ZERO`.
     Matrix3() noexcept {}
 
-    /// The elements row by row.
+    /// Sets the elements, row by row.
     constexpr Matrix3(float m0, float m1, float m2, float m3, float m4, float m5, float m6, float m7, float m8) noexcept
         : m{m0, m1, m2, m3, m4, m5, m6, m7, m8} {}
 
-    /// All nine elements take the value.
+    /// Sets all nine elements to the value.
     constexpr explicit Matrix3(float val) noexcept : m{val, val, val, val, val, val, val, val, val} {}
 
-    /// Compares the bytes, not the floats: 0.0 differs from -0.0, and a NaN equals itself. Pairs and rectangles compare
-    /// their floats.
+    /// Compares the bytes, NOT the floats: 0.0 differs from -0.0, and a NaN equals a NaN with the same bits. Vectors
+    /// and rectangles compare floats.
     /// @{
     bool operator==(const Matrix3& other) const noexcept {
         return std::memcmp(m, other.m, sizeof m) == 0; // NOLINT(bugprone-suspicious-memory-comparison): bytes are meant
@@ -48,7 +50,7 @@ public:
     bool operator!=(const Matrix3& other) const noexcept { return !(*this == other); }
     /// @}
 
-    /// Every element times the float.
+    /// Multiplies every element by the float.
     /// @{
     constexpr Matrix3 operator*(float val) const noexcept {
         return {m[0] * val, m[1] * val, m[2] * val, m[3] * val, m[4] * val,
@@ -60,7 +62,7 @@ public:
     constexpr Matrix3 multiplyCopy(float val) const noexcept { return *this * val; }
     /// @}
 
-    /// Element by element.
+    /// Adds or subtracts element by element.
     /// @{
     constexpr Matrix3 operator+(const Matrix3& other) const noexcept {
         const float* const o = other.m;
@@ -76,7 +78,7 @@ public:
     constexpr Matrix3& operator-=(const Matrix3& other) noexcept { return *this = *this - other; }
     /// @}
 
-    /// The matrix product with this one on the left: the result applies `other` first.
+    /// The matrix product; the result applies `other` first.
     /// @{
     constexpr Matrix3 operator*(const Matrix3& other) const noexcept {
         using Pair = VornPrivate::DoublePair;
@@ -95,21 +97,22 @@ public:
     constexpr Matrix3& operator*=(const Matrix3& other) noexcept { return *this = *this * other; }
     /// @}
 
-    /// Rows become columns.
+    /// Exchanges rows and columns.
     /// @{
     constexpr void transpose() noexcept { *this = transposedCopy(); }
     constexpr Matrix3 transposedCopy() const noexcept { return {m[0], m[3], m[6], m[1], m[4], m[7], m[2], m[5], m[8]}; }
     /// @}
 
-    /// The inverse, by cofactors. A determinant of at most 2 to the power -23 either way raises Exception 2 "Invalid
-    /// matrix. Unable to build inverse.", and nothing has changed; a NaN passes and gives NaN.
+    /// Inverts the matrix, by cofactors. A determinant that is NaN is accepted and gives a matrix of NaN.
+    /// Throws `Exception<2>`: "Invalid matrix. Unable to build inverse." if the absolute value of the determinant is at
+    /// most 2 to the power -23. The matrix and `out` then stay unchanged.
     /// @{
     void inverse() { *this = inversedCopy(); }
     void inversedCopy(Matrix3& out) const { out = inversedCopy(); }
     VORN_API Matrix3 inversedCopy() const;
     /// @}
 
-    /// Sets the translation, `m[2]` and `m[5]`. The rest stays.
+    /// Sets the translation, `m[2]` and `m[5]`.
     /// @{
     constexpr void setTrans(const Vector2& trans) noexcept { setTrans(trans.x, trans.y); }
     constexpr void setTrans(float x, float y) noexcept {
@@ -118,13 +121,14 @@ public:
     }
     /// @}
 
-    /// The translation.
+    /// Returns the translation, `m[2]` and `m[5]`, or writes it to `out`.
     /// @{
     constexpr Vector2 getTrans() const noexcept { return {m[2], m[5]}; }
     constexpr void getTrans(Vector2& out) const noexcept { out = getTrans(); }
     /// @}
 
-    /// Adds to the translation as it stands: no matrix product, so scale and rotation play no part.
+    /// Adds to `m[2]` and `m[5]`. This is NOT a product with a translation: scale and rotation do not apply to the
+    /// amount.
     /// @{
     constexpr void translate(const Vector2& trans) noexcept { translate(trans.x, trans.y); }
     constexpr void translate(float x, float y) noexcept { setTrans(m[2] + x, m[5] + y); }
@@ -138,7 +142,7 @@ public:
     }
     /// @}
 
-    /// Becomes the matrix that translates and does nothing else.
+    /// Becomes the matrix of a translation.
     /// @{
     constexpr void makeTranslation(const Vector2& trans) noexcept { makeTranslation(trans.x, trans.y); }
     constexpr void makeTranslation(float x, float y) noexcept {
@@ -146,7 +150,8 @@ public:
     }
     /// @}
 
-    /// Scales what the matrix gives: row 0 times the first value and row 1 times the second, translation included.
+    /// Scales the results of the matrix: multiplies row 0 by the first value and row 1 by the second, including the
+    /// translation.
     /// @{
     constexpr void scale(const Vector2& factor) noexcept { scale(factor.x, factor.y); }
     constexpr void scale(float x, float y) noexcept { *this = scaledCopy(x, y); }
@@ -158,7 +163,7 @@ public:
     }
     /// @}
 
-    /// Becomes the matrix that scales, then rotates, then translates. A float is an angle in radians.
+    /// Becomes the matrix that first scales, then rotates, then translates. `radians` is the angle of the rotation.
     /// @{
     constexpr void makeTransform(const ComplexAngle& rotation, const Vector2& factor, const Vector2& trans) noexcept {
         *this = Matrix3(rotation.x * factor.x, -(rotation.y * factor.y), trans.x, // row 0
@@ -170,10 +175,11 @@ public:
     }
     /// @}
 
-    /// NOT the inverse of `makeTransform`: rotates back, then scales by the factor itself, then translates by the
-    /// negative. A float is an angle in radians.
-    /// @warning The factor is not inverted, and the translation is neither rotated nor scaled. The two cancel out only
-    ///     without rotation and with a factor of 1; otherwise take `makeTransform` and then `inverse`.
+    /// Becomes the matrix that rotates by the opposite angle, then scales by `factor`, then translates by `-trans`.
+    /// This is NOT the inverse of `makeTransform`.
+    /// @warning The factor is not inverted, and the translation is neither rotated nor scaled. The result is the
+    ///     inverse of `makeTransform` only without rotation and with a factor of 1. Otherwise call `makeTransform`,
+    ///     then `inverse`.
     /// @{
     constexpr void makeInverseTransform(const ComplexAngle& rotation, const Vector2& factor,
                                         const Vector2& trans) noexcept {
@@ -186,7 +192,7 @@ public:
     }
     /// @}
 
-    /// The vector as a column with a third element 1, transformed. Row 2 is not read and nothing is divided by it.
+    /// Transforms the column (x, y, 1). Row 2 is not read, and there is no division by a third component.
     /// @{
     constexpr Vector2 operator*(const Vector2& vec) const noexcept { return transformCopy(vec); }
     constexpr void transform(Vector2& vec) const noexcept { vec = transformCopy(vec); }
@@ -199,13 +205,13 @@ public:
     }
     /// @}
 
-    /// Each of the four points, transformed.
+    /// Transforms each of the four points.
     constexpr Vector2CornerRect operator*(const Vector2CornerRect& rect) const noexcept {
         return {{transformCopy(rect.corners[0]), transformCopy(rect.corners[1]), transformCopy(rect.corners[2]),
                  transformCopy(rect.corners[3])}};
     }
 
-    /// Row by row: element (row, column) is `m[3*row + column]`.
+    /// The elements, row by row: element (row, column) is `m[3*row + column]`.
     float m[9];
 };
 

@@ -1,17 +1,20 @@
-// Rect: four independent sides, left, top, right and bottom; the base of FloatRect.
-//
-// RectBase is the plain record, Rect adds construction, access by number and equality. A rectangle may be inverted,
-// with left beyond right, and nothing here minds. For everything that computes take FloatRect.
-//
-// Numbers are part of the interface:
-//
-//     side           0 left, 1 top, 2 right, 3 bottom
-//     orientation    0 horizontal (left, right), 1 vertical (top, bottom)
-//     end            0 the low side (left, top), 1 the high side (right, bottom); side = 2 * end + orientation
-//     corner         0 left top, 1 left bottom, 2 right top, 3 right bottom
-//
-// Cost: a value of 16 bytes; everything inlines and nothing allocates. What is not noexcept has a check.
-// Threads: plain values, which share nothing.
+/// @file
+/// Rect: a rectangle as four independent sides, left, top, right and bottom; the base class of FloatRect.
+///
+/// RectBase is the plain struct; Rect adds constructors, access by number and equality. A rectangle may be inverted
+/// (left greater than right, or top greater than bottom); no operation here checks that. Use FloatRect for arithmetic.
+///
+/// Sides, orientations, ends and corners have fixed numbers:
+///
+///     side           0 left, 1 top, 2 right, 3 bottom
+///     orientation    0 horizontal (left, right), 1 vertical (top, bottom)
+///     end            0 the low side (left, top), 1 the high side (right, bottom); side = 2 * end + orientation
+///     corner         0 left top, 1 left bottom, 2 right top, 3 right bottom
+///
+/// Cost: a value of 16 bytes; all operations are inline and allocate nothing. An operation that is not `noexcept`
+/// checks its arguments.
+///
+/// Threads: objects share no state.
 #pragma once
 
 #include "Vorn/Assert.h"
@@ -19,7 +22,7 @@
 
 namespace Vorn {
 
-/// Four sides, a plain record.
+/// A plain struct of four sides.
 template <class Component>
 struct RectBase {
     Component left;
@@ -28,7 +31,7 @@ struct RectBase {
     Component bottom;
 };
 
-/// Four sides of `Component`s that are handed over as `Parameter`s. Defined for floats and for nothing else.
+/// Four sides of type `Component` that are passed as `Parameter`s. Only `Rect<float, float>` is defined.
 template <class Component, class Parameter>
 class Rect;
 
@@ -38,37 +41,37 @@ class Rect<float, float> : public RectBase<float> {
 public:
     using Pair = XYPair<float, float>;
 
-    /// Leaves all four sides unwritten, also in `Rect<float, float>()`; write `(0.0f)` for zero.
+    /// Leaves all four sides uninitialised, also in `Rect<float, float>()`. For zero write `(0.0f)`.
     Rect() noexcept {}
 
     constexpr Rect(const RectBase<float>& rect) noexcept : RectBase<float>(rect) {}
     constexpr Rect(const Rect& other) noexcept = default;
 
-    /// In the order left, top, right, bottom.
+    /// Sets the four sides.
     constexpr Rect(float leftSide, float topSide, float rightSide, float bottomSide) noexcept
         : RectBase<float>{leftSide, topSide, rightSide, bottomSide} {}
 
-    /// A horizontal line: the second float is top and bottom.
+    /// A horizontal line: `topAndBottom` is the top and the bottom side.
     constexpr Rect(float leftSide, float topAndBottom, float rightSide) noexcept
         : Rect(leftSide, topAndBottom, rightSide, topAndBottom) {}
 
-    /// A point: both floats say where, none is a size.
+    /// A point, NOT a size: `x` is left and right, `y` is top and bottom.
     constexpr Rect(float x, float y) noexcept : Rect(x, y, x, y) {}
 
-    /// All four sides take the value.
+    /// Sets all four sides to the value.
     constexpr explicit Rect(float value) noexcept : Rect(value, value, value, value) {}
 
-    /// A point.
+    /// A point: `point.x` is left and right, `point.y` is top and bottom.
     constexpr explicit Rect(const Pair& point) noexcept : Rect(point.x, point.y) {}
 
-    /// Two opposite corners.
+    /// A rectangle from two opposite corners.
     constexpr Rect(const Pair& leftTop, const Pair& rightBottom) noexcept
         : Rect(leftTop.x, leftTop.y, rightBottom.x, rightBottom.y) {}
 
     constexpr Rect& operator=(const Rect& other) noexcept = default;
     constexpr Rect& operator=(const RectBase<float>& rect) noexcept { return *this = Rect(rect); }
 
-    /// As the constructors with the same arguments.
+    /// Sets all four sides as the constructor with the same parameters does.
     /// @{
     constexpr void setAll(float leftSide, float topSide, float rightSide, float bottomSide) noexcept {
         *this = Rect(leftSide, topSide, rightSide, bottomSide);
@@ -82,7 +85,8 @@ public:
     constexpr void setAll(const Pair& leftTop, const Pair& rightBottom) noexcept { *this = Rect(leftTop, rightBottom); }
     /// @}
 
-    /// By side number. Exception 1 "side < 4 : Invalid side!" for any other.
+    /// Access to a side by its number, 0 to 3.
+    /// Throws `Exception<1>`: "side < 4 : Invalid side!".
     /// @{
     float operator[](unsigned int side) const {
         VORN_ASSERT(side < 4, "Invalid side!", "Vorn::Rect<float,float>::operator []");
@@ -102,8 +106,8 @@ public:
     }
     /// @}
 
-    /// By orientation and end, which `side` holds here: 0 the low one, 1 the high one. Exception 1 "orient < 2 :
-    /// Invalid orient!" or "side < 2 : Invalid side!" for any other.
+    /// Access to a side by orientation and end: `side` is the END, 0 for low or 1 for high, NOT a side number.
+    /// Throws `Exception<1>`: "orient < 2 : Invalid orient!" or "side < 2 : Invalid side!".
     /// @{
     float getSide(unsigned int orient, unsigned int side) const {
         VORN_ASSERT(orient < 2, "Invalid orient!", "Vorn::Rect<float,float>::getSide");
@@ -117,15 +121,16 @@ public:
     }
     /// @}
 
-    /// Sets both ends of an orientation. Exception 1 "orient < 2 : invalid orientation" for any other.
+    /// Sets both sides of an orientation.
+    /// Throws `Exception<1>`: "orient < 2 : invalid orientation".
     void setByOrient(unsigned int orient, float low, float high) {
         VORN_ASSERT(orient < 2, "invalid orientation", "Vorn::Rect<float,float>::setByOrient");
         this->*SIDES[orient] = low;
         this->*SIDES[2 + orient] = high;
     }
 
-    /// Sets the two sides that meet in a corner; the other two stay. Exception 1 "corner < 4 : Invalid corner!" for any
-    /// other number.
+    /// Sets the two sides that meet in a corner.
+    /// Throws `Exception<1>`: "corner < 4 : Invalid corner!".
     /// @{
     void setByCorner(unsigned int corner, float x, float y) {
         VORN_ASSERT(corner < 4, "Invalid corner!", "Vorn::Rect<float,float>::setByCorner");
@@ -135,7 +140,7 @@ public:
     void setByCorner(unsigned int corner, const Pair& point) { setByCorner(corner, point.x, point.y); }
     /// @}
 
-    /// Exact comparison of floats: 0.0 equals -0.0, and a NaN equals nothing, not even itself.
+    /// Compares the floats exactly: 0.0 equals -0.0, and NaN equals nothing, including itself.
     constexpr bool operator==(const Rect& other) const noexcept {
         return left == other.left && top == other.top && right == other.right && bottom == other.bottom;
     }

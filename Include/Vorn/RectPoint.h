@@ -1,9 +1,12 @@
-// RectPoint: the points of a rectangle that a resizing can be pinned to. See FloatRect::inflate.
+/// @file
+/// RectPoint: the point of a rectangle that keeps its position in a resize. See FloatRect::inflate and
+/// FloatRect::resize.
 #pragma once
 
 namespace Vorn {
 
-/// The nine pins. Each axis has a low flag (left, top) and a high flag (right, bottom); a pin sets one at most.
+/// The nine pins. Each axis has a flag for its low side (left, top) and one for its high side (right, bottom). A pin
+/// sets at most one flag of each axis; an axis without a flag is centred.
 namespace RectPoint {
 enum Flags : unsigned int {
     CENTRE = 0,

@@ -1,14 +1,16 @@
-// Vector2: a vector of the plane.
-//
-// Lengths rest on a fast inverse square root that is accurate to about 0.2 per cent: take it where many vectors are
-// normalised and nobody measures. Where the exact length counts, take the root of squaredLength() or
-// ComplexAngle::normalise().
-//
-// An expression is evaluated in double and rounded to float once, where it is stored or returned, so results have the
-// same bits on every platform.
-//
-// Cost: a value of 8 bytes; everything inlines and nothing allocates. What is not noexcept has a check.
-// Threads: plain values, which share nothing.
+/// @file
+/// Vector2: a vector of the plane, two floats with arithmetic.
+///
+/// Lengths use a fast inverse square root with an error of about 0.2 per cent. Where the exact length matters, take the
+/// root of squaredLength() or use ComplexAngle::normalise().
+///
+/// Each expression is evaluated in double and rounded to float once, where it is stored or returned. Results have the
+/// same bits on every platform.
+///
+/// Cost: a value of 8 bytes; all operations are inline and allocate nothing. An operation that is not `noexcept` checks
+/// its arguments.
+///
+/// Threads: objects share no state.
 #pragma once
 
 #include "Vorn/XYPair.h"
@@ -19,10 +21,10 @@ namespace Vorn {
 
 class Matrix3;
 
-/// What each divisor of planar geometry is compared with before it divides.
+/// The value that every divisor of a geometry operation is compared with before the division.
 inline constexpr float VORN_ZERO = 0.0f;
 
-/// Two floats with the arithmetic of the plane.
+/// A vector of the plane. Lengths are approximate; see Vorn/Vector2.h.
 class Vector2 : public XYPair<float, float> {
 public:
     static const Vector2 ZERO;            ///< (0, 0)
@@ -32,20 +34,20 @@ public:
     static const Vector2 NEGATIVE_UNIT_Y; ///< (0, -1)
     static const Vector2 UNIT_SCALE;      ///< (1, 1)
 
-    /// Leaves both components unwritten, also in `Vector2()`; write `Vector2::ZERO` for zero.
+    /// Leaves both components uninitialised, also in `Vector2()`. For zero write `Vector2::ZERO`.
     Vector2() noexcept {}
 
-    using XYPair<float, float>::XYPair; // from a record, an array, one float for both components, two floats
+    using XYPair<float, float>::XYPair; // from an XYPairBase, an array, one float for both components, two floats
     constexpr Vector2(const Vector2& other) noexcept = default;
     constexpr Vector2(const Pair& pair) noexcept : Pair(pair) {}
 
     constexpr Vector2& operator=(const Vector2& other) noexcept = default;
     constexpr Vector2& operator=(const Pair& pair) noexcept { return *this = Vector2(pair); }
 
-    /// Both components take the value.
+    /// Sets both components to the value.
     constexpr Vector2& operator=(float value) noexcept { return *this = Vector2(value); }
 
-    /// Component by component; a float acts on both.
+    /// Adds, subtracts or multiplies component by component. A float applies to both components.
     /// @{
     constexpr Vector2 operator+(const Pair& other) const noexcept { return {x + other.x, y + other.y}; }
     constexpr Vector2 operator+(float val) const noexcept { return *this + Pair(val); }
@@ -61,8 +63,10 @@ public:
     constexpr Vector2& operator*=(float val) noexcept { return *this = *this * val; }
     /// @}
 
-    /// Divides component by component. A divisor that is zero of either sign or NaN raises Exception 1, with the text
-    /// "other.x < VORN_ZERO || other.x > VORN_ZERO : divide by zero!" or its like, and nothing has changed.
+    /// Divides component by component. A float divides both components.
+    /// Throws `Exception<1>` and leaves the vector unchanged if a divisor is 0.0, -0.0 or NaN: "other.x < VORN_ZERO ||
+    /// other.x > VORN_ZERO : divide by zero!", the same for `other.y`, or "val < VORN_ZERO || val > VORN_ZERO : divide
+    /// by zero!".
     /// @{
     Vector2 operator/(const Pair& other) const {
         VORN_ASSERT(other.x < VORN_ZERO || other.x > VORN_ZERO, "divide by zero!");
@@ -84,9 +88,9 @@ public:
     }
     /// @}
 
-    /// The vector as a row with a third element 1, times the matrix: the translation is `m[6]` and `m[7]`.
-    /// @warning This is not `matrix * vector`, which takes the translation from `m[2]` and `m[5]`, where
-    ///     `Matrix3::makeTransform` puts it; this one ignores those two. Include Matrix3.h to use it.
+    /// Multiplies the row (x, y, 1) by the matrix: the translation is `m[6]` and `m[7]`, NOT `m[2]` and `m[5]`.
+    /// @warning `Matrix3::makeTransform` stores the translation in `m[2]` and `m[5]`, which this operation ignores. To
+    ///     transform a vector write `matrix * vector`. Defined in Matrix3.h.
     /// @{
     constexpr Vector2 operator*(const Matrix3& matrix) const noexcept;
     constexpr Vector2& operator*=(const Matrix3& matrix) noexcept;
@@ -95,47 +99,53 @@ public:
     constexpr const Vector2& operator+() const noexcept { return *this; }
     constexpr Vector2 operator-() const noexcept { return {-x, -y}; }
 
-    /// `x*other.x + y*other.y`.
+    /// The dot product, `x*other.x + y*other.y`.
     /// @{
     constexpr float dot(const Pair& other) const noexcept { return float(double(x) * other.x + double(y) * other.y); }
     constexpr float dotProduct(const Pair& other) const noexcept { return dot(other); }
     /// @}
 
-    /// `x*other.y - y*other.x`: positive if `other` lies on the side to which `x` turns towards `y`.
+    /// The cross product, `x*other.y - y*other.x`: positive if the shorter turn from this vector to `other` has the
+    /// direction from the x axis to the y axis.
     /// @{
     constexpr float cross(const Pair& other) const noexcept { return float(double(x) * other.y - double(y) * other.x); }
     constexpr float crossProduct(const Pair& other) const noexcept { return cross(other); }
     /// @}
 
+    /// The square of the exact length, rounded to float.
     constexpr float squaredLength() const noexcept { return dot(*this); }
 
-    /// About 0.2 per cent off: 1 divided by the length, by the fast inverse square root.
-    /// @warning Only for lengths from about 1.1e-19 to 1.8e19, whose squares are normal floats. Below, it falls short
-    ///     and never exceeds the 1.98e19 of the zero vector; above, the square overflows, and it is negative infinity.
+    /// 1 divided by the length, with an error of about 0.2 per cent.
+    /// @warning Valid for lengths from about 1.1e-19 to 1.8e19, whose squares are normal floats. For smaller lengths
+    ///     the result is too small: at most 1.98e19, the result for the zero vector. For larger ones the square
+    ///     overflows and the result is negative infinity.
     float inverseLength() const noexcept;
 
-    /// About 0.2 per cent off, and never 0: the length, as 1 divided by `inverseLength`.
-    /// @warning The zero vector gives about 5.05e-20, and one of more than about 1.8e19 negative infinity. Ask `isZero`
-    ///     whether a vector has a length.
+    /// The length with an error of about 0.2 per cent, and never 0.
+    /// @warning Returns about 5.05e-20 for the zero vector: test it with `isZero`. Returns negative infinity for
+    ///     lengths above about 1.8e19.
     float length() const noexcept;
 
-    /// About 0.2 per cent off: scales to a length close to 1, usually a little less. The zero vector stays zero, and
-    /// one outside the bounds of `inverseLength` comes out short, or infinite or NaN.
+    /// Scales the vector to a length of 1 with an error of about 0.2 per cent. The zero vector stays zero.
+    /// @warning A vector that is shorter than the limits of `inverseLength` stays too short; the components of a longer
+    ///     one become infinite or NaN.
     void normalise() noexcept { *this *= inverseLength(); }
 
-    /// As `normalise`, into `out` or the result.
+    /// Returns the result of `normalise`, or writes it to `out`; this vector stays unchanged.
     /// @{
     void normalisedCopy(Pair& out) const noexcept { out = normalisedCopy(); }
     Vector2 normalisedCopy() const noexcept { return *this * inverseLength(); }
     /// @}
 
-    /// Whether `squaredLength` is below 2 to the power -23, the case up to a length of about 0.000345. NaN gives false.
+    /// Returns true if `squaredLength` is below 2 to the power -23: NOT only for zero, but for lengths up to about
+    /// 0.000345. Returns false for NaN. For an exact test compare with `Vector2::ZERO`.
     /// @{
     constexpr bool isZeroLength() const noexcept { return squaredLength() < 1.1920928955078125e-07f; }
     constexpr bool isZero() const noexcept { return isZeroLength(); }
     /// @}
 
-    /// True only if the relation holds for `x` and for `y`, so that two vectors can fail all four: no order to sort by.
+    /// Returns true only if the relation holds for `x` and for `y`. This is NOT an order to sort by: two vectors can
+    /// fail all four relations.
     /// @{
     constexpr bool operator<(const Pair& other) const noexcept { return x < other.x && y < other.y; }
     constexpr bool operator>(const Pair& other) const noexcept { return x > other.x && y > other.y; }
@@ -143,12 +153,12 @@ public:
     constexpr bool operator>=(const Pair& other) const noexcept { return x >= other.x && y >= other.y; }
     /// @}
 
-    /// Takes each component of `other`, a NaN too, unless that is greater than the own one.
+    /// Limits each component to at most that of `other`; if either one is NaN, the component of `other` is taken.
     constexpr void upperLimit(const Pair& other) noexcept {
         *this = Vector2(other.x > x ? x : other.x, other.y > y ? y : other.y);
     }
 
-    /// Takes each component of `other`, a NaN too, unless the own one is greater.
+    /// Limits each component to at least that of `other`; if either one is NaN, the component of `other` is taken.
     constexpr void lowerLimit(const Pair& other) noexcept {
         *this = Vector2(x > other.x ? x : other.x, y > other.y ? y : other.y);
     }
@@ -158,18 +168,18 @@ public:
         return {float((double(other.x) + x) * 0.5), float((double(other.y) + y) * 0.5)};
     }
 
-    /// `(-y, x)`: a quarter turn from `x` towards `y`.
+    /// The vector turned by a quarter from the x axis to the y axis: `(-y, x)`.
     constexpr Vector2 perpendicular() const noexcept { return {-y, x}; }
 
-    /// The same into `out`.
-    /// @warning `out.x` is written before `x` is read: with the vector itself as `out`, both components become `-y`.
-    ///     Write `v = v.perpendicular()`.
+    /// Writes `(-y, x)` to `out`, which must NOT be the vector itself.
+    /// @warning `out.x` is written before `x` is read: `v.perpendicular(v)` sets both components to `-y`. Write `v =
+    ///     v.perpendicular()`.
     constexpr void perpendicular(Pair& out) const noexcept {
         out.x = -y;
         out.y = x;
     }
 
-    /// Mirrors at a line through the origin with this normal, which is taken as it stands: give it the length 1.
+    /// Reflects the vector at the line through the origin that is perpendicular to `normal`, a vector of length 1.
     /// @{
     constexpr Vector2 reflect(const Pair& normal) const noexcept {
         const float d = float(double(normal.y) * y + double(normal.x) * x);
@@ -195,9 +205,9 @@ static_assert(sizeof(Vector2) == 8, "a pair and nothing else");
 inline float Vector2::inverseLength() const noexcept {
     const float s = squaredLength();
 
-    // Halving the bits of a float halves its exponent, and the subtraction makes that the inverse: a first guess with
-    // 3 per cent of error, of which one Newton step leaves 0.2. The exact result depends on the constant, on
-    // subtracting before shifting, and on rounding only at the end.
+    // Halving the bits of a float halves its exponent; the subtraction inverts it. The first guess has an error of 3
+    // per cent, and one Newton step reduces it to 0.2. The bits of the result depend on the constant, on subtracting
+    // before shifting, and on rounding only at the end.
     unsigned int bits;
     std::memcpy(&bits, &s, sizeof bits);
     bits = (0xBE6EB50Cu - bits) >> 1;

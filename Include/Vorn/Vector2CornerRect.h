@@ -1,13 +1,18 @@
-// Vector2CornerRect: a rectangle as four free corners, the form that it takes once a matrix has rotated it.
-//
-// For upright rectangles take FloatRect. A plain record of 32 bytes, which shares nothing.
+/// @file
+/// Vector2CornerRect: a rectangle as four independent corners, the result of a rotation by a matrix.
+///
+/// Use FloatRect for rectangles that are parallel to the axes.
+///
+/// Cost: a plain struct of 32 bytes.
+///
+/// Threads: objects share no state.
 #pragma once
 
 #include "Vorn/Vector2.h"
 
 namespace Vorn {
 
-/// Four points. Their order is the caller's; `Matrix3` transforms all four alike.
+/// Four points in any order. `Matrix3` transforms each of them.
 struct Vector2CornerRect {
     Vector2 corners[4];
 };

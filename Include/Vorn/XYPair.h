@@ -1,25 +1,28 @@
-// XYPair: two floats, x and y; the base of vectors and of rotations.
-//
-// XYPairBase is the plain record, XYPair adds construction, access by index and equality. Whatever takes an
-// XYPair<float, float> takes a Vector2 or a ComplexAngle too. Take Vector2 for arithmetic and ComplexAngle for
-// rotations.
-//
-// Cost: a value of 8 bytes; everything inlines and nothing allocates. What is not noexcept has a check.
-// Threads: plain values, which share nothing.
+/// @file
+/// XYPair: two floats, x and y; the base class of Vector2 and ComplexAngle.
+///
+/// XYPairBase is the plain struct; XYPair adds constructors, access by index and equality. A parameter of type
+/// XYPair<float, float> accepts a Vector2 and a ComplexAngle. Use Vector2 for arithmetic and ComplexAngle for
+/// rotations.
+///
+/// Cost: a value of 8 bytes; all operations are inline and allocate nothing. An operation that is not `noexcept` checks
+/// its arguments.
+///
+/// Threads: objects share no state.
 #pragma once
 
 #include "Vorn/Assert.h"
 
 namespace Vorn {
 
-/// Two components, a plain record.
+/// A plain struct of two components.
 template <class Component>
 struct XYPairBase {
     Component x;
     Component y;
 };
 
-/// A pair of `Component`s that are handed over as `Parameter`s. Defined for floats and for nothing else.
+/// A pair of `Component`s that are passed as `Parameter`s. Only `XYPair<float, float>` is defined.
 template <class Component, class Parameter>
 class XYPair;
 
@@ -27,33 +30,34 @@ class XYPair;
 template <>
 class XYPair<float, float> : public XYPairBase<float> {
 public:
-    /// What an operation takes where vectors and rotations are welcome alike.
+    /// The parameter type of operations that accept vectors and rotations.
     using Pair = XYPair<float, float>;
 
-    /// Leaves both components unwritten, also in `XYPair<float, float>()`; write `(0.0f)` for zero.
+    /// Leaves both components uninitialised, also in `XYPair<float, float>()`. For zero write `(0.0f)`.
     XYPair() noexcept {}
 
     constexpr XYPair(const XYPairBase<float>& pair) noexcept : XYPairBase<float>(pair) {}
     constexpr XYPair(const XYPair& other) noexcept = default;
 
-    /// Takes `x` from element 0 and `y` from element 1.
+    /// Copies `x` from element 0 and `y` from element 1.
     constexpr explicit XYPair(const float* const elements) noexcept : XYPairBase<float>{elements[0], elements[1]} {}
 
-    /// Both components take the value.
+    /// Sets both components to the value.
     constexpr explicit XYPair(float value) noexcept : XYPairBase<float>{value, value} {}
 
     constexpr XYPair(float valueX, float valueY) noexcept : XYPairBase<float>{valueX, valueY} {}
 
     constexpr XYPair& operator=(const XYPair& other) noexcept = default;
 
-    /// Both components take the value.
+    /// Sets both components to the value.
     constexpr XYPair& operator=(float value) noexcept {
         x = value;
         y = value;
         return *this;
     }
 
-    /// Component 0 is `x`, 1 is `y`. Exception 1 "index <= 1 : Invalid index!" for any other.
+    /// Component 0 is `x`, component 1 is `y`.
+    /// Throws `Exception<1>`: "index <= 1 : Invalid index!".
     /// @{
     const float& operator[](unsigned int index) const {
         VORN_ASSERT(index <= 1, "Invalid index!", "Vorn::XYPair<float,float>::operator []");
@@ -65,7 +69,7 @@ public:
     }
     /// @}
 
-    /// Exact comparison of floats: 0.0 equals -0.0, and a NaN equals nothing, not even itself.
+    /// Compares the floats exactly: 0.0 equals -0.0, and NaN equals nothing, including itself.
     constexpr bool operator==(const XYPair& other) const noexcept { return x == other.x && y == other.y; }
     constexpr bool operator!=(const XYPair& other) const noexcept { return !(*this == other); }
 };

@@ -13,8 +13,8 @@ Matrix3 Matrix3::inversedCopy() const {
     const Pair gh = Pair::load(m + 6), hi = Pair::load(m + 7);
     const double a = ab.first(), c = bc.second(), d = de.first(), f = ef.second(), g = gh.first(), i = hi.second();
 
-    // The cofactors in transposed position, in float: rounding them is a part of the result. In each column, the last
-    // and the first one come as a pair.
+    // The cofactors in transposed order, rounded to float: the rounding is specified. In each column the last and the
+    // first cofactor are computed as a pair.
     float r60[2], r71[2], r82[2];
     (de * hi - gh * ef).store(r60);
     (bc * gh - hi * ab).store(r71);

@@ -1,5 +1,5 @@
-// RectAxis: one axis of a rectangle, and the formulas that each axis follows by itself. Support of FloatRect.h; not for
-// direct use.
+// RectAxis: one axis of a rectangle, with the formulas that apply to each axis separately. Support of FloatRect.h; not
+// for direct use.
 #pragma once
 
 #include "Vorn/RectPoint.h"
@@ -15,7 +15,7 @@ struct RectAxis {
     constexpr bool contains(float value) const noexcept { return (value >= low) & (value <= high); }
     constexpr bool intersects(RectAxis other) const noexcept { return other.high > low || high > other.low; }
 
-    // In set operations a side moves only if the other one is strictly beyond it.
+    // In set operations a side moves only if the other side is strictly beyond it.
     constexpr RectAxis merged(RectAxis other) const noexcept {
         return {other.low < low ? other.low : low, other.high > high ? other.high : high};
     }
@@ -37,11 +37,11 @@ struct RectAxis {
         return {float((double(other.low) - low) / size()), float((double(other.high) - low) / size())};
     }
 
-    // Resizing knows the flags LEFT and RIGHT of a pin. A vertical axis gives its own, shifted by one bit, in their
+    // Resizing reads the flags LEFT and RIGHT of a pin. For a vertical axis the caller shifts TOP and BOTTOM to their
     // place.
 
-    /// Grows by `amount` at each side. The low side moves up by the amount twice when pinned high, not at all when
-    /// pinned low, and by minus the amount when centred.
+    /// Adds twice the amount to the size. The low side moves by twice the amount if the high side is pinned, by 0 if
+    /// the low side is pinned, and by minus the amount if the axis is centred.
     constexpr RectAxis inflated(float amount, unsigned int pin, float offset) const noexcept {
         const int k = 2 * isPinnedHigh(pin) - isCentred(pin);
         const float newSize = float(2.0 * amount + high - low);
@@ -49,8 +49,8 @@ struct RectAxis {
         return {newLow, newLow + newSize};
     }
 
-    /// Takes a new size. The low side moves up by the growth when pinned high, not at all when pinned low, and by minus
-    /// half the growth when centred.
+    /// Sets the size. The low side moves by the growth if the high side is pinned, by 0 if the low side is pinned, and
+    /// by minus half the growth if the axis is centred.
     constexpr RectAxis resized(float newSize, unsigned int pin, float offset) const noexcept {
         const double k = isPinnedHigh(pin) - 0.5 * isCentred(pin);
         const double delta = double(newSize) - high + low;

@@ -1,8 +1,8 @@
-// DoublePair: two doubles that are computed with as one. Support of Matrix3.h; not for direct use.
+// DoublePair: two doubles that are computed together. Support of Matrix3.h; not for direct use.
 //
-// Computing in double costs matrices more in converting each float than in arithmetic. SSE2 converts two floats at
-// once, which clang++ finds by itself in plain code and g++ does not, so g++ is told here. Both forms give the same
-// bits, and the compiler can evaluate both.
+// A matrix operation in double spends more time on the conversion of floats than on arithmetic. SSE2 converts two
+// floats at once. clang++ generates that from plain code; g++ does not and needs the intrinsics below. Both forms give
+// the same bits, and both can be evaluated at compile time.
 #pragma once
 
 namespace VornPrivate {
@@ -45,7 +45,7 @@ struct DoubleLanes {
 
 /// Two doubles.
 struct DoublePair {
-    /// The two floats at `source`.
+    /// Loads the two floats at `source`.
     static constexpr DoublePair load(const float* source) noexcept {
 #if defined(VORN_PRIVATE_CONVERT_TOGETHER)
         if (VORN_PRIVATE_CONVERT_TOGETHER) return {loadTogether(source)};
@@ -65,7 +65,7 @@ struct DoublePair {
     constexpr double first() const noexcept { return lanes[0]; }
     constexpr double second() const noexcept { return lanes[1]; }
 
-    /// The first, twice; the second, twice.
+    /// Two copies of the first double; two copies of the second.
     constexpr DoublePair firsts() const noexcept { return {DoubleLanes{lanes[0], lanes[0]}}; }
     constexpr DoublePair seconds() const noexcept { return {DoubleLanes{lanes[1], lanes[1]}}; }
 
