@@ -1,8 +1,10 @@
 // Questions about a record's text, answered from the buffer that is there.
+#include "TextSearch.h"
 #include "Vorn/String/StringData.h"
 #include "Vorn/String/Unicode.h"
 
 #include <cstring>
+#include <string_view>
 
 namespace Vorn {
 
@@ -35,6 +37,19 @@ bool differsAtEnd(const signed char* needle, const CharType* buffer, unsigned in
     for (unsigned int back = 1; back <= size; ++back)
         if (!isUnit(needle[size - back], buffer[length - back])) return true;
     return false;
+}
+
+// Looks everywhere in a terminated text up to its first zero byte, which only an edit can have written before the end.
+bool containsBytes(const signed char* needle, const unsigned char* buffer, unsigned int length) {
+    const char* const text = reinterpret_cast<const char*>(buffer);
+    const char* const bytes = reinterpret_cast<const char*>(needle);
+#ifdef __GLIBC__ // linear, and several times faster by vectors; others may be quadratic
+    static_cast<void>(length);
+    return std::strstr(text, bytes);
+#else
+    const std::size_t hit = VornPrivate::findText({text, length}, bytes);
+    return hit != std::string_view::npos && (hit == 0 || !std::memchr(text, 0, hit));
+#endif
 }
 
 // Looks at offset 0 and from there on in steps of the needle's length only.
@@ -133,8 +148,7 @@ bool StringData::endsWith(const signed char* needle) const {
 
 bool StringData::contains(const signed char* needle) const {
     if (!needle || !*needle) VORN_THROW(4, "Invalid string!");
-    if (m_UTF8Buffer && m_utf8Info.m_nullTerminated)
-        return std::strstr(reinterpret_cast<const char*>(m_UTF8Buffer), reinterpret_cast<const char*>(needle));
+    if (m_UTF8Buffer && m_utf8Info.m_nullTerminated) return containsBytes(needle, m_UTF8Buffer, m_utf8Info.m_length);
     if (m_UTF8Buffer) return containsInSteps(needle, m_UTF8Buffer, m_utf8Info.m_length);
     return m_UTF16Buffer && containsInSteps(needle, m_UTF16Buffer, m_utf16Info.m_length);
 }

@@ -1,6 +1,7 @@
 #include "Vorn/String/UTF8String.h"
 
 #include "StringDataHelper.h"
+#include "TextSearch.h"
 #include "Vorn/Assert.h"
 #include "Vorn/String/Unicode.h"
 
@@ -178,7 +179,7 @@ unsigned int UTF8String::find(const ASCIITable& table, int index) const {
 }
 
 unsigned int UTF8String::findBytes(std::string_view needle, unsigned int start, int index) const {
-    const std::size_t hit = bytesOf(*getData(), start).find(needle);
+    const std::size_t hit = VornPrivate::findText(bytesOf(*getData(), start), needle);
     return hit == std::string_view::npos ? getLength()
                                          : static_cast<unsigned int>(hit) + static_cast<unsigned int>(index);
 }

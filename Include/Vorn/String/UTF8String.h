@@ -4,9 +4,9 @@
 // offsets, never character counts. An index inside a character stands for the next character, but the offset that a
 // search then reports is too small by the bytes in between: search from offsets of character starts.
 //
-// Cost: a search decodes nothing. An edit that lengthens the text allocates exactly the room it needs, copies the text
-// and scans it; one that does not costs a move of the tail. To build a long text piece by piece, collect it in a
-// std::string first.
+// Cost: a search decodes nothing and takes time in proportion to the lengths of the text and of what it looks for. An
+// edit that lengthens the text allocates exactly the room it needs, copies the text and scans it; one that does not
+// costs a move of the tail. To build a long text piece by piece, collect it in a std::string first.
 //
 // A string with no record cannot be edited; start from a buffer or from a String that has one, such as
 // String::getEmptyString(). Bytes that an edit writes are not scanned: charset and embedded-null flag stay those of the

@@ -1,0 +1,130 @@
+// Two searches, one behind the other. The first looks for the needle's first byte with memchr and compares what
+// follows: nothing is faster on ordinary text, where few places look like the needle. It counts what it compares,
+// and once that is out of proportion to the way it has come, as for "aa...ab" in "aa...aa", the second takes over where
+// it is.
+//
+// The second is the two-way search of Crochemore and Perrin, "Two-way string-matching", Journal of the ACM 38 (1991).
+// It divides the needle at a critical position: a shift of the needle that leaves its right part with what has been
+// compared is at least as long as the comparison was. The right part is compared forwards and the left part, only where
+// the right one matched, backwards; so each byte of the text is compared at most twice, and no table is needed:
+//
+//     needle      |  left  |  right       |
+//                 |        | ----->       |    mismatch after k bytes of the right part: shift by k + 1
+//                 |  <---- |              |    mismatch in the left part: shift by the period of the needle
+#include "TextSearch.h"
+
+#include <cstring>
+
+namespace VornPrivate {
+
+namespace {
+
+constexpr std::size_t NOT_FOUND = std::string_view::npos;
+
+// Bytes that two texts of at least `length` bytes have in common from their starts on. Most differ in the first few.
+std::size_t matchingBytes(const char* a, const char* b, std::size_t length) {
+    constexpr std::size_t FEW = 8, BLOCK = 256;
+    std::size_t i = 0;
+    while (i < length && i < FEW && a[i] == b[i]) ++i;
+    if (i < FEW) return i;
+    while (length - i >= BLOCK && std::memcmp(a + i, b + i, BLOCK) == 0) i += BLOCK;
+    while (i < length && a[i] == b[i]) ++i;
+    return i;
+}
+
+struct Suffix {
+    std::size_t start;
+    std::size_t period;
+};
+
+// The suffix of the needle that is the greatest in the order of bytes, or in the opposite order, and its period.
+Suffix maximalSuffix(std::string_view needle, bool isReversed) {
+    std::size_t start = 0, candidate = 1, matched = 0, period = 1;
+    while (candidate + matched < needle.size()) {
+        const auto a = static_cast<unsigned char>(needle[candidate + matched]);
+        const auto b = static_cast<unsigned char>(needle[start + matched]);
+        if (a == b) {
+            if (++matched == period) {
+                candidate += period;
+                matched = 0;
+            }
+        } else if ((a < b) != isReversed) { // the candidate is smaller: all that was compared is one period
+            candidate += matched + 1;
+            matched = 0;
+            period = candidate - start;
+        } else { // the candidate is greater and becomes the suffix
+            start = candidate++;
+            matched = 0;
+            period = 1;
+        }
+    }
+    return {start, period};
+}
+
+} // namespace
+
+std::size_t findTextTwoWay(std::string_view text, std::string_view needle) noexcept {
+    const Suffix forward = maximalSuffix(needle, false), reversed = maximalSuffix(needle, true);
+    const Suffix critical = forward.start > reversed.start ? forward : reversed;
+    const std::size_t left = critical.start;
+    // If the left part repeats one period further on, the period is that of the whole needle, and a shift by it leaves
+    // a matched beginning that need not be compared again. If not, the needle's period is greater than either part.
+    const bool isPeriodic = std::memcmp(needle.data(), needle.data() + critical.period, left) == 0;
+    const std::size_t period =
+        isPeriodic ? critical.period : (left > needle.size() - left ? left : needle.size() - left) + 1;
+
+    std::size_t known = 0; // bytes at the needle's beginning that match already
+    for (std::size_t at = 0; needle.size() <= text.size() - at;) {
+        const char* const place = text.data() + at;
+        std::size_t i = left > known ? left : known;
+        while (i < needle.size() && needle[i] == place[i]) ++i;
+        if (i < needle.size()) {
+            at += i - left + 1;
+            known = 0;
+            continue;
+        }
+        i = left;
+        while (i > known && needle[i - 1] == place[i - 1]) --i;
+        if (i <= known) return at;
+        at += period;
+        known = isPeriodic ? needle.size() - period : 0;
+    }
+    return NOT_FOUND;
+}
+
+std::size_t findText(std::string_view text, std::string_view needle) noexcept {
+    // A comparison costs a call of memchr beside the bytes that match. At a cost of 2 for each byte of the way the
+    // two-way search is faster, but first it has to read the needle a few times.
+    constexpr std::size_t COMPARISON_COST = 8, COST_OF_A_BYTE = 2, COST_OF_A_NEEDLE_BYTE = 8, FREE_COST = 1024;
+
+    if (needle.empty()) return 0;
+    if (needle.size() > text.size()) return NOT_FOUND;
+    // Many characters of a text share the first byte of their UTF-8, but few the second.
+    const std::size_t anchor = needle.size() > 1 && static_cast<unsigned char>(needle[0]) >= 0xC0 ? 1 : 0;
+    const std::size_t last = needle.size() - 1;
+    const char* const start = text.data();
+    const char* place = start;
+    std::size_t places = text.size() - last; // where the needle fits, from `place` on
+    const std::size_t freeCost = FREE_COST + COST_OF_A_NEEDLE_BYTE * needle.size();
+    std::size_t cost = 0;
+    for (;;) {
+        const void* const hit = std::memchr(place + anchor, needle[anchor], places);
+        if (!hit) return NOT_FOUND;
+        const char* const candidate = static_cast<const char*>(hit) - anchor;
+        if (candidate[last] == needle[last]) {
+            const std::size_t matched = matchingBytes(candidate, needle.data(), last);
+            if (matched == last) return static_cast<std::size_t>(candidate - start);
+            cost += matched;
+        }
+        cost += COMPARISON_COST;
+        places -= static_cast<std::size_t>(candidate + 1 - place);
+        place = candidate + 1;
+        const std::size_t at = static_cast<std::size_t>(place - start);
+        if (cost > COST_OF_A_BYTE * at + freeCost) {
+            const std::size_t found = findTextTwoWay(text.substr(at), needle);
+            return found == NOT_FOUND ? NOT_FOUND : at + found;
+        }
+    }
+}
+
+} // namespace VornPrivate
