@@ -1,19 +1,22 @@
-// Assert: the three forms in which every check is written.
-//
-//     VORN_ASSERT(condition, text)             raises Exception<1> if the condition is false
-//     VORN_INTERNAL_ASSERT(condition, text)    raises Exception<2> if the condition is false
-//     VORN_THROW(N, text)                      raises Exception<N>
-//
-// They are always active. The message of an assertion is the condition as written, " : " and the text; the message of
-// VORN_THROW is the text alone. `text` is a string literal.
-//
-// A report names the site's file (the path without its ending), its line, and the qualified name of the function,
-// without parameters and template arguments and, for a function in an unnamed namespace, without namespaces. Where
-// that is not the name to report, a further argument gives it: VORN_THROW(4, "null string!", "Game::load"), either a
-// string literal or a VornPrivate::FixedText with static storage.
-//
-// A check that passes costs its test and nothing else: all texts are made by the compiler, and raising is one call to
-// a cold function. A function with a check in it cannot be constexpr.
+/// @file
+/// Assert: the three forms of every check.
+///
+///     VORN_ASSERT(condition, text)             throws Exception<1> if the condition is false
+///     VORN_INTERNAL_ASSERT(condition, text)    throws Exception<2> if the condition is false
+///     VORN_THROW(N, text)                      throws Exception<N>
+///
+/// The checks are active in every build. The message of an assertion is the condition as written, " : " and the text;
+/// the message of VORN_THROW is the text. `text` is a string literal.
+///
+/// The report contains the path of the file without its extension, the line, and the qualified name of the function
+/// without parameters and template arguments. For a function in an unnamed namespace the name has no namespaces. A
+/// third argument replaces the name: VORN_THROW(4, "null string!", "Game::load"). It is a string literal or a
+/// VornPrivate::FixedText with static storage.
+///
+/// Cost: a check that passes costs the evaluation of its condition. All texts are built at compile time, and a failure
+/// calls one function that is not inlined. A function that contains a check cannot be constexpr.
+///
+/// Threads: a check uses no shared state.
 #pragma once
 
 #include "Vorn/Config.h"
@@ -22,7 +25,7 @@
 
 namespace VornPrivate {
 
-/// Characters with static storage and their number.
+/// A view of characters with static storage.
 struct TextView {
     template <int Size>
     constexpr TextView(const char (&literal)[Size]) : text(literal), size(Size - 1) {}
@@ -35,7 +38,7 @@ struct TextView {
     int size;
 };
 
-/// What a site knows when it is compiled.
+/// The data of a check that are known at compile time.
 struct ReportSite {
     TextView file;
     TextView function;
@@ -43,10 +46,10 @@ struct ReportSite {
     unsigned int line;
 };
 
-/// The line text of every report: the macro's name, not its value.
+/// The line text of every report. The name of the macro is specified, not its value.
 inline constexpr TextView LINE_STRING("__LINE__");
 
-/// The name of a code, as a report shows it.
+/// The name of a code in a report.
 template <int N>
 constexpr TextView codeName() {
     static_assert(N == 1 || N == 2 || N == 4 || N == 7, "the family has the codes 1, 2, 4 and 7");
@@ -71,19 +74,21 @@ template <int N>
 
 } // namespace VornPrivate
 
+/// Throws `Exception<1>` if `condition` is false: the condition as written, " : " and the text.
 #define VORN_ASSERT(condition, ...)                                                                \
     VORN_PRIVATE_CHECK(condition, raiseAssert, #condition " : " VORN_PRIVATE_FIRST(__VA_ARGS__, ), \
                        VORN_PRIVATE_FUNCTION(__VA_ARGS__))
 
+/// Throws `Exception<2>` if `condition` is false: the condition as written, " : " and the text.
 #define VORN_INTERNAL_ASSERT(condition, ...)                                                               \
     VORN_PRIVATE_CHECK(condition, raiseInternalAssert, #condition " : " VORN_PRIVATE_FIRST(__VA_ARGS__, ), \
                        VORN_PRIVATE_FUNCTION(__VA_ARGS__))
 
+/// Throws `Exception<N>` with a text as its message; N is 1, 2, 4 or 7.
 #define VORN_THROW(N, ...) \
     VORN_PRIVATE_RAISE(raise<N>, VORN_PRIVATE_FIRST(__VA_ARGS__, ), VORN_PRIVATE_FUNCTION(__VA_ARGS__))
 
-// Support of the three forms. A condition stands in them as it was written, because it is made a text before anything
-// expands it.
+// Support of the three forms. The condition is converted to text before any macro in it is expanded.
 
 #define VORN_PRIVATE_CHECK(condition, raiser, message, function)                    \
     do {                                                                            \

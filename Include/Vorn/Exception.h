@@ -1,19 +1,21 @@
-// Exception: the one family of failures that this library raises.
-//
-// Every failure is an Exception<N>, caught as that, as AllExceptions or as std::exception. It says where and why
-// something failed and prints itself as one line:
-//
-//     file:line: function: Exception: type:message
-//
-// Each exception reports itself once, when it is built, to the callback of AllExceptions::setLogCallback, before any
-// handler runs. Without a callback the line is built only when it is first requested.
-//
-// Memory: reporting a failure never replaces it by `std::bad_alloc`. If memory ends, `what` returns a fixed text, the
-// callback receives the line from a buffer of 1 KiB on the stack, and every other accessor works as always. Only a
-// message that is made at run time (a formatted one, or an `ExceptionString` of joined or copied text) ends the process
-// then.
-//
-// Threads: the callback is a plain pointer; set it before other threads raise. An exception belongs to one thread.
+/// @file
+/// Exception: the family of exceptions that report failures.
+///
+/// Every failure is an Exception<N>. It can be caught as that, as AllExceptions or as std::exception. It contains where
+/// and why the failure happened, and prints as one line:
+///
+///     file:line: function: Exception: type:message
+///
+/// Each exception is reported once, in its constructor, to the callback of AllExceptions::setLogCallback, before any
+/// handler runs. Without a callback the line is built only when it is first requested.
+///
+/// Memory: a failure is never replaced by `std::bad_alloc`. If the line cannot be allocated, `what` returns a fixed
+/// text, the callback receives the line in a buffer of 1 KiB on the stack, and all other functions work as before. The
+/// process ends only if a message that is built at run time cannot be allocated (a formatted message, or an
+/// `ExceptionString` of joined or copied text).
+///
+/// Threads: the callback is a plain pointer; set it before other threads throw. One exception must be used by one
+/// thread at a time, because `what` stores the line.
 #pragma once
 
 #include "Vorn/Config.h"
@@ -28,49 +30,58 @@ namespace Vorn {
 /// The codes of the exception family.
 namespace E {
 enum Code : int {
-    ASSERT = 1,    ///< a check of something that the caller, or a member inlined into the caller, is responsible for
-    INTERNAL = 2,  ///< an invariant of the library itself has failed
+    ASSERT = 1,    ///< a contract of the caller is broken
+    INTERNAL = 2,  ///< an invariant of the library is broken
     PARAMETER = 4, ///< an argument is invalid
     UNICODE = 7    ///< a text is not valid in its encoding
 };
 } // namespace E
 
-/// Base of the family: where and why something failed.
+/// The base class of all failures: where and why something failed.
 class VORN_API AllExceptions : public std::exception {
 public:
-    /// All texts null, line and code 0; reports ":0: : Exception: :".
+    /// An exception with null texts and with 0 as line and code. Its report is ":0: : Exception: :".
     AllExceptions() noexcept : m_line(0), m_code(0) {}
 
-    /// Shares the texts of `other`, also a report that it has built already. Does not log.
+    /// Shares the texts of `other`, including its report if that has been built. Does not call the callback.
     AllExceptions(const AllExceptions& other) = default;
 
-    /// As the copy constructor; the `std::exception` base stays as it is.
+    /// Shares the texts as the copy constructor does. The `std::exception` base is not assigned.
     AllExceptions& operator=(const AllExceptions& other);
 
     ~AllExceptions() override;
 
-    /// The same as `getLogString`.
+    /// Returns the report, as `getLogString` does.
     const char* what() const noexcept override;
 
-    /// The report in one line. It is built at the first call and kept, so later calls return the same pointer. If
-    /// memory ends, or the line is longer than 2^31 - 1 bytes, returns "Vorn: out of memory while building the report";
-    /// the exception is as before, and the next call tries again.
+    /// Returns the report as one line, valid until the exception and its copies are destroyed or assigned.
+    ///
+    /// The line is built by the first call; later calls return the same pointer. If it cannot be allocated or is longer
+    /// than 2^31 - 1 bytes, returns "Vorn: out of memory while building the report" and leaves the exception unchanged;
+    /// the next call tries again.
     const char* getLogString() const noexcept;
 
-    const char* getType() const noexcept { return m_type.getString(); }         ///< such as "::Vorn::E::PARAMETER"
-    const char* getMessage() const noexcept { return m_message.getString(); }   ///< null if the site gave none
-    const char* getFile() const noexcept { return m_file.getString(); }         ///< source path without its ending
-    const char* getFunction() const noexcept { return m_function.getString(); } ///< qualified, no parameters
+    const char* getType() const noexcept {
+        return m_type.getString();
+    } ///< name of the code, such as "::Vorn::E::PARAMETER"
+    const char* getMessage() const noexcept { return m_message.getString(); } ///< message, or null if there is none
+    const char* getFile() const noexcept { return m_file.getString(); } ///< path of the source without its extension
+    const char* getFunction() const noexcept {
+        return m_function.getString();
+    } ///< qualified name of the function, without parameters
 
-    /// Always "__LINE__" where the library raises: the name of the macro, not a number. Take `getLine` for the number.
+    /// Returns "__LINE__" for all failures of the library: the NAME of the macro, not the number. See `getLine`.
     const char* getLineString() const noexcept { return m_lineString.getString(); }
 
-    unsigned int getLine() const noexcept { return m_line; } ///< line number of the site
+    unsigned int getLine() const noexcept { return m_line; } ///< line number of the check
     int getCode() const noexcept { return m_code; }          ///< N of `Exception<N>`
 
-    /// Sets the function that receives each report, terminated, while its exception is being built; null for none. If
-    /// memory ends, the report is cut at 1023 bytes and is valid for this call alone.
-    /// @warning An exception that the callback throws leaves the failing site in place of the one being built.
+    /// Sets the function that receives each report while its exception is constructed; null for none.
+    ///
+    /// The report is terminated. If it cannot be allocated, it is truncated to 1023 bytes and valid during the call
+    /// only.
+    /// @warning An exception that the callback throws REPLACES the failure that is being reported. Do not throw from
+    ///     the callback.
     static void setLogCallback(void (*callback)(const char*)) noexcept;
 
     /// Passes `text` to the callback if one is set.
@@ -85,12 +96,11 @@ protected:
                   const ExceptionString& lineString, unsigned int line, const ExceptionString& message,
                   const ExceptionString& logString) noexcept;
 
-    /// Makes the message: all of `prefix`, then the formatted text, of which at most 4095 bytes are kept. Calls `abort`
-    /// if memory ends.
+    /// Builds the message from `prefix` and at most 4095 bytes of the formatted text. Calls `abort` if memory ends.
     VORN_PRINTF(3, 0)
     void printMessage(const ExceptionString& prefix, const char* format, std::va_list arguments);
 
-    /// Passes the report to the callback if one is set. The constructors of `Exception<N>` end with it.
+    /// Passes the report to the callback if one is set. The constructors of `Exception<N>` end with this call.
     void report() const;
 
     static void (*pLogCallback)(const char*);
@@ -99,33 +109,33 @@ protected:
     ExceptionString m_file;
     ExceptionString m_function;
     ExceptionString m_message;
-    mutable ExceptionString m_logString; // null until somebody asks for the report
+    mutable ExceptionString m_logString; // null until the report is built
     ExceptionString m_lineString;
     unsigned int m_line;
     int m_code;
 
 private:
-    // Fills m_logString unless it is set already. Returns false if memory ends.
+    // Builds m_logString unless it is set. Returns false if memory ends.
     bool tryBuildReport() const noexcept;
 };
 
-/// A failure of code N. The library raises `Exception<1>`, `<2>`, `<4>` and `<7>`; there are no others.
+/// A failure with the code N, which is 1, 2, 4 or 7.
 template <int N>
 class VORN_API Exception : public AllExceptions {
 public:
-    /// A failure with a fixed message. Ends by reporting to the log callback.
+    /// Builds a failure with a fixed message and passes its report to the callback.
     Exception(const ExceptionString& type, const ExceptionString& file, const ExceptionString& function,
               const ExceptionString& lineString, unsigned int line, const ExceptionString& message);
 
-    /// A failure with the message `prefix` and then at most 4095 bytes formatted as by `printf`; for codes 1 and 2
-    /// only. Ends by reporting to the log callback. Calls `abort` if memory ends.
+    /// Builds a failure with a message of `prefix` and at most 4095 bytes that are formatted as by `printf`, and passes
+    /// its report to the callback. Only for the codes 1 and 2. Calls `abort` if memory ends.
     template <int Code = N, std::enable_if_t<Code == E::ASSERT || Code == E::INTERNAL, int> = 0>
     VORN_PRINTF(8, 9)
     Exception(const ExceptionString& type, const ExceptionString& file, const ExceptionString& function,
               const ExceptionString& lineString, unsigned int line, const ExceptionString& prefix, const char* format,
               ...);
 
-    /// Shares all texts and does not report again.
+    /// Shares all texts. Does not report again.
     Exception(const Exception& other);
     Exception& operator=(const Exception& other) = default;
 
@@ -137,24 +147,26 @@ extern template class Exception<E::INTERNAL>;
 extern template class Exception<E::PARAMETER>;
 extern template class Exception<E::UNICODE>;
 
-/// Raises `Exception<1>` with a fixed message.
+/// Throws `Exception<1>` with a fixed message.
 [[noreturn]] VORN_API VORN_COLD void throwAssert(const ExceptionString& file, const ExceptionString& function,
                                                  const ExceptionString& lineString, unsigned int line,
                                                  const ExceptionString& message);
 
-/// Raises `Exception<1>` with the message `prefix` and then at most 4095 formatted bytes. Calls `abort` if memory ends.
+/// Throws `Exception<1>` with a message of `prefix` and at most 4095 bytes that are formatted as by `printf`. Calls
+/// `abort` if memory ends.
 [[noreturn]] VORN_API VORN_COLD VORN_PRINTF(6, 7) void throwAssert(const ExceptionString& file,
                                                                    const ExceptionString& function,
                                                                    const ExceptionString& lineString, unsigned int line,
                                                                    const ExceptionString& prefix, const char* format,
                                                                    ...);
 
-/// Raises `Exception<2>` with a fixed message.
+/// Throws `Exception<2>` with a fixed message.
 [[noreturn]] VORN_API VORN_COLD void throwInternalAssert(const ExceptionString& file, const ExceptionString& function,
                                                          const ExceptionString& lineString, unsigned int line,
                                                          const ExceptionString& message);
 
-/// Raises `Exception<2>` with the message `prefix` and then at most 4095 formatted bytes. Calls `abort` if memory ends.
+/// Throws `Exception<2>` with a message of `prefix` and at most 4095 bytes that are formatted as by `printf`. Calls
+/// `abort` if memory ends.
 [[noreturn]] VORN_API
     VORN_COLD VORN_PRINTF(6, 7) void throwInternalAssert(const ExceptionString& file, const ExceptionString& function,
                                                          const ExceptionString& lineString, unsigned int line,

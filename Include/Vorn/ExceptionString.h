@@ -1,13 +1,13 @@
-// ExceptionString: the two-word text of failure reports.
-//
-// A literal is only pointed at, so building, copying and destroying such a text touches no heap and reads no
-// character. Text made at run time lives in one counted heap block that copies share.
-//
-// This type is for reports and nothing else: lengths of 16384 and more run into its flags, and running out of memory
-// ends the process (`std::abort`), as does a text of more than 2^31 - 1 bytes. For text of the program itself take
-// String.
-//
-// Threads: the count is a plain integer. All copies of one dynamic text belong to one thread at a time.
+/// @file
+/// ExceptionString: the text of failure reports, in two words.
+///
+/// A static text refers to a literal: construction, copy and destruction allocate nothing and read no character. A
+/// dynamic text is built at run time in one reference-counted block that copies share.
+///
+/// Use this type only for reports: lengths from 16384 on collide with its flags, and the process ends (`std::abort`) if
+/// memory ends or a text is longer than 2^31 - 1 bytes. For other text use String.
+///
+/// Threads: the count is a plain integer. All copies of a dynamic text must be used by one thread at a time.
 #pragma once
 
 #include "Vorn/Config.h"
@@ -21,79 +21,86 @@ namespace Vorn {
 class ExceptionStringJoiner;
 class String;
 
-/// Text of a failure report: null, static (somebody else's characters) or dynamic (a shared heap block).
-/// @warning Length and flags share one word without a guard. A length with bit 14 or bit 15 set (16384 to 65535, for
-///     example) is stored in full, but `size` reports it without these bits. With bit 14 the text reads as being
-///     created, and a static text with bit 15 is taken for a dynamic one.
+/// The text of a failure report: null, static (borrowed characters) or dynamic (a shared block on the heap).
+/// @warning Length and flags share one word, and lengths are not checked. A length with bit 14 or bit 15 set, such as
+///     16384 to 65535, is stored completely, but `size` returns it without these bits. With bit 14 the text counts as
+///     being created; a static text with bit 15 counts as dynamic. Keep texts below 16384 bytes.
 class VORN_API ExceptionString {
 public:
     /// A null text.
     ExceptionString() noexcept : m_sizeAndFlags(0), m_text(nullptr) {}
 
-    /// A static text of `size` bytes, which is not negative. Nothing is read, measured or copied: the characters must
-    /// outlive every copy, and need not be terminated. With a null `text`, `size` is kept all the same.
+    /// A static text: refers to `size` bytes at `text`, which are NOT copied, read or measured.
+    ///
+    /// `size` is not negative and is also stored for a null `text`. The characters need no terminator.
+    /// @warning The characters must outlive the object and all copies. For a copy of the characters write
+    ///     `ExceptionString(std::string(text), 0.0f)`.
     ExceptionString(const char* text, int size) noexcept : m_sizeAndFlags(size), m_text(const_cast<char*>(text)) {}
 
-    /// Copies the two words; takes a share of a dynamic block.
+    /// Copies the two words and acquires a reference to a dynamic block.
     ExceptionString(const ExceptionString& other) noexcept
         : m_sizeAndFlags(other.m_sizeAndFlags), m_text(other.m_text) {
         stringAddRef();
     }
 
-    /// The joined text as one new block, or a null text if all parts are empty. Calls `abort` as `createString` does,
-    /// also for a sum of more than 2^31 - 1 bytes.
+    /// Joins all parts into one new block; a null text if all parts are empty. Calls `abort` if memory ends or the sum
+    /// exceeds 2^31 - 1 bytes.
     ExceptionString(const ExceptionStringJoiner& joiner);
 
-    /// A dynamic copy of the bytes of `text`. The second argument is not read: it only selects this constructor. Calls
-    /// `abort` as `createString` does, also for more than 2^31 - 1 bytes.
+    /// A dynamic copy of `text`. The number is NOT used: it only selects this constructor. Calls `abort` if memory ends
+    /// or the text exceeds 2^31 - 1 bytes.
     ExceptionString(const std::string& text, float);
 
-    /// A dynamic copy of the UTF-8 text of `text`, converted straight into the block if the string holds UTF-16 only;
-    /// the string itself gains no buffer. A null string gives a dynamic empty text, not a null one. The second argument
-    /// is not read. Throws `Exception<2>` where the conversion to UTF-8 does (`stringDataConvertCopyToUTF8`). Calls
-    /// `abort` as `createString` does, also for more than 2^31 - 1 bytes.
+    /// A dynamic copy of `text` in UTF-8. A null string gives a dynamic EMPTY text, not a null one. The number is not
+    /// used.
+    ///
+    /// A string without UTF-8 is converted into the block and gets no buffer itself. Throws `Exception<2>` as
+    /// `stringDataConvertCopyToUTF8` does. Calls `abort` if memory ends or the text exceeds 2^31 - 1 bytes.
     ExceptionString(const String& text, float);
 
     ~ExceptionString() { stringRelease(); }
 
-    /// Gives up the own share first and copies then.
-    /// @warning Assigning the only holder of a block to itself frees the block and leaves a null text.
+    /// Releases the own reference, then copies `other`.
+    /// @warning Self-assignment of the only owner of a block frees the block and leaves a null text.
     ExceptionString& operator=(const ExceptionString& other) noexcept;
 
-    /// Gives up the own share and takes the joined text. If all parts are empty, a dynamic text becomes null and a
-    /// static one stays as it is. Parts may be copies of this text: `s = s + x` works. Calls `abort` as the constructor
-    /// from a joiner does.
+    /// Releases the own reference and becomes the joined text. If all parts are empty, a static text stays UNCHANGED
+    /// and a dynamic text becomes null.
+    ///
+    /// Parts may be copies of this text: `s = s + x` is valid. Calls `abort` if memory ends or the sum exceeds 2^31 - 1
+    /// bytes.
     ExceptionString& operator=(const ExceptionStringJoiner& joiner);
 
-    /// Starts a dynamic text of at most `size` bytes and returns the buffer for them, which is all zeros and terminated
-    /// at `size`. Finish with `doneCreateString`. Calls `abort` if memory ends or `size` is negative.
+    /// Begins a dynamic text of at most `size` bytes and returns the buffer to write it to, filled with zeros.
+    ///
+    /// Call `doneCreateString` when the text is written. Calls `abort` if memory ends or `size` is negative.
     char* createString(int size);
 
-    /// Ends what `createString` began: terminates the text at `size`, which may be less than was asked for.
-    /// @warning Does not check that the text is being created.
+    /// Ends a text that `createString` began, and terminates it at `size`, which is at most the size passed there.
+    /// @warning Does NOT check that `createString` was called. Call it once after each `createString`.
     void doneCreateString(int size);
 
-    /// Gives up the own share and becomes a static text; see the constructor with the same arguments.
+    /// Releases the own reference and becomes a static text, as the constructor with the same parameters.
     void setStaticString(const char* text, int size) noexcept;
 
-    /// The characters; null for a null text. A dynamic text is terminated, a static one as far as its literal is.
+    /// The characters, or null for a null text. A dynamic text is terminated; a static text need not be.
     const char* getString() const noexcept {
-        return hasBlock() ? m_text + sizeof(int) : m_text; // the count stands in front of the text
+        return hasBlock() ? m_text + sizeof(int) : m_text; // the count precedes the text
     }
 
-    /// Length in bytes, without the bits that hold the flags.
+    /// The length in bytes WITHOUT bits 14 and 15, which are flags: 16384 gives 0.
     int size() const noexcept { return static_cast<int>(static_cast<unsigned int>(m_sizeAndFlags) & 0xFFFF3FFFu); }
 
-    /// True for a text whose block this object shares.
+    /// Returns true for a dynamic text.
     bool dynamic() const noexcept { return (m_sizeAndFlags & DYNAMIC) != 0; }
 
-    /// True between `createString` and `doneCreateString`.
+    /// Returns true between `createString` and `doneCreateString`.
     bool creating() const noexcept { return (m_sizeAndFlags & CREATING) != 0; }
 
-    /// True if there are no characters to point at, whatever the length says.
+    /// Returns true if the pointer to the characters is null, with ANY length: `size() == 0` tests for an empty text.
     bool isNull() const noexcept { return m_text == nullptr; }
 
-    /// Number of texts that share the block; 0 for a static or null text.
+    /// The number of texts that share the block; 0 for a static or null text.
     int refCount() const noexcept { return hasBlock() ? blockCount() : 0; }
 
 private:
@@ -108,8 +115,8 @@ private:
         if (hasBlock()) ++blockCount();
     }
 
-    // Frees the block and clears both words with the last share. In every other case both words keep their old values,
-    // and whoever goes on with the object overwrites them.
+    // Releases the reference. The last release frees the block and clears both words; otherwise both words stay
+    // unchanged and the caller must overwrite them.
     void stringRelease() noexcept {
         if (hasBlock() && --blockCount() == 0) freeBlock();
     }
@@ -128,9 +135,10 @@ private:
 
 static_assert(sizeof(void*) != 4 || sizeof(ExceptionString) == 8, "two words");
 
-/// The parts of a text that is written as `a + b + c`, until they are concatenated into one block. It holds a copy or
-/// a share of each part and lives as long as one expression. Growing throws `std::bad_alloc` if memory ends; all texts
-/// are as before then.
+/// The parts of an expression `a + b + c`, before they are joined into one block. It contains a copy of each part;
+/// dynamic parts are shared. Use it only within one expression.
+///
+/// Construction and `append` throw `std::bad_alloc` if memory ends; all texts stay unchanged.
 class ExceptionStringJoiner {
 public:
     ExceptionStringJoiner(const ExceptionString& first, const ExceptionString& second) : m_parts{first, second} {}
@@ -142,18 +150,18 @@ private:
     std::vector<ExceptionString> m_parts;
 };
 
-/// A joiner of two texts, the left one first.
+/// Begins a joiner with two texts.
 inline ExceptionStringJoiner operator+(const ExceptionString& left, const ExceptionString& right) {
     return ExceptionStringJoiner(left, right);
 }
 
-/// Appends one more text to `joiner` and returns it.
+/// Appends a text to `joiner` and returns the joiner.
 inline ExceptionStringJoiner& operator+(ExceptionStringJoiner& joiner, const ExceptionString& right) {
     joiner.append(right);
     return joiner;
 }
 
-/// The same for the joiner in the middle of `a + b + c`.
+/// Appends a text to a temporary joiner, as in `a + b + c`, and returns the joiner.
 inline ExceptionStringJoiner operator+(ExceptionStringJoiner&& joiner, const ExceptionString& right) {
     joiner.append(right);
     return static_cast<ExceptionStringJoiner&&>(joiner);

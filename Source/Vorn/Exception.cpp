@@ -19,8 +19,8 @@ ExceptionString literal(const char (&text)[Size]) {
     return ExceptionString(text, Size - 1);
 }
 
-// Formats into `buffer`, which is clear beforehand, and returns the length of what arrived. Whatever goes wrong, the
-// buffer counts as full.
+// Formats into `buffer`, which contains zeros, and returns the length of the result. If formatting fails, the whole
+// buffer is the result.
 template <int Size>
 int formatBounded(char (&buffer)[Size], const char* format, std::va_list arguments) {
     const int length = std::vsnprintf(buffer, Size, format, arguments);
@@ -39,10 +39,10 @@ void formatMessage(ExceptionString& message, const ExceptionString& prefix, cons
     message.doneCreateString(total);
 }
 
-/// The parts of a report, joined without the heap.
+/// The parts of a report, joined without an allocation.
 ///
-/// The line has the length that texts have which are joined one by one: each part is added to a text that reports its
-/// length without the bits of the flags, so a line that reaches these bits loses its end and grows from there.
+/// The line is specified as a join of one part after the other, where each sum is an ExceptionString: its length loses
+/// the bits of the flags. A line that reaches these bits is therefore truncated, and the next part is added there.
 class ReportLine {
 public:
     ReportLine(const ExceptionString& file, unsigned int line, const ExceptionString& function,
@@ -58,10 +58,10 @@ public:
         append(message);
     }
 
-    ReportLine(const ReportLine&) = delete; // one part lies in m_digits
+    ReportLine(const ReportLine&) = delete; // one part refers to m_digits
     ReportLine& operator=(const ReportLine&) = delete;
 
-    /// Length in bytes.
+    /// The length in bytes.
     std::int64_t size() const noexcept { return m_size; }
 
     /// Copies the first `size` bytes, or all if there are fewer. Returns the number of bytes copied.
@@ -104,7 +104,7 @@ private:
     char m_digits[16];
 };
 
-// Raises for a formatting function, whose arguments cannot be handed on to a constructor.
+// Throws for a formatting function, whose variable arguments cannot be passed to a constructor.
 template <int N>
 [[noreturn]] void raiseFormatted(const ExceptionString& type, const ExceptionString& file,
                                  const ExceptionString& function, const ExceptionString& lineString, unsigned int line,
@@ -153,7 +153,7 @@ const char* AllExceptions::what() const noexcept { return getLogString(); }
 bool AllExceptions::tryBuildReport() const noexcept {
     if (!m_logString.isNull()) return true;
     const ReportLine line(m_file, m_line, m_function, m_type, m_message);
-    if (line.size() < 1) return true; // the flags took all of it
+    if (line.size() < 1) return true; // the bits of the flags were the whole length
     char* const text = m_logString.tryCreateString(line.size());
     if (!text) return false;
     line.copyTo(text, line.size());

@@ -46,7 +46,7 @@ ExceptionString& ExceptionString::operator=(const ExceptionString& other) noexce
 ExceptionString& ExceptionString::operator=(const ExceptionStringJoiner& joiner) {
     if (dynamic()) {
         stringRelease();
-        m_sizeAndFlags = 0; // doJoin must not give the same share up a second time
+        m_sizeAndFlags = 0; // doJoin must not release the same reference again
         m_text = nullptr;
     }
     doJoin(joiner);
@@ -55,8 +55,10 @@ ExceptionString& ExceptionString::operator=(const ExceptionStringJoiner& joiner)
 
 char* ExceptionString::createString(int size) {
     char* const text = tryCreateString(size);
-    if (!text) std::abort(); // a failure must not raise a second failure while it is being reported
-    std::memset(text, 0, static_cast<std::size_t>(size)); // what the caller leaves unwritten must not show the heap
+    if (!text) std::abort(); // a report must not throw a second exception
+    std::memset(
+        text, 0,
+        static_cast<std::size_t>(size)); // bytes that the caller does not write must not expose old heap content
     return text;
 }
 

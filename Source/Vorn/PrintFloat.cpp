@@ -17,12 +17,12 @@ namespace VornPrivate {
 
 using Vorn::FloatExponent;
 
-/// The character of the stream that prints units of a type. Streams know `char` and `wchar_t`, however wide that is.
+/// The character type of the stream that prints units of a type. Streams exist for `char` and `wchar_t`, of any width.
 template <class CharType>
 using StreamChar = std::conditional_t<sizeof(CharType) == 1, char, wchar_t>;
 
-/// A stream buffer that counts characters and stores them if it has somewhere to. It has no put area, so that each
-/// character arrives in `overflow`. It checks no bound.
+/// A stream buffer that counts characters and, if it has a destination, stores them. It has no put area, so each
+/// character is passed to `overflow`. It does not check the size of the destination.
 template <class CharType>
 class FloatOutBuf : public std::basic_streambuf<StreamChar<CharType>> {
     using Base = std::basic_streambuf<StreamChar<CharType>>;
@@ -49,7 +49,7 @@ private:
     unsigned int m_count; // characters since the last reset
 };
 
-/// One pass: the number of characters that the stream makes of `value`.
+/// Prints `value` once and returns the number of characters.
 template <class T, class CharType>
 unsigned int writePass(std::basic_ostream<StreamChar<CharType>>& stream, FloatOutBuf<CharType>& buffer, T value) {
     stream << value;
@@ -59,14 +59,14 @@ unsigned int writePass(std::basic_ostream<StreamChar<CharType>>& stream, FloatOu
 
 /// Splits a precision into the digits that a stream prints and the zeros that this file adds.
 struct DecimalPrecision {
-    /// From this number of digits behind the point on, each further digit is 0 in both layouts: every value is a
-    /// multiple of the smallest subnormal one, which is 2 to the power of minus this number.
+    /// After this number of digits behind the point all digits are 0 in both layouts: every value is a multiple of the
+    /// smallest subnormal value, which is 2 to the power of minus this number.
     template <class T>
     static constexpr unsigned int FRACTION_DIGITS = static_cast<unsigned int>(std::numeric_limits<T>::digits -
                                                                               std::numeric_limits<T>::min_exponent);
 
-    /// Zeros that follow from the precision alone bypass the stream, because a stream may build its text on the stack.
-    /// A stream passes its precision on as an `int` and prints six digits if that is negative.
+    /// Zeros that result from the precision alone bypass the stream, because a stream can build its text on the stack.
+    /// A stream converts its precision to `int` and prints six digits if that is negative.
     template <class T>
     DecimalPrecision(T value, unsigned int precision) : streamed(-1), zeros(0) {
         if (precision > static_cast<unsigned int>(std::numeric_limits<int>::max())) return;
@@ -76,11 +76,12 @@ struct DecimalPrecision {
     }
 
     std::streamsize streamed;
-    unsigned int zeros; // added behind the digits if one of `fixed` and `scientific` is set; with both none are missing
+    unsigned int zeros; // added after the digits if exactly one of `fixed` and `scientific` is set; with both no digit
+                        // is missing
 };
 
-/// The passes that find the size. Flags are only ever added: after the two passes of the automatic layout both are set,
-/// and a pass that follows prints as the second one did, whichever was the shorter.
+/// Prints once or twice to find the size. Flags are added and never removed: after the two passes of the automatic
+/// layout both are set. A further pass prints as the second pass did, even if the first one was shorter.
 template <class T, class CharType>
 unsigned int countPasses(std::basic_ostream<StreamChar<CharType>>& stream, FloatOutBuf<CharType>& buffer, T value,
                          unsigned int zeros, FloatExponent exponent) {
@@ -98,7 +99,7 @@ unsigned int countPasses(std::basic_ostream<StreamChar<CharType>>& stream, Float
     return first < second ? first : second;
 }
 
-/// Runs on the global locale, unlike `printDecFloat`.
+/// The size of decimal text in the global locale; `printDecFloat` uses the "C" locale.
 template <class T>
 unsigned int measureDecFloat(T value, unsigned int precision, FloatExponent exponent) {
     const DecimalPrecision split(value, precision);
@@ -109,7 +110,7 @@ unsigned int measureDecFloat(T value, unsigned int precision, FloatExponent expo
     return countPasses(stream, buffer, value, split.zeros, exponent);
 }
 
-/// Moves the exponent, if there is one, behind `zeros` further digits.
+/// Inserts `zeros` zeros before the exponent, or at the end if there is none.
 template <class CharType>
 void insertZeros(CharType* text, unsigned int size, unsigned int zeros) {
     CharType* const end = text + size;
@@ -139,13 +140,13 @@ unsigned int printDecFloat(T value, CharType* destination, unsigned int destinat
     return count;
 }
 
-/// The stored bits of a value.
+/// The bits of a value.
 template <class T>
 struct FloatBits;
 
 template <>
 struct FloatBits<float> {
-    static constexpr unsigned int BUFFER_SIZE = 16; // one less than the longest text and a unit behind it need
+    static constexpr unsigned int BUFFER_SIZE = 16; // one unit less than the longest text and one further unit need
 
     explicit FloatBits(float value) : high(std::bit_cast<unsigned int>(value)), low(0) {}
 
@@ -165,8 +166,8 @@ struct FloatBits<double> {
     unsigned int low;
 };
 
-/// The masks are those of a `float` for both types: of the exponent of a `double` they cover the upper eight bits, and
-/// the lower three count as mantissa.
+/// Tests for NaN with the masks of a `float`, as specified for both types: of the exponent of a `double` the upper
+/// eight bits are tested, and the lower three count as mantissa.
 template <class T>
 bool isNaNBits(FloatBits<T> bits) noexcept {
     return (bits.low != 0 || (bits.high & 0x7FFFFF) != 0) && (bits.high & 0x7F800000) == 0x7F800000;
@@ -177,14 +178,14 @@ unsigned int isNegative(FloatBits<T> bits) noexcept {
     return bits.high >> 31;
 }
 
-/// A magnitude as 1 and a fraction below 1, times a power of two. All of this is exact.
+/// A magnitude as (1 + fraction) times a power of two. All computations are exact.
 struct BinaryParts {
     explicit BinaryParts(double magnitude) noexcept {
         fraction = std::ldexp(std::frexp(magnitude, &exponent), 1) - 1;
         --exponent;
     }
 
-    /// Takes the next hexadecimal digit of the fraction away.
+    /// Removes the first hexadecimal digit from the fraction and returns it.
     unsigned int takeDigit() noexcept {
         double digit;
         fraction = std::modf(std::ldexp(fraction, 4), &digit);
@@ -210,7 +211,7 @@ unsigned int measureHexFloat(T value) noexcept {
     return count;
 }
 
-/// Prints three characters behind the sign.
+/// Prints a text of three characters with its sign.
 template <class CharType>
 unsigned int printSpecial(const char* text, unsigned int negative, CharType* destination,
                           unsigned int destinationSize) noexcept {
@@ -234,7 +235,7 @@ unsigned int printHexFloat(T value, CharType* destination, unsigned int destinat
     if (magnitude == 0) return printSpecial("0x0", negative, destination, destinationSize);
 
     constexpr unsigned int bufferSize = FloatBits<T>::BUFFER_SIZE;
-    CharType buffer[bufferSize] = {}; // zeros stay where printDec leaves a part of the exponent out
+    CharType buffer[bufferSize] = {}; // remains zero where printDec does not write the end of the exponent
     unsigned int count = 0;
     if (negative) buffer[count++] = '-';
     for (const char c : {'0', 'x', '1'}) buffer[count++] = static_cast<CharType>(c);

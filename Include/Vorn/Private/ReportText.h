@@ -1,10 +1,10 @@
-// ReportText: file and function texts of failure reports, made at compile time. Support of Assert.h; not for direct
-// use.
+// ReportText: the file and function texts of failure reports, built at compile time. Support of Assert.h; not for
+// direct use.
 #pragma once
 
 namespace VornPrivate {
 
-/// A terminated text of at most `Capacity` bytes that the compiler builds.
+/// A terminated text of at most `Capacity` bytes that is built at compile time.
 template <int Capacity>
 struct FixedText {
     constexpr void append(char character) { characters[size++] = character; }
@@ -28,13 +28,15 @@ constexpr bool isIdentifierCharacter(char c) {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_';
 }
 
-/// The source path of a report from a compiler's path: without its ending, and for a header of this library from the
-/// repository's root, wherever the header is installed ("Include/Vorn/String/StringData"). The paths of sources are
-/// shortened by the build. `ownPath` is what the compiler calls this header: public headers lie in the same folder.
+/// The file text of a report, from the path that the compiler reports: the path without its extension. For a public
+/// header it begins at the root of the repository ("Include/Vorn/String/StringData"), wherever the header is installed.
+/// The build shortens the paths of sources.
+///
+/// `ownPath` is the path of this header. It shows the folder in which the public headers are.
 template <int Size, int OwnSize = sizeof(__FILE__)>
 constexpr FixedText<Size + 8> sourcePath(const char (&path)[Size], const char (&ownPath)[OwnSize] = __FILE__) {
-    int name = 0;       // start of the file's name
-    int end = Size - 1; // behind the last character that is kept
+    int name = 0;       // start of the file name
+    int end = Size - 1; // index after the last character of the result
     for (int i = 0; i < Size - 1; ++i)
         if (path[i] == '/' || path[i] == '\\') name = i + 1;
     for (int i = Size - 2; i > name; --i) {
@@ -56,7 +58,7 @@ constexpr FixedText<Size + 8> sourcePath(const char (&path)[Size], const char (&
     return result;
 }
 
-/// Reads a compiler's description of a function, such as "T Vorn::(anonymous namespace)::f<T>(int) [T = char]".
+/// Parses the description of a function by the compiler, such as "T Vorn::(anonymous namespace)::f<T>(int) [T = char]".
 template <int Size>
 class FunctionReader {
 public:
@@ -83,11 +85,11 @@ public:
             } else if (depth > 0) {
                 ++m_position;
             } else if (c == '(' && m_name.size == 0) {
-                ++m_position; // the result is a pointer to a function or the like: "void (* f())(int)"
+                ++m_position; // the result is a pointer to a function or similar: "void (* f())(int)"
             } else if (c == '(') {
                 m_complete = true;
             } else if (c == ' ' || c == '*' || c == '&') {
-                m_name.clear(); // what came before belongs to the result's type
+                m_name.clear(); // the characters so far belong to the result type
                 ++m_position;
             } else {
                 m_name.append(c);
@@ -108,13 +110,13 @@ private:
                !isIdentifierCharacter(m_description[m_position + length]);
     }
 
-    // A function in an unnamed namespace is known by its own name.
+    // A function in an unnamed namespace is reported without namespaces.
     constexpr void leaveScope(const char* marker) {
         m_name.clear();
         while (*marker) ++marker, ++m_position;
     }
 
-    // A result that is told by an expression: "decltype(auto) f()", "decltype ((a + b)) f(T, T)".
+    // A result type that is an expression: "decltype(auto) f()", "decltype ((a + b)) f(T, T)".
     constexpr void skipDecltype() {
         int depth = 0; // of parentheses
         do {
@@ -123,7 +125,7 @@ private:
         } while (m_position < Size - 1 && (depth > 0 || m_description[m_position - 1] != ')'));
     }
 
-    // "operator", a blank and the symbol or type, up to the parameters.
+    // Reads "operator", a blank and the symbol or type, up to the parameters.
     constexpr void readOperator() {
         m_name.append("operator ", 9);
         m_position += 8;
@@ -142,7 +144,7 @@ private:
     FixedText<Size + 1> m_name;
 };
 
-/// The qualified name in a compiler's description of a function, without result, parameters and template arguments.
+/// The qualified name in the description of a function, without result, parameters and template arguments.
 template <int Size>
 constexpr FixedText<Size + 1> qualifiedName(const char (&description)[Size]) {
     return FunctionReader<Size>(description).qualifiedName();
