@@ -15,7 +15,7 @@ write_basic_package_version_file(VornConfigVersion.cmake COMPATIBILITY SameMinor
 install(FILES "${CMAKE_CURRENT_BINARY_DIR}/VornConfig.cmake" "${CMAKE_CURRENT_BINARY_DIR}/VornConfigVersion.cmake"
     DESTINATION ${VORN_PACKAGE_DIR})
 
-# pkg-config files find the rest of the installation from their own place, so that a prefix can be moved.
+# pkg-config files refer to the installation by relative paths, so that the prefix can be moved.
 foreach(folder LIBDIR INCLUDEDIR)
     if(IS_ABSOLUTE "${CMAKE_INSTALL_${folder}}")
         message(FATAL_ERROR "CMAKE_INSTALL_${folder} must be relative to the prefix")

@@ -1,6 +1,6 @@
-# Settings that every target of this repository shares.
+# The settings of all targets of this repository.
 
-# vorn_configure_target(target): language level, warnings and reproducible arithmetic and file texts.
+# vorn_configure_target(target): sets language level, warnings, and the flags for reproducible arithmetic and file texts.
 function(vorn_configure_target target)
     set_target_properties(${target} PROPERTIES
         CXX_STANDARD 20
@@ -9,9 +9,9 @@ function(vorn_configure_target target)
         CXX_VISIBILITY_PRESET hidden
         VISIBILITY_INLINES_HIDDEN ON)
     target_compile_options(${target} PRIVATE
-        # A fused multiply-add rounds once where the library promises two roundings.
+        # A fused multiply-add rounds once; the library specifies two roundings.
         -ffp-contract=off
-        # Reports name a source by its path from here, whatever the build directory is.
+        # Reports contain the path of a source from the root of the repository, for every build directory.
         "-fmacro-prefix-map=${PROJECT_SOURCE_DIR}/=")
     if(PROJECT_IS_TOP_LEVEL)
         target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wconversion -Wshadow)

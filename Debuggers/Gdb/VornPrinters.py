@@ -1,25 +1,25 @@
-"""Views of Vorn's text types for gdb: source this file in .gdbinit or in a session.
+"""Pretty printers of Vorn's text types for gdb. Source this file in .gdbinit or in a session.
 
     (gdb) source Debuggers/Gdb/VornPrinters.py
     (gdb) print name
     $1 = "Köln"
 
-Null texts print as <null>. Nothing is called in the program, so a core file will do.
+Null texts print as <null>. No function of the program is called, so the printers work on core files, too.
 """
 
 import gdb
 import gdb.printing
 
-DYNAMIC = 0x8000  # flag of ExceptionString in the word that also holds the length
+DYNAMIC = 0x8000  # flag of ExceptionString in the word of the length
 SIZE_MASK = 0xFFFF3FFF
 
 NULL = "<null>"
 
 
 def text(pointer, encoding, units):
-    """The text of so many units, in quotes and with escapes; U+0000 of the library's UTF-8 is 0xC0 0x80.
+    """Returns the text of `units` units in quotes and with escapes; U+0000 in the library's UTF-8 is 0xC0 0x80.
 
-    A text beyond gdb's `print elements` is cut: an object that is not yet constructed may claim any length.
+    The text is truncated at gdb's `print elements`: an object before its construction can have any length.
     """
     limit = gdb.parameter("print elements") or units
     more = "..." if units > limit else ""
@@ -33,7 +33,7 @@ def text(pointer, encoding, units):
 
 
 class StringDataPrinter:
-    """The text, from whichever encoding is there."""
+    """Prints the text of a record in UTF-8, or in UTF-16 if there is no other."""
 
     def __init__(self, value):
         self.value = value
@@ -47,7 +47,7 @@ class StringDataPrinter:
 
 
 class StringPrinter:
-    """The text of the record; a string without a record is null."""
+    """Prints the text of the record; a string without a record is null."""
 
     def __init__(self, value):
         self.value = value
@@ -58,7 +58,7 @@ class StringPrinter:
 
 
 class ExceptionStringPrinter:
-    """The text of a report; a dynamic one stands behind its count."""
+    """Prints the text of a report; a dynamic text follows its count."""
 
     def __init__(self, value):
         self.value = value
