@@ -1,5 +1,5 @@
-// Runs the benchmarks. Besides the arguments of Google Benchmark it takes --corpus DIR: the texts of a folder are then
-// measured beside the generated ones.
+// Runs the benchmarks. Arguments are those of Google Benchmark and --corpus DIR, which adds the texts of a folder to
+// the generated ones.
 #include "Support/Corpus.h"
 #include "Vorn/TextBenchmark.h"
 

@@ -11,7 +11,7 @@
 
 namespace {
 
-// A run of characters that a script is drawn from.
+// A range of characters of a script.
 struct Script {
     const char* name;
     unsigned int first;
@@ -37,7 +37,7 @@ icu::UnicodeString generate(const Script& script, int length) {
     icu::UnicodeString text;
     while (text.length() < length) {
         const bool wordEnds = below(6) == 0;
-        // Latin is ASCII with some accents, as in most languages that write so.
+        // Latin text is ASCII with some accents, as in most languages with this script.
         const bool plain = script.first == 0xE0 && below(8) != 0;
         const unsigned int code = wordEnds ? ' '
                                   : plain  ? 'a' + below(26)

@@ -1,5 +1,5 @@
-// Planar geometry over arrays of 4096 elements, with glm beside it on the same values. glm computes in float; where
-// this library promises one rounding from double, "glm in double" shows what that promise costs anybody.
+// Planar geometry over arrays of 4096 elements, compared with glm on the same values. glm computes in float. "glm in
+// double" computes as this library is specified to: in double, with one rounding.
 #include <Vorn/FloatRect.h>
 #include <benchmark/benchmark.h>
 #include <glm/glm.hpp>
@@ -17,13 +17,13 @@ using Vorn::Vector2;
 
 constexpr std::size_t COUNT = 4096;
 
-/// A rectangle as users of glm write it.
+/// A rectangle of glm vectors.
 struct GlmRect {
     glm::vec2 low;
     glm::vec2 high;
 };
 
-/// The same values in both libraries' types.
+/// The same values in the types of both libraries.
 struct Inputs {
     Inputs() {
         std::mt19937 random(20);
@@ -74,12 +74,13 @@ std::vector<float> floatsOf(const std::vector<Result>& results) {
 bool areClose(const std::vector<float>& a, const std::vector<float>& b) {
     if (a.size() != b.size()) return false;
     for (std::size_t i = 0; i < a.size(); ++i) {
-        if (!(std::fabs(a[i] - b[i]) <= 0.003f * (1.0f + std::fabs(a[i])))) return false; // normalise is 0.2 % off
+        if (!(std::fabs(a[i] - b[i]) <= 0.003f * (1.0f + std::fabs(a[i]))))
+            return false; // normalise has an error of 0.2 %
     }
     return true;
 }
 
-// Measures `operation` on every element, after its results were found close to those of `expected`.
+// Measures `operation` on every element, after comparing its results with those of `expected`.
 template <class Operation, class Expected>
 void measure(benchmark::State& state, Operation operation, Expected expected) {
     static const Inputs in;

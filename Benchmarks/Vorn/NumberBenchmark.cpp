@@ -1,5 +1,5 @@
-// Number text beside the standard library, fast_float and fmt. Each measurement goes through many numbers of one shape;
-// items per second tell numbers per second. All answers are compared before the clock starts.
+// Number text, compared with the standard library, fast_float and fmt. Each measurement processes many numbers of one
+// shape; items per second are numbers per second. All results are compared before the measurement.
 #include "Vorn/ParseFloat.h"
 #include "Vorn/ParseInt.h"
 #include "Vorn/PrintInt.h"
@@ -129,7 +129,7 @@ unsigned int printWithToChars(unsigned int value, char* buffer) {
     return static_cast<unsigned int>(std::to_chars(buffer, buffer + ROOM, value).ptr - buffer);
 }
 
-// The text ends up in the caller's buffer, as with the others.
+// The text is copied to the caller's buffer, as by the other functions.
 unsigned int printWithFmt(unsigned int value, char* buffer) {
     const fmt::format_int text(value);
     std::memcpy(buffer, text.data(), text.size());
@@ -152,7 +152,7 @@ void printIntegers(benchmark::State& state) {
     state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(COUNT));
 }
 
-// The text stays inside the object, which spares the copy.
+// The text stays in the object, without a copy.
 void formatInPlace(benchmark::State& state) {
     const std::vector<unsigned int> numbers = numbersOf(static_cast<int>(state.range(0)));
     for (auto _ : state) {

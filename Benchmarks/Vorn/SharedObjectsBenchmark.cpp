@@ -1,4 +1,4 @@
-// Shared pointers and events beside their peers: the same work, in the same run, in a program with threads.
+// Shared pointers and events, compared with other libraries in the same run, in a program with threads.
 #include <Vorn/SharedObjects/Event.h>
 
 #include <benchmark/benchmark.h>
@@ -18,7 +18,7 @@ void expect(bool correct, const char* what) {
     if (!correct) throw std::runtime_error(std::string("wrong answer of ") + what);
 }
 
-// The standard library counts without atomics until a program has started a thread; games have many.
+// The standard library uses no atomic counts until a program has started a thread; games have many threads.
 const bool hasThreads = [] {
     std::thread([] {}).join();
     return true;
@@ -108,7 +108,7 @@ BENCHMARK(dispatchVornEvent)->Arg(1)->Arg(10)->Arg(100);
 BENCHMARK(dispatchStdFunctions)->Arg(1)->Arg(10)->Arg(100);
 BENCHMARK(dispatchBoostSignal)->Arg(1)->Arg(10)->Arg(100);
 
-// Taking one of the listeners off and putting it back.
+// Removes one of the listeners and adds it again.
 
 void removeAndAddVornEvent(benchmark::State& state) {
     Audience audience(state);
@@ -124,7 +124,7 @@ void removeAndAddVornEvent(benchmark::State& state) {
     expect(event.getDelegateCount() == audience.counters().size(), "removeAndAdd");
 }
 
-// Adding a listener that is there moves it, so one call does for both.
+// Adding an existing listener moves it, so one call is enough.
 void addAgainVornEvent(benchmark::State& state) {
     Audience audience(state);
     Vorn::Event<> event;

@@ -1,4 +1,4 @@
-// Substrings, equality, search, interning and edits, beside std::string and ICU's UnicodeString.
+// Substrings, equality, search, interning and edits, compared with std::string and ICU's UnicodeString.
 #include <Vorn/Vorn.h>
 #include <benchmark/benchmark.h>
 #include <sparsehash/dense_hash_map>
@@ -15,7 +15,7 @@ using Vorn::String;
 using Vorn::StringData;
 using Vorn::UTF8String;
 
-// Plain words, with the one letter that is searched for at the end.
+// ASCII words, followed by the letter that the search benchmarks look for.
 std::string textOf(benchmark::State& state) {
     std::string text;
     while (text.size() < static_cast<std::size_t>(state.range(0))) text += "plain words of text ";
@@ -95,7 +95,7 @@ void equalityIcu(benchmark::State& state) {
     countBytes(state, static_cast<std::size_t>(a.length()) * 2);
 }
 
-// One text in two encodings; nobody else compares these.
+// One text in two encodings; the other libraries have no such comparison.
 void equalityAcrossEncodings(benchmark::State& state) {
     const std::string text = textOf(state);
     const std::basic_string<Vorn::UTF16Char> wide(text.begin(), text.end());
@@ -105,7 +105,7 @@ void equalityAcrossEncodings(benchmark::State& state) {
     countBytes(state, text.size());
 }
 
-// The one '#'.
+// The only '#'.
 
 void findByte(benchmark::State& state) {
     const std::string text = textOf(state);
@@ -145,7 +145,7 @@ void countByte(benchmark::State& state) {
     countBytes(state, text.size());
 }
 
-// Lookups of known buffers, all of one pool.
+// Lookups of mapped buffers.
 
 constexpr unsigned int KEYS = 1024;
 
@@ -165,7 +165,7 @@ struct KeyHash {
     std::size_t operator()(const Vorn::StringOwnerKey& key) const { return static_cast<unsigned int>(key); }
 };
 
-// The table alone; the result is a string all the same.
+// The hash table alone, with a string as result, too.
 void internBareTable(benchmark::State& state) {
     const std::vector<unsigned char> pool(KEYS * 32, 'x');
     google::dense_hash_map<Vorn::StringOwnerKey, Vorn::StringOwnerEntry, KeyHash> map;
@@ -194,7 +194,7 @@ void internBareTableNoString(benchmark::State& state) {
     }
 }
 
-// An edit near the start that keeps the length, and one that lengthens the text by a character and takes it back.
+// An edit near the start that keeps the length, and one that inserts a character and erases it.
 
 void replaceCharacter(benchmark::State& state) {
     const std::string text = textOf(state);

@@ -25,7 +25,7 @@ void expect(bool correct, const char* what) {
     if (!correct) throw std::runtime_error(std::string("wrong answer of ") + what);
 }
 
-// The door: a string over a caller's buffer.
+// Validation: a string over a borrowed buffer.
 
 void doorUTF8(benchmark::State& state, const SampleText& text) {
     for (auto _ : state) benchmark::DoNotOptimize(String(text.utf8.c_str(), lengthOf(text)));
@@ -47,13 +47,13 @@ void doorUTF16Terminated(benchmark::State& state, const SampleText& text) {
     countBytes(state, text.utf16.size() * 2);
 }
 
-// ICU converts while it validates: its strings hold UTF-16 only.
+// ICU converts while it validates: its strings store only UTF-16.
 void doorUTF8Icu(benchmark::State& state, const SampleText& text) {
     for (auto _ : state) benchmark::DoNotOptimize(icu::UnicodeString::fromUTF8(text.utf8));
     countBytes(state, text.utf8.size());
 }
 
-// ICU's measuring pass validates and writes nothing.
+// The measuring pass of ICU validates and writes nothing.
 void doorUTF8IcuMeasure(benchmark::State& state, const SampleText& text) {
     for (auto _ : state) {
         std::int32_t length = 0;
@@ -64,7 +64,7 @@ void doorUTF8IcuMeasure(benchmark::State& state, const SampleText& text) {
     countBytes(state, text.utf8.size());
 }
 
-// Copies and validates nothing.
+// Copies without validation.
 void doorUTF8StdString(benchmark::State& state, const SampleText& text) {
     for (auto _ : state) benchmark::DoNotOptimize(std::string(text.utf8.data(), text.utf8.size()));
     countBytes(state, text.utf8.size());
@@ -124,7 +124,7 @@ void toUTF8Icu(benchmark::State& state, const SampleText& text) {
     countBytes(state, text.utf16.size() * 2);
 }
 
-// A copy of a value and its end.
+// Copies and destroys a value.
 
 template <class Value>
 void copyValue(benchmark::State& state, const Value& value) {
@@ -134,8 +134,8 @@ void copyValue(benchmark::State& state, const Value& value) {
     }
 }
 
-// A fast wrong answer is no answer: the library agrees with ICU before anything is measured. The conversion to UTF-16
-// of characters beyond 0xFFFF is left out, since the library keeps their second unit only.
+// Compares the results of the library with those of ICU before the measurement. The conversion of characters above
+// 0xFFFF to UTF-16 is not compared: the library is specified to write only their second unit.
 void checkAnswers(const SampleText& text) {
     const String wide(text.utf16.c_str(), wideLengthOf(text));
     expect(wide.getCString() == text.utf8, "conversion to UTF-8");

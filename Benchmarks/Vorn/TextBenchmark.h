@@ -1,4 +1,4 @@
-// TextBenchmark: the door, the conversions and copies of handles, with ICU and std::string beside them.
+// TextBenchmark: validation, conversions and copies of handles, compared with ICU and std::string.
 #pragma once
 
 #include "Support/Corpus.h"

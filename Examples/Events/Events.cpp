@@ -1,4 +1,4 @@
-// Events: a small scene of shared nodes whose events are heard by handlers that come and go while they are called.
+// Events: a scene of shared nodes with events, whose listeners are added and removed during calls.
 #include <Vorn/SharedObjects/Event.h>
 #include <Vorn/SharedObjects/TreeNode.h>
 
@@ -9,7 +9,7 @@ namespace {
 
 using Vorn::SharedPtr;
 
-/// An object of the scene. It tells its listeners when it is hit.
+/// An object of the scene. It notifies its listeners when it is hit.
 class SceneNode : public Vorn::TreeNode<SceneNode> {
 public:
     using Hit = Vorn::Event<SceneNode&, int>;
@@ -33,7 +33,7 @@ private:
     int m_score = 0;
 };
 
-/// Plays a sound. Scenes hold it weakly: it may be switched off at any time.
+/// Plays a sound. Scenes refer to it weakly, since it can be destroyed at any time.
 class Speaker {
 public:
     explicit Speaker(std::string sound) : m_sound(std::move(sound)) {}
@@ -43,8 +43,8 @@ private:
     std::string m_sound;
 };
 
-/// Breaks at the first hit: it stops listening, and lets smoke rise instead. The smoke is heard in the same hit
-/// already, because the glass hears first and the smoke's place is still ahead.
+/// Breaks at the first hit: it removes its listener and adds one for smoke. The smoke is called in the same hit
+/// already, because its position is behind the glass, which is being called.
 class Glass {
 public:
     explicit Glass(SceneNode& node) : m_node(node) {}
@@ -95,7 +95,7 @@ int main() {
         std::printf("%s\n", exception.getMessage());
     }
 
-    // The lowest priority hears first: glass, then speaker, then score.
+    // Listeners are called in ascending priority: glass, then speaker, then score.
     const SharedPtr<ScoreBoard> score = Vorn::makeShared<ScoreBoard>();
     SharedPtr<Speaker> speaker = Vorn::makeShared<Speaker>("clink");
     Glass glass(*window);
@@ -109,7 +109,7 @@ int main() {
     speaker.reset();
     hit(*window, 1);
 
-    // A listener that takes the score off before it hears, and adds one whose place has passed in this hit.
+    // A listener that removes the score before it is called, and adds a listener whose position in this hit has passed.
     const auto goalkeeper = [&](SceneNode& node, int) {
         std::printf("  %s is guarded from now on\n", node.name.c_str());
         node.hit.remove(Listener::bindShared<&ScoreBoard::add>(score));

@@ -1,12 +1,11 @@
-// Layout: lays out nested panels and draws them.
+// Layout: computes the layout of nested panels and draws it.
 //
 //     Layout [INPUT [OUTPUT]]
 //
-// INPUT is a text file as PanelFile.h tells, the sample beside this source unless named; OUTPUT is the SVG picture,
-// Layout.svg unless named. The report goes to the console: the place of each panel, the share of the outer panel's area
-// that it takes, the box around it on the page, then what overlaps, what lies beyond the page and what had no room.
-// Lines that cannot be read get a message with their number and are skipped. The program ends with 1 if a file cannot
-// be read or written.
+// INPUT is a text file in the format of PanelFile.h, by default the sample beside this source. OUTPUT is the SVG
+// picture, by default Layout.svg. The program prints a report: the position of each panel, its share of the area of the
+// outer panel and its box on the page; then overlaps, panels beyond the page and panels without space. It reports lines
+// that cannot be read with their number and skips them. It returns 1 if a file cannot be read or written.
 #include "NumberText.h"
 #include "PanelFile.h"
 #include "PanelLayout.h"

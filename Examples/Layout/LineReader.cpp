@@ -56,7 +56,7 @@ String LineReader::name() {
     const auto length = static_cast<unsigned int>(text.size());
     for (unsigned int i = 0; i < length;) {
         const Vorn::UTF32Char code = Vorn::UTF32::getUTF32Char(bytesOf(text), i, length);
-        if (code < 0x20) throw LineError("the name holds a control character"); // which XML cannot
+        if (code < 0x20) throw LineError("the name holds a control character"); // which XML does not allow
     }
     return result;
 }
@@ -64,8 +64,8 @@ String LineReader::name() {
 float LineReader::number(float least, float most) {
     const std::string_view text = word();
 
-    // The parser takes a sign alone for a zero, hence the look for a digit. It reads up to the end of the number and
-    // not of the word: told where the word ends, it would leave out an exponent of one digit.
+    // The parser reads a sign alone as zero, so the word must contain a digit. The length passed is not that of the
+    // word, because the parser would then skip an exponent of one digit.
     unsigned int count = 0;
     float value = 0.0f;
     if (text.find_first_of(DIGITS) != std::string_view::npos) value = Vorn::parseFloat(bytesOf(text), &count);
@@ -78,7 +78,7 @@ unsigned int LineReader::number(unsigned int least, unsigned int most) {
     const std::string_view text = word();
     unsigned int count = 0;
     unsigned int value = 0;
-    if (!text.empty() && text.size() < 10) // more digits may wrap around
+    if (!text.empty() && text.size() < 10) // the value of more digits can wrap around
         value = Vorn::parseUDec<unsigned int>(bytesOf(text), &count, static_cast<unsigned int>(text.size()));
     if (count == 0 || count != text.size() || value < least || value > most)
         refuseNumber(text, std::to_string(least), std::to_string(most));

@@ -1,4 +1,4 @@
-// LineReader: takes one line of a panel file apart.
+// LineReader: parses one line of a panel file.
 #pragma once
 
 #include <Vorn/String/String.h>
@@ -7,39 +7,39 @@
 #include <string>
 #include <string_view>
 
-/// Why a line cannot be read, for people.
+/// The reason why a line cannot be read, as a message for users.
 class LineError : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
 };
 
-/// Reads words, numbers and names one behind the other; what is not as expected throws LineError. The line stays the
-/// caller's and must be followed by a line break or a zero byte, as the numbers' parsers look at the byte behind them.
+/// Reads words, numbers and names in order. Throws LineError for unexpected text. The line is borrowed and must be
+/// followed by a line break or a zero byte, because the number parsers read the byte after a number.
 class LineReader {
 public:
     explicit LineReader(std::string_view line) : m_rest(line) {}
 
-    /// Skips the blanks in front and returns how many there were.
+    /// Skips leading blanks and returns their number.
     std::size_t skipBlanks();
 
-    /// Whether nothing but blanks or a comment is left.
+    /// Returns true if only blanks or a comment remain.
     bool isAtEnd();
 
-    /// Everything up to the next blank, empty at the end of the line.
+    /// Reads the text up to the next blank; empty at the end of the line.
     std::string_view word();
 
-    /// A name in double quotes. The string points into the line.
+    /// Reads a name in double quotes. The string refers to the line.
     Vorn::String name();
 
-    /// A number from `least` to `most`; a whole one where the bounds are integers.
+    /// Reads a number from `least` to `most`, which is an integer if the limits are integers.
     /// @{
     float number(float least, float most);
     unsigned int number(unsigned int least, unsigned int most);
     /// @}
 
-    /// A colour in six hexadecimal digits.
+    /// Reads a colour of six hexadecimal digits.
     unsigned int colour();
 
 private:
-    std::string_view m_rest; // what has not been read yet
+    std::string_view m_rest; // the text that has not been read yet
 };

@@ -3,7 +3,7 @@
 #include <Vorn/PrintFloat.h>
 
 std::string fixedText(float value, unsigned int precision) {
-    // Asked without a buffer, the printer tells the size, which the largest floats make long.
+    // Without a buffer the function returns the size, which is large for the largest floats.
     std::string text(
         Vorn::printDec(value, static_cast<unsigned char*>(nullptr), 0, precision, Vorn::FLOAT_EXPONENT_NONE), ' ');
     Vorn::printDec(value, reinterpret_cast<unsigned char*>(text.data()), static_cast<unsigned int>(text.size()),

@@ -3,8 +3,8 @@
 
 #include <string>
 
-/// The value with `precision` digits behind the point, and no sign if all digits are zero.
+/// The value with `precision` digits after the point, without a sign if all digits are zero.
 std::string fixedText(float value, unsigned int precision);
 
-/// The same without zeros at the end: "12.5", "3".
+/// The value without trailing zeros: "12.5", "3".
 std::string shortText(float value, unsigned int precision);

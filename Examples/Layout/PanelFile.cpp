@@ -15,7 +15,7 @@ using Vorn::FloatRect;
 using Vorn::Vector2;
 
 constexpr float FARTHEST = 10000.0f; // pixels
-constexpr std::size_t DEEPEST = 8;   // panels inside one another; with zooms up to 10 no float overflows
+constexpr std::size_t DEEPEST = 8;   // nested panels; with zooms up to 10 no float overflows
 
 unsigned int readPin(LineReader& reader) {
     namespace Pin = Vorn::RectPoint;
@@ -82,7 +82,7 @@ void readPage(LineReader& reader, PanelFile& file) {
     file.pageFill = fill;
 }
 
-// The panel that is open at each depth; none where its line was skipped.
+// The open panel at each depth; no value if its line was skipped.
 using OpenPanels = std::vector<std::optional<std::size_t>>;
 
 void readPanel(LineReader& reader, std::size_t depth, Panel panel, PanelFile& file, OpenPanels& open) {
@@ -97,7 +97,7 @@ void readPanel(LineReader& reader, std::size_t depth, Panel panel, PanelFile& fi
     open[depth] = file.panels.size() - 1;
 }
 
-// Raises the library's exception for a text that is not UTF-8.
+// Throws `Exception<7>` for a text that is not UTF-8.
 void validate(std::string_view text) {
     if (!text.empty())
         Vorn::String(text.data(), static_cast<unsigned int>(text.size()), Vorn::STRING_DATA_EXTERNAL, false);
@@ -116,7 +116,7 @@ void readLine(std::string_view text, unsigned int line, PanelFile& file, OpenPan
     } else {
         if (depth > open.size()) throw LineError("there is no panel around it: the line stands too far right");
         open.resize(depth);
-        open.emplace_back(); // set once the panel is read: whatever fails before takes the panels inside with it
+        open.emplace_back(); // set when the panel has been read: a failure before that also skips its inner panels
         validate(text);
         if (blanks % 2 != 0) throw LineError("it begins with an odd number of blanks");
         Panel panel;

@@ -3,20 +3,20 @@
 //     # a comment
 //     page 960 640 fill FAFAFA
 //     "Studio" inset 12                                  # fills the page
-//       "Tools" share 0 0 0.25 1 gap 4 fill 2F4858        # two blanks further right: inside "Studio"
+//       "Tools" share 0 0 0.25 1 gap 4 fill 2F4858        # indented by two blanks: inside "Studio"
 //       "Uhr" size 120 60 pin bottom-right turn 8
 //
-// Behind the name, in any order:
+// After the name, in any order:
 //
-//     share LEFT TOP RIGHT BOTTOM   fractions of the outer panel's area that the panel takes, 0 0 1 1 unless told
-//     gap WIDTH                     space to keep free around the panel
-//     size WIDTH HEIGHT             its size instead, pinned as told by `pin`
-//     pin PLACE                     centre (if not told), left, top, right, bottom, top-left, top-right, bottom-left,
-//                                   bottom-right: what stays where `share` and `gap` put it
+//     share LEFT TOP RIGHT BOTTOM   part of the area of the outer panel, as fractions; 0 0 1 1 by default
+//     gap WIDTH                     free space around the panel
+//     size WIDTH HEIGHT             its size, with the pin of `pin`
+//     pin PLACE                     centre (the default), left, top, right, bottom, top-left, top-right, bottom-left,
+//                                   bottom-right: the point that stays where `share` and `gap` put it
 //     offset X Y                    moves it right and down
-//     inset WIDTH                   space to keep free inside, around its own panels
-//     turn DEGREES                  turns it clockwise about its centre, with all that it holds
-//     zoom FACTOR                   enlarges it about its centre, with all that it holds
+//     inset WIDTH                   free space inside, around its own panels
+//     turn DEGREES                  rotates it clockwise about its centre, with its inner panels
+//     zoom FACTOR                   scales it about its centre, with its inner panels
 //     fill RRGGBB                   its colour
 #pragma once
 
@@ -28,11 +28,11 @@
 #include <string>
 #include <vector>
 
-/// A panel as its line describes it.
+/// The description of a panel in its line.
 struct Panel {
     unsigned int line = 0;
-    std::optional<std::size_t> outer; // index of the panel around it, which is lower than its own
-    Vorn::String name;                // points into the file's text
+    std::optional<std::size_t> outer; // index of the outer panel, which is less than its own
+    Vorn::String name;                // refers to the text of the file
     Vorn::FloatRect share{0.0f, 0.0f, 1.0f, 1.0f};
     float gap = 0.0f;
     std::optional<Vorn::Vector2> size;
@@ -44,24 +44,24 @@ struct Panel {
     unsigned int fill = 0xFFFFFF; // red, green and blue, 8 bits each
 };
 
-/// A line that was skipped, and why.
+/// A line that was skipped, and the reason.
 struct SkippedLine {
     unsigned int line;
     std::string reason;
 };
 
-/// What a file holds. It can be handed on, but neither copied nor assigned: the names point into `text`.
+/// The contents of a file. It can be moved, but not copied or assigned: the names refer to `text`.
 struct PanelFile {
     PanelFile() = default;
     PanelFile(PanelFile&&) = default;
 
-    std::vector<unsigned char> text; // with a zero byte at the end
+    std::vector<unsigned char> text; // with a terminator
     Vorn::Vector2 pageSize{800.0f, 600.0f};
     unsigned int pageFill = 0xFFFFFF;
-    std::vector<Panel> panels; // each behind the panel around it
+    std::vector<Panel> panels; // each after its outer panel
     std::vector<SkippedLine> skipped;
 };
 
-/// Reads a file in UTF-8. Throws `std::runtime_error` if it cannot be read; lines that make no sense are skipped, and
-/// the panels inside theirs with them.
+/// Reads a file in UTF-8. Malformed lines are skipped, together with the panels inside theirs.
+/// Throws `std::runtime_error` if the file cannot be read.
 PanelFile readPanelFile(const std::filesystem::path& path);

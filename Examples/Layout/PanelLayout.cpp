@@ -11,17 +11,17 @@ using Vorn::Matrix3;
 using Vorn::Vector2;
 namespace Pin = Vorn::RectPoint;
 
-// A rectangle that was shrunk past its middle has no room left: it becomes the point there.
+// A rectangle that was reduced beyond its centre is replaced by its centre point.
 FloatRect orPoint(const FloatRect& rect) { return rect.isNormalised() ? rect : FloatRect(rect.getCenter()); }
 
 FloatRect shrunk(const FloatRect& rect, float width) {
     return orPoint(rect.inflatedCopy(-width, -width, Pin::CENTRE, Vector2::ZERO));
 }
 
-// A pin on a high side does not hold it. About the centre and moved by half the growth, that side stays.
+// A pin on a high side does not keep it in place. A centred resize with half the growth as offset does.
 FloatRect resized(const FloatRect& rect, const Vector2& size, unsigned int pin) {
     const Vector2 halfGrowth = (size - rect.getSize()) * 0.5f;
-    Vector2 offset = Vector2::ZERO; // is subtracted
+    Vector2 offset = Vector2::ZERO; // is subtracted from the position
     if (pin & Pin::RIGHT) offset.x = halfGrowth.x;
     if (pin & Pin::BOTTOM) offset.y = halfGrowth.y;
     return rect.resizedCopy(size, pin & ~(Pin::RIGHT | Pin::BOTTOM), offset);

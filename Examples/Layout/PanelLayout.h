@@ -1,4 +1,4 @@
-// PanelLayout: where the panels of a file come to lie on the page.
+// PanelLayout: the positions of the panels of a file on the page.
 #pragma once
 
 #include "PanelFile.h"
@@ -7,20 +7,20 @@
 
 #include <vector>
 
-/// A panel in its place. The areas are those that it has before anything is turned or zoomed; `toPage` does that.
+/// A panel with its position. The areas are those before rotation and scaling, which `toPage` applies.
 struct PlacedPanel {
-    Vorn::FloatRect area{0.0f};        // without any size if there was no room
-    Vorn::FloatRect inside{0.0f};      // where its own panels may go
-    Vorn::FloatRect share{0.0f};       // `area` in fractions of the area that it was given from
-    Vorn::Matrix3 toPage{0.0f};        // its own turn and zoom, then those of the panels around it
-    Vorn::Vector2CornerRect corners{}; // of `area`, on the page
-    Vorn::FloatRect box{0.0f};         // the upright rectangle around `corners`
-    Vorn::FloatRect hidden{0.0f};      // what the page cuts off on each side
-    bool holdsPanels = false;          // leaves room for the name above them
+    Vorn::FloatRect area{0.0f};        // of size 0 if there was no space
+    Vorn::FloatRect inside{0.0f};      // the area for its own panels
+    Vorn::FloatRect share{0.0f};       // `area` as fractions of the area of the outer panel
+    Vorn::Matrix3 toPage{0.0f};        // its own rotation and scale, then those of the outer panels
+    Vorn::Vector2CornerRect corners{}; // corners of `area` on the page
+    Vorn::FloatRect box{0.0f};         // the bounding box of `corners`
+    Vorn::FloatRect hidden{0.0f};      // the part beyond each side of the page
+    bool holdsPanels = false;          // reserves space for the name above them
     bool hasRoom() const { return area.getWidth() > 0.0f && area.getHeight() > 0.0f; }
 };
 
-/// Two panels of the same outer one whose boxes overlap.
+/// Two panels of the same outer panel whose boxes overlap.
 struct Overlap {
     std::size_t first;
     std::size_t second;
@@ -29,12 +29,12 @@ struct Overlap {
 
 struct PanelLayout {
     Vorn::FloatRect page{0.0f};
-    std::vector<PlacedPanel> panels; // in the order of the file's
+    std::vector<PlacedPanel> panels; // in the order of the file
     std::vector<Overlap> overlaps;
 };
 
-/// Height of the strip at the top of a panel that holds others, where its name stands.
+/// The height of the strip for the name, at the top of a panel that contains others.
 inline constexpr float TITLE_HEIGHT = 26.0f;
 
-/// Lays out all panels of a file.
+/// Computes the layout of all panels of a file.
 PanelLayout layOut(const PanelFile& file);

@@ -20,7 +20,7 @@ std::string coordinate(float value) { return shortText(value, 2); }
 std::string point(const Vector2& at) { return coordinate(at.x) + " " + coordinate(at.y); }
 
 std::string colourText(unsigned int colour) {
-    // A bit above the six digits keeps the zeros in front; its own digit then gives way to the sign.
+    // A bit above the six digits keeps leading zeros; its own digit is then replaced by "#".
     unsigned char text[7];
     Vorn::printHex(colour | 0x1000000u, Vorn::HEX_WITHOUT_PREFIX, text, sizeof text);
     text[0] = '#';
@@ -42,7 +42,7 @@ std::string escaped(const Vorn::String& name) {
     return result;
 }
 
-// Widths in font sizes, roughly: no font is known here. Eastern letters and emoji are square.
+// Approximate widths in font sizes, because no font is available. East Asian letters and emoji are square.
 constexpr float LETTER_WIDTH = 0.6f;
 constexpr float SQUARE_WIDTH = 1.0f;
 
@@ -58,7 +58,7 @@ float estimateWidth(const Vorn::String& name) {
     return width;
 }
 
-// Whether white is the better ink on it, by the weights that the eye gives to the three parts.
+// Returns true if white text has the better contrast, by the perceived brightness of red, green and blue.
 bool isDark(unsigned int colour) {
     const unsigned int red = colour >> 16;
     const unsigned int green = colour >> 8 & 0xFF;
@@ -66,10 +66,10 @@ bool isDark(unsigned int colour) {
     return 299 * red + 587 * green + 114 * blue < 135000;
 }
 
-// The outline with round corners, each a curve that begins and ends a radius away from the corner.
+// The outline with round corners. Each corner is a curve that begins and ends one radius away from it.
 std::string outline(const PlacedPanel& panel, float zoomedRadius) {
     const Vector2* const corners = panel.corners.corners;
-    const Vector2 round[] = {corners[0], corners[2], corners[3], corners[1]}; // corners lie in columns
+    const Vector2 round[] = {corners[0], corners[2], corners[3], corners[1]}; // the corners are stored in columns
     std::string path;
     for (unsigned int i = 0; i < 4; ++i) {
         const Vector2& corner = round[i];
@@ -80,7 +80,7 @@ std::string outline(const PlacedPanel& panel, float zoomedRadius) {
     return path + " Z";
 }
 
-// A text in the coordinates of the panel, turned and zoomed with it.
+// A text in the coordinates of the panel, which are rotated and scaled.
 std::string label(const PlacedPanel& panel, const Vector2& at, float size, const std::string& attributes,
                   const std::string& text) {
     const float* const m = panel.toPage.m;
@@ -111,7 +111,7 @@ std::string labels(const Panel& panel, const PlacedPanel& placed) {
 }
 
 std::string draw(const Panel& panel, const PlacedPanel& placed) {
-    // The matrix turns and zooms alike in both directions, so its first column is as long as the zoom.
+    // The matrix rotates and scales equally in both directions, so the length of its first column is the scale.
     const float zoom = Vector2(placed.toPage.m[0], placed.toPage.m[3]).length();
     const float shorter = std::min(placed.area.getWidth(), placed.area.getHeight());
     const float radius = std::min(CORNER_RADIUS, shorter * 0.5f) * zoom;

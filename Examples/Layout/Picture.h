@@ -6,5 +6,5 @@
 
 #include <string>
 
-/// The picture as text. Coordinates are rounded, so that the text is the same on every platform.
+/// The SVG text of the picture. Coordinates are rounded, so that the text is the same on every platform.
 std::string drawPicture(const PanelFile& file, const PanelLayout& layout);

@@ -8,7 +8,7 @@ using UTF16Text = std::vector<UTF16Char>;
 
 struct Character {
     unsigned int code = 0;
-    unsigned int units = 0; // 0 for a bad character
+    unsigned int units = 0; // 0 for an invalid character
 };
 
 bool isCharacter(unsigned int code) {

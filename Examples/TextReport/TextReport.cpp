@@ -1,12 +1,12 @@
-// TextReport: tells what the library makes of text files.
+// TextReport: reports how the library processes text files.
 //
 //     TextReport [--no-speed] [FILE or FOLDER]...
 //
-// Each file becomes one row: how it is encoded, how long it is in bytes, characters and units of the other encoding,
-// what repertoire it needs, whether converting it gives the text that it should, and how fast the library takes it in.
-// Without arguments it reads the sample texts beside this source. A file that is no valid text gets a row with the
-// library's report and the place of the first bad unit, not counting a byte order mark; a file that cannot be read gets
-// a message, and the program then ends with 1.
+// Each file is one row: its encoding, its length in bytes, in characters and in units of the other encoding, its
+// charset, whether the conversion to the other encoding is correct, and the speed of validation. Without arguments the
+// program reads the sample texts beside this source. For a file that is not valid text the row contains the report of
+// the library and the position of the first invalid unit, without a byte order mark. For a file that cannot be read the
+// program prints a message and returns 1.
 #include "PlainUnicode.h"
 #include "TextFile.h"
 
@@ -37,13 +37,13 @@ const char* nameOf(Vorn::StringDataSubCharset charset) {
     }
 }
 
-// The text goes through the door as a caller's buffer: the string points into `units`, which outlives it.
+// Validates the text as a borrowed buffer: the string refers to `units`, which outlives it.
 template <class CharType>
 String makeString(const std::vector<CharType>& units) {
     return String(units.data(), static_cast<unsigned int>(units.size()), Vorn::STRING_DATA_EXTERNAL);
 }
 
-// Megabytes per second that the library validates.
+// The speed of validation in megabytes per second.
 template <class CharType>
 double measureSpeed(const std::vector<CharType>& units) {
     using Clock = std::chrono::steady_clock;
@@ -60,7 +60,7 @@ double measureSpeed(const std::vector<CharType>& units) {
     return bytes / elapsed.count() / 1e6;
 }
 
-// What the library gives in the other encoding, against what it should give.
+// Compares the conversion of the library to the other encoding with the expected text.
 template <class Other, class CharType>
 std::string compareConversion(const StringData& data, const std::vector<CharType>& units, unsigned int length) {
     const std::vector<Other> expected = convert(units, length);
@@ -84,7 +84,7 @@ struct Row {
     const char* encoding = "";
     std::size_t bytes = 0;
     bool valid = false;
-    std::string report; // of a text that is not valid
+    std::string report; // for a text that is not valid
     unsigned int characters = 0;
     const char* charset = "";
     bool nulls = false;
@@ -156,7 +156,7 @@ void print(const std::vector<Row>& rows) {
     std::fflush(stdout);
 }
 
-// The files that an argument names: itself, or all files of a folder and its folders in the order of their names.
+// The files of an argument: the file itself, or all files of a folder and its subfolders, sorted by name.
 std::vector<std::filesystem::path> filesOf(const std::filesystem::path& path) {
     if (!std::filesystem::is_directory(path)) return {path};
     std::vector<std::filesystem::path> files;

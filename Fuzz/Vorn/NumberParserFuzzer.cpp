@@ -1,5 +1,5 @@
-// All number parsers on one terminated text, compared with their plain references. The address sanitizer sees a read
-// behind the terminator.
+// Runs all number parsers on one terminated text and compares them with their references. The address sanitizer detects
+// reads beyond the terminator.
 #include "Vorn/ParseFloat.h"
 #include "Vorn/ParseInt.h"
 

@@ -1,4 +1,4 @@
-# Runs the commands of Commands.gdb over PROGRAM with PRINTERS and compares what gdb prints of the values.
+# Runs gdb on PROGRAM with PRINTERS and the commands of Commands.gdb, and compares the printed values.
 
 execute_process(
     COMMAND "${GDB}" -nx -batch -ex "source ${PRINTERS}" -x "${CMAKE_CURRENT_LIST_DIR}/Commands.gdb" "${PROGRAM}"

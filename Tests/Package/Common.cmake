@@ -1,10 +1,10 @@
-# What the scripts of this folder share. The prefix is moved after the installation, into a folder that bears the name
-# of the library, so that whatever remembers its old place, or takes its own for the repository, shows.
+# Functions for the scripts of this folder. The prefix is moved after the installation, into a folder with the name of
+# the library. This detects files that contain the old prefix, or that confuse the new one with the repository.
 
 set(INSTALL_PREFIX "${SCRATCH_DIR}/Installed")
 set(PREFIX "${SCRATCH_DIR}/Vorn/moved prefix")
 
-# run(command...): stops the test if the command fails, and prints what it printed.
+# run(command...): runs a command; if it fails, prints its output and stops the test.
 function(run)
     execute_process(COMMAND ${ARGV} RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE output)
     message(STATUS "${output}")
@@ -14,7 +14,7 @@ function(run)
     endif()
 endfunction()
 
-# make_outside_dir(variable): an empty folder far from this repository.
+# make_outside_dir(variable): creates an empty folder outside this repository.
 function(make_outside_dir variable)
     execute_process(COMMAND mktemp -d -t vorn-package-XXXXXX OUTPUT_VARIABLE dir OUTPUT_STRIP_TRAILING_WHITESPACE
         COMMAND_ERROR_IS_FATAL ANY)

@@ -1,4 +1,4 @@
-# The consumer finds the moved package with CMake and runs, as C++17 and as C++20.
+# Builds and runs the consumer with the moved CMake package, as C++17 and as C++20.
 include("${CMAKE_CURRENT_LIST_DIR}/Common.cmake")
 
 make_outside_dir(outside)

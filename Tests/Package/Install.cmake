@@ -1,4 +1,4 @@
-# Installs the build, looks at what arrived, and moves the prefix away.
+# Installs the build, checks the installed files, and moves the prefix.
 include("${CMAKE_CURRENT_LIST_DIR}/Common.cmake")
 
 file(REMOVE_RECURSE "${SCRATCH_DIR}")

@@ -1,4 +1,4 @@
-# The repository as a part of another project: it builds, and brings none of its own tests, examples and warnings.
+# Builds the repository as a part of another project: without its tests, examples and warnings.
 include("${CMAKE_CURRENT_LIST_DIR}/Common.cmake")
 
 make_outside_dir(outside)

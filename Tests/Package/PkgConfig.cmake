@@ -1,4 +1,4 @@
-# The consumer is compiled with what pkg-config says of the moved package and runs, as C++17 and as C++20.
+# Builds and runs the consumer with the flags of pkg-config for the moved package, as C++17 and as C++20.
 include("${CMAKE_CURRENT_LIST_DIR}/Common.cmake")
 
 set(ENV{PKG_CONFIG_PATH} "${PREFIX}/${LIB_DIR}/pkgconfig")
