@@ -119,14 +119,14 @@ BENCHMARK(parseFloats<parseFloatWithFromChars>)->Name("parse float/std::from_cha
 
 // Printers of integers ------------------------------------------------------------------------------------------------
 
-constexpr unsigned int ROOM = 16;
+constexpr unsigned int CAPACITY = 16;
 
 unsigned int printWithDec(unsigned int value, char* buffer) {
-    return Vorn::printDec(value, reinterpret_cast<unsigned char*>(buffer), ROOM);
+    return Vorn::printDec(value, reinterpret_cast<unsigned char*>(buffer), CAPACITY);
 }
 
 unsigned int printWithToChars(unsigned int value, char* buffer) {
-    return static_cast<unsigned int>(std::to_chars(buffer, buffer + ROOM, value).ptr - buffer);
+    return static_cast<unsigned int>(std::to_chars(buffer, buffer + CAPACITY, value).ptr - buffer);
 }
 
 // The text is copied to the caller's buffer, as by the other functions.
@@ -138,7 +138,7 @@ unsigned int printWithFmt(unsigned int value, char* buffer) {
 
 template <unsigned int (*print)(unsigned int, char*)>
 void printIntegers(benchmark::State& state) {
-    char buffer[ROOM];
+    char buffer[CAPACITY];
     const std::vector<unsigned int> numbers = numbersOf(static_cast<int>(state.range(0)));
     for (const unsigned int number : numbers) {
         if (std::string(buffer, print(number, buffer)) != std::to_string(number)) return stop(state);

@@ -1,4 +1,4 @@
-// What a printer does to its buffer and to what stands around it.
+// Expectations on printing functions and the memory around their buffers.
 #pragma once
 
 #include "Support/Units.h"
@@ -7,16 +7,16 @@
 
 #include <string>
 
-/// The outcome of printing into a buffer of `room` units. The units around it must stay as they were.
+/// The outcome of printing into a buffer of `capacity` units. The units around it must not change.
 template <class CharType>
 class Printed {
 public:
     template <class Callable>
-    Printed(unsigned int room, Callable&& run) {
+    Printed(unsigned int capacity, Callable&& run) {
         for (CharType& unit : m_units) unit = UNTOUCHED;
-        m_result = run(m_units + GUARD, room);
+        m_result = run(m_units + GUARD, capacity);
         for (unsigned int i = 0; i < GUARD; ++i) EXPECT_EQ(m_units[i], UNTOUCHED);
-        for (unsigned int i = GUARD + room; i < SIZE; ++i) EXPECT_EQ(m_units[i], UNTOUCHED);
+        for (unsigned int i = GUARD + capacity; i < SIZE; ++i) EXPECT_EQ(m_units[i], UNTOUCHED);
     }
 
     unsigned int result() const { return m_result; }
@@ -39,20 +39,20 @@ private:
     unsigned int m_result;
 };
 
-/// Expects `text` in a buffer that just fits and in larger ones, and nothing in smaller ones.
+/// Expects `text` in buffers of its size and larger ones, and no change of smaller ones.
 template <class CharType, class Callable>
 void expectPrinted(const std::basic_string<CharType>& text, Callable&& run) {
     const unsigned int size = static_cast<unsigned int>(text.size());
-    for (const unsigned int room : {size, size + 1, size + 20}) {
-        const Printed<CharType> printed(room, run);
+    for (const unsigned int capacity : {size, size + 1, size + 20}) {
+        const Printed<CharType> printed(capacity, run);
         EXPECT_EQ(printed.result(), size);
         EXPECT_TRUE(std::basic_string<CharType>(printed.units(), size) == text) << printed.text();
         EXPECT_EQ(printed.units()[size], Printed<CharType>::UNTOUCHED) << "no terminator is written";
     }
-    for (unsigned int room = 0; room < size; ++room) {
-        const Printed<CharType> printed(room, run);
+    for (unsigned int capacity = 0; capacity < size; ++capacity) {
+        const Printed<CharType> printed(capacity, run);
         EXPECT_EQ(printed.result(), size);
-        EXPECT_TRUE(printed.isUntouched()) << printed.text() << " in " << room;
+        EXPECT_TRUE(printed.isUntouched()) << printed.text() << " in " << capacity;
     }
 }
 

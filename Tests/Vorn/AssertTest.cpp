@@ -106,7 +106,7 @@ TEST(Assertions, FunctionTextIsQualifiedAndBare) {
     for (const auto& row : rows) EXPECT_EQ(row.report.function, row.function);
 }
 
-// Both compilers' ways of describing a function, whichever of them builds this test.
+// The descriptions of functions by both compilers, with either compiler.
 TEST(QualifiedName, ReadsTheDescriptionsOfBothCompilers) {
 #define EXPECT_NAME(description, name) EXPECT_STREQ(VornPrivate::qualifiedName(description).characters, name)
     EXPECT_NAME("int main()", "main");

@@ -116,7 +116,7 @@ TEST(ExceptionString, BlockIsFiveBytesLargerThanTheText) {
     EXPECT_EQ(lastAllocationSize(), 105u);
 }
 
-TEST(ExceptionString, CreatingGivesUpTheOldShare) {
+TEST(ExceptionString, CreatingReleasesTheOldBlock) {
     const ExceptionString first = dynamicText("old");
     ExceptionString second(first);
     std::memcpy(second.createString(3), "new", 3);
@@ -126,7 +126,7 @@ TEST(ExceptionString, CreatingGivesUpTheOldShare) {
     EXPECT_STREQ(second.getString(), "new");
 }
 
-TEST(ExceptionString, SetStaticStringGivesUpTheOldShare) {
+TEST(ExceptionString, SetStaticStringReleasesTheOldBlock) {
     const ExceptionString first = dynamicText("old");
     ExceptionString second(first);
     second.setStaticString("fixed", 5);
@@ -135,7 +135,7 @@ TEST(ExceptionString, SetStaticStringGivesUpTheOldShare) {
     EXPECT_EQ(textOf(second), "fixed");
 }
 
-TEST(ExceptionString, AssigningASharerKeepsBothValid) {
+TEST(ExceptionString, AssigningACopyKeepsBothValid) {
     ExceptionString first = dynamicText("shared");
     ExceptionString second(first);
     second = first;
@@ -244,7 +244,7 @@ TEST(ExceptionStringJoiner, JoinsPartsInOrderIntoOneBlock) {
     EXPECT_EQ(b.refCount(), 1);
 }
 
-TEST(ExceptionStringJoiner, HoldsSharesOfItsParts) {
+TEST(ExceptionStringJoiner, SharesTheBlocksOfItsParts) {
     const ExceptionString a = dynamicText("a");
     ExceptionStringJoiner joiner = a + a;
     EXPECT_EQ(a.refCount(), 3);

@@ -29,7 +29,7 @@ Exception<N> make(unsigned int line = 42) {
                         literal("what went wrong"));
 }
 
-// Collects what the log callback receives, for as long as it lives.
+// Collects the reports that the log callback receives during its lifetime.
 class LogCapture {
 public:
     LogCapture() {
@@ -44,7 +44,7 @@ public:
     }
 };
 
-// The protected face of the base, as other modules derive from it.
+// Gives access to the protected members of the base, as a derived class of another module has.
 struct Derived : AllExceptions {
     template <class... Arguments>
     explicit Derived(int code, const Arguments&... arguments) : AllExceptions(code, arguments...) {}
@@ -93,19 +93,19 @@ TEST(AllExceptions, EachConstructorTakesItsTextsAndLeavesTheOthersNull) {
     EXPECT_STREQ(reported.getLineString(), "L");
     EXPECT_STREQ(reported.what(), "R");
     EXPECT_EQ(reported.getLine(), 3u);
-    // Only the pointer tells whether there is a report.
+    // Only the pointer shows whether the report has been built.
     const Derived empty(9, literal("T"), literal("P"), literal("F"), literal("L"), 3u, literal("M"), literal(""));
     EXPECT_STREQ(empty.what(), "");
 }
 
-TEST(AllExceptions, PartsOfTheReportAreCutAtTheLengthsThatTheyAreGiven) {
+TEST(AllExceptions, PartsOfTheReportAreTruncatedAtTheirGivenLengths) {
     const Derived exception(1, ExceptionString("Type", 1), ExceptionString("Path", 2), ExceptionString("Function", 3),
                             literal("L"), 3u, ExceptionString("Message", 4));
     EXPECT_STREQ(exception.what(), "Pa:3: Fun: Exception: T:Mess");
 }
 
-// The report grows part by part, and each step sees the length of the last without the bits of the flags.
-TEST(AllExceptions, AReportThatReachesTheFlagsIsCutOnTheWay) {
+// The report is built part by part, and each step uses the previous length without the bits of the flags.
+TEST(AllExceptions, AReportThatReachesTheFlagsIsTruncated) {
     const std::string path(10000, 'p');
     const std::string function(10000, 'f');
     const Derived exception(1, literal("T"), ExceptionString(path, 0.0f), ExceptionString(function, 0.0f), literal("L"),
@@ -114,7 +114,7 @@ TEST(AllExceptions, AReportThatReachesTheFlagsIsCutOnTheWay) {
     EXPECT_EQ(std::string(exception.what()), begin + ": Exception: T:M");
 }
 
-// The line is that of texts which are joined one by one, also where lengths reach the flags.
+// The line equals a join of one text after the other, also where lengths reach the flags.
 TEST(AllExceptions, ReportsAreThoseOfTextsJoinedStepByStep) {
     const int sizes[] = {0, 1, 16000, 16380, 16383, 40000, 65536, 70001};
     const std::string texts(70001, 'x');
@@ -394,7 +394,7 @@ TEST(Exception, FormattedMessageFollowsThePrefix) {
     EXPECT_STREQ(bare.getMessage(), "");
 }
 
-TEST(Exception, FormattedTextIsCutAt4095BytesAndThePrefixIsNot) {
+TEST(Exception, FormattedTextIsTruncatedAt4095BytesAndThePrefixIsNot) {
     const struct {
         std::size_t formatted;
         std::size_t kept;
@@ -414,7 +414,7 @@ TEST(Exception, TextThatCannotBeFormattedCountsAsAFullBuffer) {
     const Exception<1> exception(literal("::Type"), literal("File"), literal("f"), literal("__LINE__"), 1,
                                  literal("prefix"), "ab%ls", unformattable);
     EXPECT_EQ(std::string(exception.getMessage()), "prefixab");
-    // What the formatter left unwritten is zero, and all of it is part of the message.
+    // Bytes that the formatter does not write are zero, and all of them are part of the message.
     EXPECT_EQ(std::string(exception.getMessage() + 8, 4093), std::string(4093, '\0'));
     const std::string start("File:1: f: Exception: ::Type:prefixab");
     EXPECT_EQ(std::string(exception.what(), start.size() + 1), start + '\0');

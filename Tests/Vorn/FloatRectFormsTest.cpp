@@ -1,4 +1,4 @@
-// Every form of the families that differ in their arguments alone, against the plain formula of its family.
+// Compares every form of the operations that differ only in their parameters with the formula of the operation.
 #include "Vorn/FloatRect.h"
 
 #include "Support/Floats.h"
@@ -218,7 +218,7 @@ const Form FORMS[] = {
     FORM("reflectedCopy(out, 1)", verticallyReflected, RECT, const FloatRect a(r); a.reflectedCopy(r, 1)),
 };
 
-// These check their divisor, so they get none that is zero or NaN.
+// These operations check their divisor, so no divisor is zero or NaN.
 const Form DIVIDING_FORMS[] = {
     FORM("/= rect", quotient, RECT, IN_PLACE(/=, b)),
     FORM("/= vector", quotient, VECTOR, IN_PLACE(/=, vectorOf(b))),

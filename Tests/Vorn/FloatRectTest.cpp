@@ -170,7 +170,7 @@ TEST(FloatRect, RelationsNeedAllFourSides) {
     EXPECT_TRUE(FloatRect(0, 0, 1, 1) <= FloatRect(0, 0, 1, 1));
 }
 
-// --- Arithmetic that does not stand in the table of forms ---
+// --- Arithmetic that is not in the table of forms ---
 
 TEST(FloatRect, IncrementsReturnTheNewOrTheOldValue) {
     FloatRect rect(1, 2, 3, 4);
@@ -396,7 +396,7 @@ TEST(FloatRect, RotationIsNoBoundingBox) {
     EXPECT_TRUE(same(FloatRect(0, 0, 4, 2) * quarterTurn, Four{-2, 0, 0, 4})); // as a bounding box would be
     Matrix3 eighthTurn;
     eighthTurn.makeTransform(Vorn::ComplexAngle(0.5f, 0.5f), Vector2::UNIT_SCALE, Vector2::ZERO);
-    // The half size takes m[3] for x and m[1] for y and sums before it takes the absolute value.
+    // The half size uses m[3] for x and m[1] for y, and is the absolute value of the sum.
     EXPECT_TRUE(same(FloatRect(-4, -2, 4, 2) * eighthTurn, Four{-3, -1, 3, 1}));
     EXPECT_TRUE(same(FloatRect(-1, -1, 1, 1) * Matrix3(1, 10, 0, 100, 1, 0, 0, 0, 1), Four{-101, -11, 101, 11}));
 }

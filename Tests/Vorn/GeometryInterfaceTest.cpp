@@ -1,4 +1,4 @@
-// A census of the geometry's interface at compile time, and of its constants before main.
+// Checks the interface of the geometry classes at compile time, and their constants before main.
 #include "Vorn/FloatRect.h"
 
 #include "Support/Floats.h"
@@ -17,8 +17,8 @@ using Vorn::XYPairBase;
 using Pair = Vorn::XYPair<float, float>;
 using Rect = Vorn::Rect<float, float>;
 
-// There is such an operation, with exactly this result, these parameters and these qualifiers. What is noexcept here
-// raises nothing.
+// Checks that an operation exists with exactly this result, these parameters and these qualifiers. An operation that is
+// noexcept throws nothing.
 #define HAS(type, operation) static_assert(std::is_same_v<decltype(static_cast<type>(operation)), type>)
 
 // XYPair
@@ -396,7 +396,7 @@ static_assert(isRectLike<Rect>() && isRectLike<FloatRect>());
 static_assert(std::is_default_constructible_v<Matrix3> && std::is_constructible_v<Matrix3, float> &&
               std::is_constructible_v<Matrix3, float, float, float, float, float, float, float, float, float>);
 
-// --- What needs neither check nor root nor bits of a float is ready for the compiler ---
+// --- Operations without a check, a root or the bits of a float are constexpr ---
 
 static_assert(Vector2(1.0f, 2.0f) + Vector2::UNIT_X * 3.0f == Vector2(4.0f, 2.0f));
 static_assert(Vector2(1.0f, -1.0f).reflect(Vector2::UNIT_Y) == Vector2::UNIT_SCALE);
@@ -419,7 +419,7 @@ constexpr FloatRect inflatedByTheCompiler() {
 }
 static_assert(inflatedByTheCompiler() == FloatRect(2.0f, -1.0f, 14.0f, 11.0f));
 
-// --- Constants are ready before any initialiser runs ---
+// --- Constants are initialised before any initialiser runs ---
 
 static_assert(std::is_same_v<decltype(Vector2::ZERO), const Vector2>);
 static_assert(std::is_same_v<decltype(ComplexAngle::IDENTITY), const ComplexAngle>);

@@ -112,7 +112,7 @@ Two timesColumn(const Nine& m, const Two& v) {
     return result;
 }
 
-// Of the second matrix, the first two elements serve as a vector and the first as a float where one is needed.
+// The first two elements of the second matrix are used as a vector, and the first one as a float.
 Vector2 vectorOf(const Matrix3& b) { return {b.m[0], b.m[1]}; }
 
 struct Form {

@@ -412,7 +412,7 @@ void expectAsReference(const Units& text, unsigned int length) {
     ASSERT_EQ(count, expected.count.value_or(UNTOUCHED)) << description;
 }
 
-// Number texts with something odd in most of them.
+// Number texts, most of them malformed.
 Units randomText(Random& random) {
     std::string text;
     const auto add = [&](std::string_view alphabet, unsigned int limit) {

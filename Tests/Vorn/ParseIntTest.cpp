@@ -22,7 +22,7 @@ constexpr unsigned int UNKNOWN = 0xFFFFFFFF;
 constexpr unsigned int UNTOUCHED = 0xDEADBEEF;
 constexpr const char* FILE_TEXT = "Source/Vorn/ParseInt";
 
-// The type as reports spell it.
+// The type as it is spelled in reports.
 template <class T>
 std::string typeName() {
     if (std::is_same_v<T, char>) return "char";
@@ -39,7 +39,7 @@ std::string typeName() {
 template <class CharType>
 using Reader = Reference::ParsedInteger (Reference::IntegerParser<CharType>::*)(unsigned int) const;
 
-// One parser of buffers: what it reads and gives, with all types taken off.
+// One parser of buffers, with its types erased.
 struct Member {
     std::string family;
     std::string type;
@@ -101,7 +101,7 @@ void addAll(std::vector<Member>& members) {
     addUnsigned<CharType, unsigned long long>(members);
 }
 
-// Every parser of buffers that the library holds.
+// Every parser of buffers in the library.
 const std::vector<Member>& allMembers() {
     static const std::vector<Member> members = [] {
         std::vector<Member> all;
@@ -121,7 +121,7 @@ struct Row {
     unsigned int count;
 };
 
-// Runs the rows through both members of a family and a type.
+// Runs the rows through the signed and the unsigned parser of a type.
 void expectRows(const std::string& family, const std::string& type, const std::vector<Row>& rows) {
     int members = 0;
     for (const Member& member : allMembers()) {
@@ -153,7 +153,7 @@ TEST(ParseInteger, ParseIntTakesSignsAndChoosesTheRadix) {
                    {"0xaBcDeF", WHOLE, 0xABCDEF, 8},
                    {"1F", WHOLE, 1, 1},
                    {"0X1F", WHOLE, 0, 1}, // only a lower-case x makes a prefix
-                   {"0x", WHOLE, 0, 1},   // the prefix needs a unit behind it
+                   {"0x", WHOLE, 0, 1},   // the prefix requires a unit after it
                    {"0x1", 2, 0, 1},      // within the length
                    {"0x1", 3, 1, 3},
                    {"0x", UNKNOWN, 0, 0},
@@ -365,7 +365,7 @@ void expectAsReference(const Member& member, const Units& text, unsigned int len
     ASSERT_EQ(member.parse(text, nullptr, length), value);
 }
 
-// Texts of the characters that matter to a parser, with some others in between.
+// Texts of characters that are relevant to a parser, with some others in between.
 Units randomText(Random& random) {
     static const std::string_view alphabets[] = {"0123456789", "0123456789abcdefABCDEF",    " \t\n\v\f\r", "0x",
                                                  "+-",         "gGXz./:@`!\x1F\x08\x0E\xB0"};
@@ -406,7 +406,7 @@ TEST(ParseInteger, EveryCodeIsClassified) {
     }
 }
 
-// The function that the reports of a member's checks name.
+// The function name in the reports of a parser.
 std::string checkedFunction(const Member& member) {
     const std::string unit = member.isWide ? "wchar_t" : "unsigned char";
     const std::string getFirst = "<" + unit + ">(" + unit + " const *,unsigned int &,unsigned int)";
@@ -449,13 +449,13 @@ TEST(ParseInteger, DecoratedNamesAreSpelledInFull) {
                     "__cdecl VornPrivate::getDecimal(unsigned int)>::parse");
 }
 
-// One parser of strings, with its type taken off.
+// One parser of strings, with its type erased.
 struct StringMember {
     std::string family;
     std::string type;
     long long (*parse)(const Vorn::String& text);
 
-    // The name that reports give to the string form.
+    // The function name in the reports of the string form.
     std::string function() const {
         const auto inlineParser = [&](const std::string& unit) {
             return "&" + type + " __cdecl VornPrivate::" + family + "Inline<" + type + "," + unit + ">(" + unit +

@@ -33,7 +33,7 @@ constexpr T NOT_A_NUMBER = std::numeric_limits<T>::quiet_NaN();
 
 // Hexadecimal text ----------------------------------------------------------------------------------------------------
 
-// The text of a value as it should be, from its stored bits, and the size of its exponent without the "p".
+// The expected text of a value, from its bits, and the size of its exponent without the "p".
 struct HexText {
     explicit HexText(float value) : HexText(static_cast<double>(value), std::isnan(value)) {}
 
@@ -73,7 +73,7 @@ struct HexText {
         exponentSize = digits.size();
     }
 
-    // Of the exponent only as many bytes arrive as it has units.
+    // Only as many bytes of the exponent are written as it has units.
     std::u16string wide() const {
         std::u16string units(text.begin(), text.end());
         const std::size_t exponentStart = units.size() - exponentSize;
@@ -90,24 +90,26 @@ void expectHex(T value) {
     const HexText expected(value);
     SCOPED_TRACE(expected.text);
     const unsigned int size = static_cast<unsigned int>(expected.text.size());
-    const auto printBytes = [&](unsigned char* buffer, unsigned int room) {
-        return Vorn::printHex(value, buffer, room);
+    const auto printBytes = [&](unsigned char* buffer, unsigned int capacity) {
+        return Vorn::printHex(value, buffer, capacity);
     };
-    const auto printUnits = [&](UTF16Char* buffer, unsigned int room) { return Vorn::printHex(value, buffer, room); };
+    const auto printUnits = [&](UTF16Char* buffer, unsigned int capacity) {
+        return Vorn::printHex(value, buffer, capacity);
+    };
     EXPECT_EQ(Vorn::measureHex(value), size);
     EXPECT_EQ(Vorn::printHex(value, static_cast<unsigned char*>(nullptr), 99), size);
     EXPECT_EQ(Vorn::printHex(value, static_cast<UTF16Char*>(nullptr), 0), size);
 
     if (size >= (sizeof(T) == 4 ? 16 : 24)) {
-        for (const unsigned int room : {0u, 40u}) {
-            const Printed<unsigned char> printed(room, [&](unsigned char* buffer, unsigned int) {
-                expectRaises<2>([&] { printBytes(buffer, room); }, "count < bufferSize : unexpected large exponent",
+        for (const unsigned int capacity : {0u, 40u}) {
+            const Printed<unsigned char> printed(capacity, [&](unsigned char* buffer, unsigned int) {
+                expectRaises<2>([&] { printBytes(buffer, capacity); }, "count < bufferSize : unexpected large exponent",
                                 "VornPrivate::printHexFloat", "Source/Vorn/PrintFloat");
                 return 0u;
             });
             EXPECT_TRUE(printed.isUntouched());
             UTF16Char units[40];
-            expectRaises<2>([&] { printUnits(units, room); }, "count < bufferSize : unexpected large exponent",
+            expectRaises<2>([&] { printUnits(units, capacity); }, "count < bufferSize : unexpected large exponent",
                             "VornPrivate::printHexFloat", "Source/Vorn/PrintFloat");
         }
         return;
@@ -143,7 +145,7 @@ TEST(PrintHexFloat, Texts) {
     EXPECT_EQ(hexOf(-NOT_A_NUMBER<float>), "NAN");
 }
 
-TEST(PrintHexFloat, SpecialValuesInEveryRoom) {
+TEST(PrintHexFloat, SpecialValuesInBuffersOfEverySize) {
     for (const float value : {0.0f, INFINITE<float>, NOT_A_NUMBER<float>, 1.0f}) {
         expectHex(value);
         expectHex(-value);
@@ -250,7 +252,7 @@ TEST(PrintHexFloat, ParsingGivesThePrintedFloatBack) {
 
 // Decimal text --------------------------------------------------------------------------------------------------------
 
-// What a stream of the standard library makes of a value.
+// The text of a value from a stream of the standard library.
 template <class T>
 std::string streamed(T value, unsigned int precision, std::ios_base::fmtflags flags, const std::locale& locale) {
     std::ostringstream stream;
@@ -267,11 +269,11 @@ constexpr std::ios_base::fmtflags SCIENTIFIC = std::ios_base::scientific;
 template <class T>
 void expectDec(T value, unsigned int precision, FloatExponent exponent, const std::string& text) {
     SCOPED_TRACE(text);
-    expectPrinted(widened<unsigned char>(text), [&](unsigned char* buffer, unsigned int room) {
-        return Vorn::printDec(value, buffer, room, precision, exponent);
+    expectPrinted(widened<unsigned char>(text), [&](unsigned char* buffer, unsigned int capacity) {
+        return Vorn::printDec(value, buffer, capacity, precision, exponent);
     });
-    expectPrinted(widened<UTF16Char>(text), [&](UTF16Char* buffer, unsigned int room) {
-        return Vorn::printDec(value, buffer, room, precision, exponent);
+    expectPrinted(widened<UTF16Char>(text), [&](UTF16Char* buffer, unsigned int capacity) {
+        return Vorn::printDec(value, buffer, capacity, precision, exponent);
     });
     EXPECT_EQ(Vorn::measureDec(value, precision, exponent), text.size());
     EXPECT_EQ(Vorn::printDec(value, static_cast<unsigned char*>(nullptr), 0, precision, exponent), text.size());
@@ -305,7 +307,7 @@ TEST(PrintDecFloat, TextsAreThoseOfAStream) {
     }
 }
 
-// The automatic layout counts the shorter text and writes the one with both flags.
+// The automatic layout returns the size of the shorter text and writes the text with both flags.
 template <class T, class CharType>
 void expectAuto(T value, unsigned int precision, FloatExponent exponent) {
     const std::locale& classic = std::locale::classic();
@@ -314,10 +316,10 @@ void expectAuto(T value, unsigned int precision, FloatExponent exponent) {
     const unsigned int count = static_cast<unsigned int>(std::min(first.size(), second.size()));
     SCOPED_TRACE(first + " or " + second);
     CharType buffer[64];
-    for (unsigned int room = count - 1; room <= count + 1; ++room) {
+    for (unsigned int capacity = count - 1; capacity <= count + 1; ++capacity) {
         for (CharType& unit : buffer) unit = Printed<CharType>::UNTOUCHED;
-        EXPECT_EQ(Vorn::printDec(value, buffer, room, precision, exponent), count);
-        if (room < count) {
+        EXPECT_EQ(Vorn::printDec(value, buffer, capacity, precision, exponent), count);
+        if (capacity < count) {
             EXPECT_EQ(buffer[0], Printed<CharType>::UNTOUCHED);
         } else {
             EXPECT_EQ(narrow(buffer, second.size()), second); // over the end if that is the longer one
@@ -350,7 +352,7 @@ TEST(PrintDecFloat, AutomaticLayoutCountsTheShorterTextAndWritesTheLast) {
     EXPECT_TRUE(firstWon && secondWon) << "the values must show both outcomes";
 }
 
-// What the C library makes of a value: a printer of its own, which takes any precision below 2^31.
+// The text of a value from the C library, which supports any precision below 2^31.
 std::string formatted(double value, unsigned int precision, FloatExponent exponent) {
     const char* const format = exponent == FLOAT_EXPONENT_NONE ? "%.*f" : "%.*e";
     std::string text(precision + 400, '?');
@@ -359,7 +361,7 @@ std::string formatted(double value, unsigned int precision, FloatExponent expone
     return text;
 }
 
-// The text in a buffer that just fits, which lies on the heap and has nothing behind it.
+// The text in a heap buffer of exactly its size.
 template <class CharType, class T>
 std::string printedExactly(T value, unsigned int precision, FloatExponent exponent, std::size_t size) {
     std::vector<CharType> units(size, Printed<CharType>::UNTOUCHED);
@@ -388,7 +390,7 @@ void expectLongDec(T value, unsigned int precision) {
     }
 }
 
-// Values with the most digits in front of the point and behind it, with few and with none.
+// Values with the most digits before and after the point, with few and with none.
 constexpr double LONGEST[] = {0.0,
                               -0.0,
                               1.5,
@@ -459,7 +461,7 @@ TEST(PrintDecFloat, TheLargestPrecisionsAreCountedOnly) {
     EXPECT_EQ(Vorn::measureDec(0.5f, 2147483647u, FLOAT_EXPONENT_ALWAYS), 2147483653u);
 }
 
-// For a stream these are negative.
+// A stream reads these as negative.
 TEST(PrintDecFloat, PrecisionsFromTwoToThe31stOnPrintSixDigits) {
     for (const unsigned int precision : {2147483648u, 2147483649u, 4294967295u}) {
         expectDec(1.5, precision, FLOAT_EXPONENT_NONE, "1.500000");
@@ -477,7 +479,7 @@ protected:
     StreamChar do_thousands_sep() const override { return '\''; }
 };
 
-// Installs a global locale for as long as it lives.
+// Installs a global locale during its lifetime.
 class GlobalLocale {
 public:
     explicit GlobalLocale(const std::locale& locale) : m_former(std::locale::global(locale)) {}

@@ -23,14 +23,15 @@ constexpr int INT_LOWEST = std::numeric_limits<int>::min();
 template <class Value>
 void expectDec(Value value) {
     const std::string text = std::to_string(value);
-    expectPrinted(widened<unsigned char>(text),
-                  [&](unsigned char* buffer, unsigned int room) { return Vorn::printDec(value, buffer, room); });
+    expectPrinted(widened<unsigned char>(text), [&](unsigned char* buffer, unsigned int capacity) {
+        return Vorn::printDec(value, buffer, capacity);
+    });
 
     // 16-bit units: as many bytes as the text has units.
     const unsigned int size = static_cast<unsigned int>(text.size());
-    const auto run = [&](UTF16Char* buffer, unsigned int room) { return Vorn::printDec(value, buffer, room); };
-    for (const unsigned int room : {size, 20u}) {
-        const Printed<UTF16Char> printed(room, run);
+    const auto run = [&](UTF16Char* buffer, unsigned int capacity) { return Vorn::printDec(value, buffer, capacity); };
+    for (const unsigned int capacity : {size, 20u}) {
+        const Printed<UTF16Char> printed(capacity, run);
         EXPECT_EQ(printed.result(), size);
         for (unsigned int i = 0; i < size; ++i) {
             unsigned int expected = Printed<UTF16Char>::UNTOUCHED;
@@ -42,7 +43,8 @@ void expectDec(Value value) {
             EXPECT_EQ(printed.units()[i], expected) << text << ", unit " << i;
         }
     }
-    for (unsigned int room = 0; room < size; ++room) EXPECT_TRUE(Printed<UTF16Char>(room, run).isUntouched());
+    for (unsigned int capacity = 0; capacity < size; ++capacity)
+        EXPECT_TRUE(Printed<UTF16Char>(capacity, run).isUntouched());
 }
 
 std::string hexText(unsigned int magnitude) {
@@ -58,17 +60,18 @@ unsigned int magnitudeOf(int value) {
 template <class Value>
 void expectHex(Value value, HexWithPrefix prefix, const std::string& text) {
     SCOPED_TRACE(text);
-    expectPrinted(widened<unsigned char>(text), [&](unsigned char* buffer, unsigned int room) {
-        return Vorn::printHex(value, prefix, buffer, room);
+    expectPrinted(widened<unsigned char>(text), [&](unsigned char* buffer, unsigned int capacity) {
+        return Vorn::printHex(value, prefix, buffer, capacity);
     });
-    expectPrinted(widened<UTF16Char>(text),
-                  [&](UTF16Char* buffer, unsigned int room) { return Vorn::printHex(value, prefix, buffer, room); });
+    expectPrinted(widened<UTF16Char>(text), [&](UTF16Char* buffer, unsigned int capacity) {
+        return Vorn::printHex(value, prefix, buffer, capacity);
+    });
     EXPECT_EQ(Vorn::measureHex(value, prefix), text.size());
     EXPECT_EQ(Vorn::printHex(value, prefix, static_cast<unsigned char*>(nullptr), 99), text.size());
     EXPECT_EQ(Vorn::printHex(value, prefix, static_cast<UTF16Char*>(nullptr), 0), text.size());
 }
 
-// The powers of two and of ten, the thresholds of measureDec, and what stands next to each.
+// The powers of two and of ten, the thresholds of measureDec, and their neighbours.
 std::vector<unsigned int> notableValues() {
     std::vector<unsigned int> values = {100004, 1000046, 10000463, 100718957, 1410065408, 12345, 1234567890};
     for (int bit = 0; bit < 32; ++bit) values.push_back(1u << bit);
@@ -112,7 +115,7 @@ TEST(PrintDec, WideTextsArriveHalf) {
     for (int i = 0; i < 5; ++i) EXPECT_EQ(buffer[i], expected[i]) << i;
 }
 
-// The true number of digits.
+// The exact number of digits.
 unsigned int digitsOf(unsigned int value) { return static_cast<unsigned int>(std::to_string(value).size()); }
 
 bool isMeasuredShort(unsigned int value) {
@@ -154,7 +157,7 @@ TEST(MeasureDec, BufferOfTheMeasuredSizeMayStayEmpty) {
     EXPECT_EQ(Vorn::measureDec(-100000), 6u);
     EXPECT_EQ(Vorn::measureDec(1000000000), 9u);
     const Printed<unsigned char> printed(
-        9, [](unsigned char* buffer, unsigned int room) { return Vorn::printDec(1000000000, buffer, room); });
+        9, [](unsigned char* buffer, unsigned int capacity) { return Vorn::printDec(1000000000, buffer, capacity); });
     EXPECT_EQ(printed.result(), 10u);
     EXPECT_TRUE(printed.isUntouched());
 }

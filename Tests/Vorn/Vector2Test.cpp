@@ -47,7 +47,7 @@ TEST(Vector2, ConstantsHaveTheirValues) {
     EXPECT_TRUE(same(Vorn::VORN_ZERO, 0.0f));
 }
 
-// --- The plain reference: each formula once more, in double and rounded where it is told ---
+// --- The reference: each formula in double, rounded where specified ---
 
 float inverseLengthOf(float s) {
     const unsigned int bits = (0xBE6EB50Cu - std::bit_cast<unsigned int>(s)) / 2;
@@ -95,7 +95,7 @@ struct Form {
     Two (*expected)(const Two& v, const Two& other);
 };
 
-// What takes another vector, or its x as a float.
+// Operations with another vector as parameter, or with its x as a float.
 const Form FORMS[] = {
     {"+=",
      [](const Vector2& v, const Vector2& o) {

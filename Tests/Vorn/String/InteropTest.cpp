@@ -148,14 +148,14 @@ TEST(Interop, HashAgreesWithEqualityInAllForms) {
     EXPECT_EQ(std::hash<String>()(String()), std::hash<String>()(String()));
 }
 
-TEST(Interop, HashReadsTheBufferThatTellsTheText) {
-    // The UTF-8 that is built for this one is garbled at its end.
+TEST(Interop, HashReadsTheBufferThatDecidesEquality) {
+    // The conversion of this text to UTF-8 is corrupt at its end.
     const UTF16Text null = utf16Of({'a', 0});
     const String garbled = over(null);
     garbled.getCString();
     ASSERT_EQ(garbled, over(null));
     EXPECT_EQ(hashOf(garbled), hashOf(over(null)));
-    // The UTF-16 that is built for this one holds second surrogates only.
+    // The conversion of this text to UTF-16 contains second surrogates only.
     const std::string pair = utf8Of({'a', 0x1F600});
     const String halved = over(pair);
     halved.getData()->getTerminatedBuffer<UTF16Char>();
@@ -163,7 +163,7 @@ TEST(Interop, HashReadsTheBufferThatTellsTheText) {
     EXPECT_EQ(hashOf(halved), hashOf(over(pair)));
 }
 
-TEST(Interop, HashTellsTextsApart) {
+TEST(Interop, HashDistinguishesTexts) {
     std::unordered_set<std::size_t> hashes;
     std::unordered_set<String> strings;
     std::vector<std::string> texts;

@@ -179,7 +179,7 @@ TEST(UTF16, SurrogatePairRefusesOtherCodesInOrder) {
     }
 }
 
-// The pair of a code below 0x100000 + 0x10000, and what is left of any other one.
+// The pair of a code below 0x100000 + 0x10000, and the remaining bits of any other code.
 unsigned int uncheckedPair(unsigned int c) { return 0xD800DC00 + (c - 0x10000) / 0x400 % 0x400 * 0x10000 + c % 0x400; }
 
 TEST(UTF16, UTF16OfEveryCode) {
@@ -311,13 +311,13 @@ TEST(UTF16, ReaderTakesOneCharacterAndMovesAlsoOnFailure) {
         for (const unsigned char b2 : seconds) {
             for (const unsigned char b3 : others) {
                 for (const unsigned char b4 : others) {
-                    // What stands behind a byte that leads nothing takes no part: one such row is enough.
+                    // The bytes after a byte that is no lead are not read: one such row is enough.
                     if ((b1 < 0xC0 || b1 > 0xF4) && b2 + b3 + b4 != 0) continue;
                     // Three bytes more, because a sequence of four bytes is read past the end.
                     const unsigned char bytes[] = {static_cast<unsigned char>(b1), b2, b3, b4, 0x80, 0x81, 0x82};
                     for (unsigned int length = 0; length <= 4; ++length) {
                         for (unsigned int start = 0; start <= length + 1; ++start) {
-                            // Starts behind the first byte depend on fewer bytes: a part of the rows is enough.
+                            // Later start indices depend on fewer bytes: a part of the rows is enough.
                             if (start > 0 && b1 != 0x41) break;
                             unsigned int i = start;
                             unsigned int expectedIndex = start;

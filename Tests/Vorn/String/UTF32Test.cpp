@@ -197,7 +197,7 @@ Outcome codeForUTF8(unsigned int seq) {
 }
 
 TEST(UTF32, CodeOfPackedWords) {
-    // Most words have no pattern: a part of them shows that they are refused, and the rest would cost seconds.
+    // Most words have no pattern: a part of them is tested, since all of them would take seconds.
     std::vector<unsigned int> words;
     unsigned int refused = 0;
     for (const unsigned int word : reference::packedWords()) {
@@ -263,14 +263,14 @@ TEST(UTF32, ByteReaderTakesOneCharacterAndMovesAlsoOnFailure) {
         for (const unsigned char b2 : seconds) {
             for (const unsigned char b3 : others) {
                 for (const unsigned char b4 : others) {
-                    // What stands behind a byte that leads nothing takes no part: one such row is enough.
+                    // The bytes after a byte that is no lead are not read: one such row is enough.
                     if ((b1 < 0xC0 || b1 > 0xF4) && b2 + b3 + b4 != 0) continue;
                     const std::vector<unsigned char> bytes{static_cast<unsigned char>(b1), b2, b3, b4};
                     for (unsigned int length = 0; length <= 4; ++length) {
                         const ExactBuffer<unsigned char> block(
                             std::vector<unsigned char>(bytes.begin(), bytes.begin() + length));
                         for (unsigned int start = 0; start <= length + 1; ++start) {
-                            // Starts behind the first byte depend on fewer bytes: a part of the rows is enough.
+                            // Later start indices depend on fewer bytes: a part of the rows is enough.
                             if (start > 0 && b1 != 0x41) break;
                             unsigned int i = start;
                             unsigned int expectedIndex = start;
@@ -320,7 +320,7 @@ TEST(UTF32, WideReaderTakesOneCharacterAndMovesAlsoOnFailure) {
     for (const unsigned int c : reference::allUnits) {
         const auto unit = static_cast<UTF16Char>(c);
         for (const UTF16Char other : others) {
-            // Only a first surrogate looks at the unit behind it, and there all are alike.
+            // The next unit is read only after a first surrogate, in the same way for all of them.
             if (other != 0x41 && !(reference::isFirstSurrogate(c) && c % 0x40 == 0)) continue;
             for (unsigned int length = 0; length <= 2; ++length) {
                 const UTF16Char units[] = {unit, other};

@@ -139,7 +139,7 @@ TEST(UTF8, SequenceForUCS2RefusesSurrogatesPlainly) {
         reference::allUnits, [](unsigned int c) { return UTF8::getUTF8ForUCS2(static_cast<UTF16Char>(c)); }, expected);
 }
 
-// Bits 8 and 9 of the first surrogate are lost, and what its low byte adds runs over the second byte.
+// Bits 8 and 9 of the first surrogate are lost, and bits 6 and 7 are added to the second byte.
 unsigned int sequenceOfPair(unsigned int first, unsigned int second) {
     return 0xF0908080 + first % 0x100 / 4 * 0x10000 + first % 4 * 0x1000 + second % 0x400 / 0x40 * 0x100 +
            second % 0x40;
