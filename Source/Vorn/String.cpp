@@ -42,10 +42,11 @@ String::String(const std::string& text) : m_data(nullptr) {
     if (text.empty()) {
         m_data = s_emptyString.m_data;
     } else {
-        const unsigned int length = static_cast<unsigned int>(text.size()) + 1;
+        if (text.size() > VornPrivate::MAX_TEXT_LENGTH) VORN_THROW(4, "length : text too long!");
         std::unique_ptr<unsigned char[]> block(new unsigned char[text.size() + 1]);
         std::memcpy(block.get(), text.c_str(), text.size() + 1);
-        m_data = new StringData(block.get(), length, STRING_DATA_EXTERNAL);
+        const std::uint64_t length = std::uint64_t(text.size()) + 1;
+        m_data = new StringData(block.get(), length, STRING_DATA_EXTERNAL, StringData::CountedLength());
         block.release(); // the record does not own it, and callers rely on the text outliving every record
     }
     addShare();
@@ -75,9 +76,10 @@ void String::append(const StringData& other) {
     const unsigned int otherLength = sizeof(CharType) == 1 ? other.getUTF8Length() : other.getUTF16Length();
     VORN_INTERNAL_ASSERT(otherLength, "expected non-zero length!", ADD);
 
-    const std::size_t joinedLength = std::size_t(length) + otherLength;
+    if (otherLength > VornPrivate::MAX_TEXT_LENGTH - length) VORN_THROW(4, "length : text too long!", ADD);
+    const unsigned int joinedLength = length + otherLength;
     const unsigned int overrun = sizeof(CharType) == 1 ? overrunOfUTF8(other) : 0;
-    std::unique_ptr<CharType[]> block(new CharType[joinedLength + 1 + overrun]);
+    std::unique_ptr<CharType[]> block = allocateText<CharType>(std::uint64_t(joinedLength) + overrun);
     // The length as a number of bytes: half of a UTF-16 text. Callers have come to know the result.
     std::memcpy(block.get(), m_data->getPrivateBuffer<CharType>(), length);
     if constexpr (sizeof(CharType) == 1)
@@ -94,8 +96,8 @@ void String::append(const StringData& other) {
     const bool wasLast = m_data->getRefCount() == 1 && !m_data->isStaticConstString();
     m_data->decRefCount();
     if (wasLast) m_data = nullptr;
-    m_data = new (record.get())
-        StringData(block.release(), static_cast<unsigned int>(joinedLength) + 1, STRING_DATA_DYNAMIC);
+    m_data = new (record.get()) StringData(block.release(), std::uint64_t(joinedLength) + 1, STRING_DATA_DYNAMIC,
+                                           StringData::CountedLength());
     record.release(); // a record frees itself
     addShare();
 }

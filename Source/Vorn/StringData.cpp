@@ -15,21 +15,35 @@ constexpr UTF16Char EMPTY_UTF16[] = {0};
 
 constinit StringData StringData::s_emptyString(EMPTY_UTF8, EMPTY_UTF16, 0, 0);
 
+namespace {
+
+constexpr std::uint64_t UNKNOWN_LENGTH = UINT64_MAX;
+
+// A length as the public constructors take it.
+std::uint64_t lengthOf(unsigned int length) { return length == 0xFFFFFFFF ? UNKNOWN_LENGTH : length; }
+
+} // namespace
+
 StringData::StringData(const unsigned char* buffer, unsigned int length, StringAllocationType type)
+    : StringData(buffer, lengthOf(length), type, CountedLength()) {}
+
+StringData::StringData(const UTF16Char* buffer, unsigned int length, StringAllocationType type)
+    : StringData(buffer, lengthOf(length), type, CountedLength()) {}
+
+StringData::StringData(const unsigned char* buffer, std::uint64_t length, StringAllocationType type, CountedLength)
     : m_utf8Info(), m_utf16Info(), m_UTF8Buffer(nullptr), m_UTF16Buffer(nullptr), m_refCount(0),
       m_charset(STRING_DATA_ASCII), m_embeddedNulls(0), m_staticConstString(0) {
     initialise(buffer, length, type);
 }
 
-StringData::StringData(const UTF16Char* buffer, unsigned int length, StringAllocationType type)
+StringData::StringData(const UTF16Char* buffer, std::uint64_t length, StringAllocationType type, CountedLength)
     : m_utf8Info(), m_utf16Info(), m_UTF8Buffer(nullptr), m_UTF16Buffer(nullptr), m_refCount(0),
       m_charset(STRING_DATA_ASCII), m_embeddedNulls(0), m_staticConstString(0) {
     initialise(buffer, length, type);
 }
 
 template <class CharType>
-void StringData::initialise(const CharType* buffer, unsigned int length, StringAllocationType type) {
-    constexpr unsigned int UNKNOWN_LENGTH = 0xFFFFFFFF;
+void StringData::initialise(const CharType* buffer, std::uint64_t length, StringAllocationType type) {
     if (!buffer) VORN_THROW(4, "buffer must not be null!!!!");
 
     bool terminated = length == UNKNOWN_LENGTH;
@@ -41,7 +55,9 @@ void StringData::initialise(const CharType* buffer, unsigned int length, StringA
             --length;
             terminated = true;
         }
-        const unsigned int verdict = stringDataScanBuffer(buffer, length);
+        unsigned int units = static_cast<unsigned int>(length); // 0xFFFFFFFF for an unknown length
+        const unsigned int verdict = stringDataScanBuffer(buffer, units);
+        length = units;
         switch (const auto charset = static_cast<StringDataSubCharset>(verdict & 3)) {
         case STRING_DATA_ASCII:
         case STRING_DATA_UCS2:
@@ -52,7 +68,7 @@ void StringData::initialise(const CharType* buffer, unsigned int length, StringA
     }
 
     StringDataBufferInfo& info = infoOf<CharType>();
-    info.m_length = length;
+    info.m_length = static_cast<unsigned int>(length);
     info.m_allocationType = type;
     info.m_nullTerminated = terminated;
     bufferOf<CharType>() = buffer;
@@ -75,7 +91,7 @@ void StringData::destroyBuffers() {
 
 void StringData::destroy() { delete this; }
 
-void StringData::rebuild(const unsigned char* buffer, unsigned int length) {
+void StringData::rebuild(const unsigned char* buffer, std::uint64_t length) {
     destroyBuffers();
     m_UTF8Buffer = nullptr;
     m_UTF16Buffer = nullptr;

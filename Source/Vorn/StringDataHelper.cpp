@@ -15,6 +15,7 @@ namespace {
 using namespace VornPrivate;
 
 constexpr unsigned int UNKNOWN_LENGTH = 0xFFFFFFFF;
+constexpr char SCAN[] = "stringDataBufferScan";
 
 unsigned int verdictOf(bool hasNull, bool twoByteClass, bool fullClass) {
     const unsigned int charset = fullClass ? STRING_DATA_UNICODE : twoByteClass ? STRING_DATA_UCS2 : STRING_DATA_ASCII;
@@ -24,7 +25,13 @@ unsigned int verdictOf(bool hasNull, bool twoByteClass, bool fullClass) {
 // Proves a UTF-8 text. A terminator is no trail byte, so in a text of unknown length the tests of trails tell its end.
 template <bool Terminated>
 unsigned int stringDataBufferScan(const unsigned char* buffer, unsigned int& length) {
-    const auto hasTrailAt = [&](unsigned int i) { return (Terminated || i < length) && isTrail(buffer[i]); };
+    // Asked for the bytes behind a lead in turn, so that no index wraps around.
+    const auto hasTrailAt = [&](unsigned int i) {
+        if (!Terminated) return i < length && isTrail(buffer[i]);
+        if (!isTrail(buffer[i])) return false;
+        if (i == MAX_TEXT_LENGTH) VORN_THROW(4, "length : text too long!", SCAN);
+        return true;
+    };
     RunCounts run;
     bool hasNull = false;
     bool fullClass = false;
@@ -33,6 +40,7 @@ unsigned int stringDataBufferScan(const unsigned char* buffer, unsigned int& len
     for (;;) {
         i = skipOrdinary<true, Terminated>(buffer, i, length, run);
         if (Terminated ? buffer[i] == 0 : i == length) break;
+        if (Terminated && i == MAX_TEXT_LENGTH) VORN_THROW(4, "length : text too long!");
 
         switch (UTF32::getUTF32Char(buffer[i])) {
         case 0xFDD0: VORN_THROW(7, "Unmatched trail UTF-8 byte detected!");
@@ -79,6 +87,7 @@ unsigned int stringDataBufferScan(const UTF16Char* buffer, unsigned int& length)
     for (;;) {
         i = skipOrdinary<true, Terminated>(buffer, i, length, run);
         if (endedAt(i)) break;
+        if (Terminated && i == MAX_TEXT_LENGTH) VORN_THROW(4, "length : text too long!");
 
         const UTF16Char unit = buffer[i++];
         switch (UTF32::getUTF32Char(unit)) {
@@ -88,6 +97,7 @@ unsigned int stringDataBufferScan(const UTF16Char* buffer, unsigned int& length)
                 VORN_THROW(7, "Unmatched first surrogate character!");
             }
             if (!UTF16::isSecondSurrogate(buffer[i])) VORN_THROW(7, "Unmatched first surrogate character!");
+            if (Terminated && i == MAX_TEXT_LENGTH) VORN_THROW(4, "length : text too long!");
             VORN_THROW(7, "Invalid character with code ending in FFFE or FFFF!");
         case 0xFDD2: VORN_THROW(7, "Unmatched second surrogate code!");
         case 0xFDEF: VORN_THROW(7, "Invalid character!");
@@ -150,8 +160,8 @@ template <bool Full>
 unsigned int measureUTF16(const unsigned char* buffer, unsigned int length) {
     RunCounts run;
     unsigned int units = 0; // of the characters that no run takes
-    unsigned int i = 0;
-    while ((i = skipOrdinary<Full, false>(buffer, i, length, run)) < length) {
+    std::uint64_t i = 0;    // may pass the end by 3 bytes
+    while ((i = skipOrdinary<Full, false>(buffer, static_cast<unsigned int>(i), length, run)) < length) {
         UTF32Char c = Unicode::getUTF32Char(buffer[i]);
         VORN_INTERNAL_ASSERT(
             c,
@@ -197,7 +207,7 @@ unsigned int measureUTF16(const unsigned char* buffer, unsigned int length) {
 }
 
 // Bytes in UTF-8 of a UTF-16 text without surrogates.
-unsigned int measureUTF8OfUCS2(const UTF16Char* buffer, unsigned int length) {
+std::uint64_t measureUTF8OfUCS2(const UTF16Char* buffer, unsigned int length) {
     UnitCounts<0x80> run;
     unsigned int i = 0;
     while ((i = skipOrdinary<false, false>(buffer, i, length, run)) < length) {
@@ -207,13 +217,13 @@ unsigned int measureUTF8OfUCS2(const UTF16Char* buffer, unsigned int length) {
                              GET_UTF8_LENGTH);
         ++i; // only U+0000 comes here, and counts as one byte
     }
-    return length + run.twoBytes + run.threeBytes;
+    return std::uint64_t(length) + run.twoBytes + run.threeBytes;
 }
 
 // Bytes in UTF-8 of any UTF-16 text. U+007F counts as two bytes.
-unsigned int measureUTF8OfUTF16(const UTF16Char* buffer, unsigned int length) {
+std::uint64_t measureUTF8OfUTF16(const UTF16Char* buffer, unsigned int length) {
     UnitCounts<0x7F> run;
-    unsigned int bytes = 0; // one for each unit of a run, and those of the characters that no run takes
+    std::uint64_t bytes = 0; // one for each unit of a run, and those of the characters that no run takes
     unsigned int i = 0;
     while (i < length) {
         const unsigned int start = i;
@@ -235,7 +245,12 @@ unsigned int measureUTF8OfUTF16(const UTF16Char* buffer, unsigned int length) {
         }
         ++i;
     }
-    return bytes + run.twoBytes + run.threeBytes + 2 * run.pairs;
+    return bytes + run.twoBytes + run.threeBytes + std::uint64_t(2) * run.pairs;
+}
+
+// Bytes in UTF-8 of a UTF-16 text that is not ASCII.
+std::uint64_t measureUTF8(const UTF16Char* buffer, unsigned int length, StringDataSubCharset charset) {
+    return charset == STRING_DATA_UCS2 ? measureUTF8OfUCS2(buffer, length) : measureUTF8OfUTF16(buffer, length);
 }
 
 } // namespace
@@ -255,11 +270,13 @@ unsigned int stringDataGetUTF8Length(const UTF16Char* buffer, const StringDataBu
                                      StringDataSubCharset charset) {
     const unsigned int length = info.m_length;
     if (length == 0) return 0;
-    switch (charset) {
-    case STRING_DATA_ASCII: checkLengthOfASCII<GET_UTF8_LENGTH>(buffer, length); return length;
-    case STRING_DATA_UCS2: return measureUTF8OfUCS2(buffer, length);
-    default: return measureUTF8OfUTF16(buffer, length);
+    if (charset == STRING_DATA_ASCII) {
+        checkLengthOfASCII<GET_UTF8_LENGTH>(buffer, length);
+        return length;
     }
+    const std::uint64_t bytes = measureUTF8(buffer, length, charset);
+    if (bytes > MAX_TEXT_LENGTH) VORN_THROW(4, "length : text too long!");
+    return static_cast<unsigned int>(bytes);
 }
 
 unsigned int stringDataGetUnicodeLength(const unsigned char* buffer, const StringDataBufferInfo& info,
@@ -427,15 +444,15 @@ inline unsigned char* encodeCharacter(unsigned char* dest, const UTF16Char* sour
 template <bool Pairs, const auto& Function>
 void encodeText(unsigned char* dest, unsigned int destLength, std::size_t blockSize, const UTF16Char* sourceBuffer,
                 unsigned int sourceLength) {
-    unsigned int j = 0;
+    std::size_t j = 0; // may pass `destLength` by 3 bytes
     for (unsigned int i = 0; i < sourceLength;) {
         VORN_INTERNAL_ASSERT(j < destLength, "destination buffer too short!", Function);
         if (blockSize - j >= LONGEST_CHARACTER) {
-            j = static_cast<unsigned int>(encodeCharacter<Pairs>(dest + j, sourceBuffer, i) - dest);
+            j = static_cast<std::size_t>(encodeCharacter<Pairs>(dest + j, sourceBuffer, i) - dest);
         } else {
             unsigned char character[LONGEST_CHARACTER];
-            const auto size = static_cast<unsigned int>(encodeCharacter<Pairs>(character, sourceBuffer, i) - character);
-            std::copy_n(character, std::min<std::size_t>(size, blockSize - j), dest + j);
+            const auto size = static_cast<std::size_t>(encodeCharacter<Pairs>(character, sourceBuffer, i) - character);
+            std::copy_n(character, std::min(size, blockSize - j), dest + j);
             j += size;
         }
     }
@@ -507,6 +524,7 @@ Target* convertToNew(const Source* sourceBuffer, const StringDataBufferInfo& sou
 template <const auto& Function, class Target, class Source>
 Target* convertToRoom(const Source* sourceBuffer, const StringDataBufferInfo& sourceInfo, StringDataSubCharset charset,
                       unsigned int capacity) {
+    if (capacity > MAX_TEXT_LENGTH) VORN_THROW(4, "length : text too long!", Function);
     const unsigned int length = measureConverted(sourceBuffer, sourceInfo, charset);
     const unsigned int room = std::max(capacity, length);
     std::unique_ptr<Target[]> dest = allocateText<Target>(room);
@@ -562,11 +580,10 @@ unsigned int stringDataConvertCopyToUTF8(const UTF16Char* sourceBuffer, const St
 
 void stringDataConvertToUTF8(std::string& dest, const UTF16Char* sourceBuffer, const StringDataBufferInfo& sourceInfo,
                              StringDataSubCharset charset) {
-    dest.clear();
     const unsigned int length = sourceInfo.m_length;
-    if (length == 0) return;
-    if (charset == STRING_DATA_ASCII) {
+    if (length == 0 || charset == STRING_DATA_ASCII) {
         const unsigned int end = findPlainEnd(sourceBuffer, 0, length);
+        dest.clear();
         dest.reserve(length);
         dest.resize(end);
         for (unsigned int i = 0; i < end; ++i) dest[i] = static_cast<char>(sourceBuffer[i]);
@@ -574,7 +591,15 @@ void stringDataConvertToUTF8(std::string& dest, const UTF16Char* sourceBuffer, c
         return;
     }
 
-    dest.reserve(stringDataGetUTF8Length(sourceBuffer, sourceInfo, charset));
+    // A failed check leaves `dest` empty, and a text that is too long leaves it as it was.
+    std::string before;
+    before.swap(dest);
+    const std::uint64_t size = measureUTF8(sourceBuffer, length, charset);
+    dest.swap(before);
+    if (size > MAX_TEXT_LENGTH) VORN_THROW(4, "length : text too long!", GET_UTF8_LENGTH);
+    dest.clear();
+    dest.reserve(static_cast<std::size_t>(size));
+
     unsigned char character[4];
     for (unsigned int i = 0; i < length;) {
         const unsigned char* const end = charset == STRING_DATA_UCS2

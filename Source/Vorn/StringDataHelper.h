@@ -13,9 +13,9 @@ namespace Vorn {
 
 /// A block for `length` units and a terminator. Raises std::bad_alloc also for a size that wraps in a 32-bit process.
 template <class CharType>
-std::unique_ptr<CharType[]> allocateText(unsigned int length) {
-    const std::size_t size = static_cast<std::size_t>(length) + 1;
-    return std::unique_ptr<CharType[]>(new CharType[size != 0 ? size : SIZE_MAX]);
+std::unique_ptr<CharType[]> allocateText(std::uint64_t length) {
+    const std::uint64_t size = length + 1;
+    return std::unique_ptr<CharType[]>(new CharType[size < SIZE_MAX ? static_cast<std::size_t>(size) : SIZE_MAX]);
 }
 
 /// Bit of a scan's result: the text holds U+0000. The two bits below it are the StringDataSubCharset.

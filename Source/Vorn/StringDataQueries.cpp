@@ -26,15 +26,13 @@ unsigned int matchingUnits(const signed char* needle, const CharType* buffer, un
     return i;
 }
 
-unsigned int needleLength(const signed char* needle) {
-    return static_cast<unsigned int>(std::strlen(reinterpret_cast<const char*>(needle)));
-}
+std::size_t needleLength(const signed char* needle) { return std::strlen(reinterpret_cast<const char*>(needle)); }
 
 template <class CharType>
 bool differsAtEnd(const signed char* needle, const CharType* buffer, unsigned int length) {
-    const unsigned int size = needleLength(needle);
+    const std::size_t size = needleLength(needle);
     if (length < size) return false;
-    for (unsigned int back = 1; back <= size; ++back)
+    for (std::size_t back = 1; back <= size; ++back)
         if (!isUnit(needle[size - back], buffer[length - back])) return true;
     return false;
 }
@@ -55,7 +53,9 @@ bool containsBytes(const signed char* needle, const unsigned char* buffer, unsig
 // Looks at offset 0 and from there on in steps of the needle's length only.
 template <class CharType>
 bool containsInSteps(const signed char* needle, const CharType* buffer, unsigned int length) {
-    const unsigned int size = needleLength(needle);
+    const std::size_t needleSize = needleLength(needle);
+    if (needleSize > length) return false;
+    const unsigned int size = static_cast<unsigned int>(needleSize);
     for (unsigned int offset = 0; length - offset >= size; offset += size)
         if (matchingUnits(needle, buffer + offset, size) == size) return true;
     return false;

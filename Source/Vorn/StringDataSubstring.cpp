@@ -4,6 +4,7 @@
 #include "Vorn/String/Unicode.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <type_traits>
 
 namespace Vorn {
@@ -53,15 +54,17 @@ StringData* StringData::substr(int offset, unsigned int length) const {
         }
     }
     if (length == 0) return &s_emptyString;
-    if (reachesEnd) ++length; // the unit behind the cut: the terminator, or the first one that was trimmed off
+    const std::uint64_t cutLength =
+        std::uint64_t(length) +
+        reachesEnd; // with the unit behind the cut: the terminator, or the first one that was trimmed off
 
     switch (info.m_allocationType) {
-    case STRING_DATA_STATIC: return new StringData(buffer + start, length, STRING_DATA_STATIC);
+    case STRING_DATA_STATIC: return new StringData(buffer + start, cutLength, STRING_DATA_STATIC, CountedLength());
     case STRING_DATA_EXTERNAL:
     case STRING_DATA_DYNAMIC: break;
     default: VORN_THROW(2, "Invalid allocation type!");
     }
-    StringData* const cut = new StringData(buffer + start, length, STRING_DATA_EXTERNAL);
+    StringData* const cut = new StringData(buffer + start, cutLength, STRING_DATA_EXTERNAL, CountedLength());
     StringDataBufferInfo& cutInfo = cut->infoOf<CharType>();
     cutInfo.m_previous = const_cast<StringData*>(this);
     cutInfo.m_next = info.m_next;
@@ -93,10 +96,10 @@ StringData* StringData::substrConvertASCIITo(int offset, unsigned int length) co
     length = std::min(length, sourceLength - start);
     if (length == 0) return &s_emptyString;
 
-    Target* const block = new Target[static_cast<std::size_t>(length) + 1];
+    Target* const block = allocateText<Target>(length).release();
     for (unsigned int i = 0; i < length; ++i) block[i] = static_cast<Target>(source[start + i]);
     block[length] = 0;
-    return new StringData(block, length + 1, STRING_DATA_DYNAMIC);
+    return new StringData(block, std::uint64_t(length) + 1, STRING_DATA_DYNAMIC, CountedLength());
 }
 
 namespace {
@@ -222,7 +225,7 @@ template <class Measure>
 ConvertedRange findFromStart(const typename Measure::Source* buffer, unsigned int bufferLength, unsigned int offset,
                              unsigned int length) {
     unsigned int i = 0;
-    for (unsigned int sum = 0; sum != offset && i < bufferLength;) {
+    for (std::uint64_t sum = 0; sum != offset && i < bufferLength;) {
         sum += Measure::skip(buffer, i, bufferLength);
         if (Measure::REFUSES_INSIDE && sum > offset) VORN_THROW(4, "Invalid offset!", Measure::FUNCTION);
     }
@@ -243,21 +246,20 @@ ConvertedRange findFromStart(const typename Measure::Source* buffer, unsigned in
 template <class Measure>
 ConvertedRange findFromEnd(const typename Measure::Source* buffer, unsigned int bufferLength, int offset,
                            unsigned int length) {
-    const unsigned int tail = std::min(length, 0u - static_cast<unsigned int>(offset));
-    const int endMark = static_cast<int>(static_cast<unsigned int>(offset) + tail);
+    const std::int64_t endMark = std::int64_t(offset) + std::min(length, 0u - static_cast<unsigned int>(offset));
     unsigned int i = bufferLength;
     unsigned int end = 0;
-    int running = 0;
+    std::int64_t running = 0;
     while (endMark < running) {
         if (i == 0) VORN_THROW(4, "Invalid offset!", Measure::FUNCTION);
-        running -= static_cast<int>(Measure::back(buffer, i, bufferLength, true));
+        running -= Measure::back(buffer, i, bufferLength, true);
         end = i;
     }
 
-    ConvertedRange range{end, end, static_cast<unsigned int>(running) - static_cast<unsigned int>(offset)};
+    ConvertedRange range{end, end, static_cast<unsigned int>(running - offset)};
     while (running != offset) {
         if (offset > running || i == 0) VORN_THROW(4, "Invalid offset!", Measure::FUNCTION);
-        running -= static_cast<int>(Measure::back(buffer, i, bufferLength, false));
+        running -= Measure::back(buffer, i, bufferLength, false);
         range.start = i;
     }
     return range;
@@ -267,15 +269,18 @@ template <class Measure>
 ConvertedRange findRange(const typename Measure::Source* buffer, unsigned int bufferLength, int offset,
                          unsigned int length) {
     if (bufferLength == 0 && offset != 0) VORN_THROW(4, "Invalid offset!", Measure::FUNCTION);
-    return offset < 0 ? findFromEnd<Measure>(buffer, bufferLength, offset, length)
-                      : findFromStart<Measure>(buffer, bufferLength, static_cast<unsigned int>(offset), length);
+    const ConvertedRange range =
+        offset < 0 ? findFromEnd<Measure>(buffer, bufferLength, offset, length)
+                   : findFromStart<Measure>(buffer, bufferLength, static_cast<unsigned int>(offset), length);
+    if (range.count > VornPrivate::MAX_TEXT_LENGTH) VORN_THROW(4, "length : text too long!", Measure::FUNCTION);
+    return range;
 }
 
 // A block for a cut and its terminator. A range of no units leaves the cut as it came from the allocator, and so it
 // goes to the scan.
 template <class CharType>
 CharType* allocateCut(const ConvertedRange& range, unsigned int overrun = 0) {
-    return new CharType[static_cast<std::size_t>(range.count) + 1 + overrun];
+    return allocateText<CharType>(std::uint64_t(range.count) + overrun).release();
 }
 
 } // namespace
@@ -286,7 +291,7 @@ StringData* StringData::substrConvertUCS2ToUTF8(int offset, unsigned int length)
     unsigned char* const block = allocateCut<unsigned char>(range, overrunOfUTF8(*this));
     stringDataConvertToUTF8FromUCS2(block, range.count, m_UTF16Buffer + range.start, range.end - range.start);
     block[range.count] = 0;
-    return new StringData(block, range.count + 1, STRING_DATA_DYNAMIC);
+    return new StringData(block, std::uint64_t(range.count) + 1, STRING_DATA_DYNAMIC, CountedLength());
 }
 
 StringData* StringData::substrConvertUTF16ToUTF8(int offset, unsigned int length) const {
@@ -295,7 +300,7 @@ StringData* StringData::substrConvertUTF16ToUTF8(int offset, unsigned int length
     unsigned char* const block = allocateCut<unsigned char>(range, overrunOfUTF8(*this));
     stringDataConvertToUTF8FromUTF16(block, range.count, m_UTF16Buffer + range.start, range.end - range.start);
     block[range.count] = 0;
-    return new StringData(block, range.count + 1, STRING_DATA_DYNAMIC);
+    return new StringData(block, std::uint64_t(range.count) + 1, STRING_DATA_DYNAMIC, CountedLength());
 }
 
 StringData* StringData::substrConvertUTF8ToUTF16(int offset, unsigned int length) const {
@@ -310,7 +315,7 @@ StringData* StringData::substrConvertUTF8ToUTF16(int offset, unsigned int length
         if (j < range.count) block[j++] = static_cast<UTF16Char>(word);
     }
     block[range.count] = 0;
-    return new StringData(block, range.count + 1, STRING_DATA_DYNAMIC);
+    return new StringData(block, std::uint64_t(range.count) + 1, STRING_DATA_DYNAMIC, CountedLength());
 }
 
 template VORN_API StringData* StringData::substr<unsigned char>(int offset, unsigned int length) const;

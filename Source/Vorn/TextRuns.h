@@ -2,14 +2,18 @@
 //
 // Ordinary is what needs no decision: plain ASCII (0x01 to 0x7F) and valid characters that fit one UTF-16 unit, without
 // U+0000. The loops that decide about everything else stay simple, and text of most scripts hardly enters them. Nothing
-// here raises. Where a text has no known end, nothing behind the unit that a run stops at is read.
+// here raises. Where a text has no known end, nothing behind the unit that a run stops at is read, and a run stops at
+// the longest length that a text can have.
 #pragma once
 
+#include "Vorn/String/StringDataTypes.h"
 #include "Vorn/Types.h"
 
 #include <bit>
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <type_traits>
 
 namespace VornPrivate {
 
@@ -54,12 +58,14 @@ inline unsigned int findPlainEnd(const CharType* buffer, unsigned int i, unsigne
     return i;
 }
 
-/// The same for a text that ends at a zero unit.
+/// The same for a text that ends at a zero unit; MAX_TEXT_LENGTH if there is no such unit up to there.
 template <class CharType>
 inline unsigned int findPlainEnd(const CharType* buffer, unsigned int i) {
-    for (;; i += 4)
+    for (; i <= MAX_TEXT_LENGTH - 4; i += 4)
         for (unsigned int k = 0; k < 4; ++k)
             if (!isPlain(buffer[i + k])) return i + k;
+    while (i < MAX_TEXT_LENGTH && isPlain(buffer[i])) ++i;
+    return i;
 }
 
 inline bool isTrail(unsigned int byte) { return (byte & 0xC0) == 0x80; }
@@ -97,12 +103,23 @@ struct RunCounts {
     bool beyondASCII = false;   ///< characters of two or three bytes
 };
 
-// Runs of one length each. They stay out of line, where all that they need fits the registers; a terminated text is one
-// whose end is not known, so `end` is then not looked at.
+/// Where a text ends at the latest. A terminated text is one whose end is not known: it has an address only, which no
+/// object need reach to, and which may wrap around in a 32-bit process.
+template <bool Terminated>
+using TextEnd = std::conditional_t<Terminated, std::uintptr_t, const unsigned char*>;
+
+inline std::size_t bytesUpTo(const unsigned char* end, const unsigned char* at) {
+    return static_cast<std::size_t>(end - at);
+}
+inline std::size_t bytesUpTo(std::uintptr_t end, const unsigned char* at) {
+    return end - reinterpret_cast<std::uintptr_t>(at);
+}
+
+// Runs of one length each. They stay out of line, where all that they need fits the registers.
 
 template <bool Terminated>
-[[gnu::noinline]] inline const unsigned char* skipOrdinary2(const unsigned char* at, const unsigned char* end) {
-    while ((Terminated || end - at >= 2) && isOrdinary2(at)) {
+[[gnu::noinline]] inline const unsigned char* skipOrdinary2(const unsigned char* at, TextEnd<Terminated> end) {
+    while (bytesUpTo(end, at) >= 2 && isOrdinary2(at)) {
         at += 2;
         if constexpr (!Terminated) {
             // Four characters at once: 110xxxx? 10?????? with one of the x set, or they would be overlong.
@@ -120,14 +137,14 @@ template <bool Terminated>
 }
 
 template <bool Terminated>
-[[gnu::noinline]] inline const unsigned char* skipOrdinary3(const unsigned char* at, const unsigned char* end) {
-    while ((Terminated || end - at >= 3) && isOrdinary3(at)) at += 3;
+[[gnu::noinline]] inline const unsigned char* skipOrdinary3(const unsigned char* at, TextEnd<Terminated> end) {
+    while (bytesUpTo(end, at) >= 3 && isOrdinary3(at)) at += 3;
     return at;
 }
 
 template <bool Terminated>
-[[gnu::noinline]] inline const unsigned char* skipOrdinary4(const unsigned char* at, const unsigned char* end) {
-    while ((Terminated || end - at >= 4) && isOrdinary4(at)) at += 4;
+[[gnu::noinline]] inline const unsigned char* skipOrdinary4(const unsigned char* at, TextEnd<Terminated> end) {
+    while (bytesUpTo(end, at) >= 4 && isOrdinary4(at)) at += 4;
     return at;
 }
 
@@ -135,7 +152,11 @@ template <bool Terminated>
 /// Characters of four bytes are ordinary if `Full` is set.
 template <bool Full, bool Terminated>
 inline unsigned int skipOrdinary(const unsigned char* buffer, unsigned int i, unsigned int length, RunCounts& counts) {
-    const unsigned char* const end = Terminated ? nullptr : buffer + length;
+    TextEnd<Terminated> end;
+    if constexpr (Terminated)
+        end = reinterpret_cast<std::uintptr_t>(buffer) + MAX_TEXT_LENGTH;
+    else
+        end = buffer + length;
     for (;;) {
         const unsigned int start = i;
         if constexpr (Terminated)
@@ -143,7 +164,7 @@ inline unsigned int skipOrdinary(const unsigned char* buffer, unsigned int i, un
         else
             i = findPlainEnd(buffer, i, length);
         counts.characters += i - start;
-        if (!Terminated && i == length) return i;
+        if (i == (Terminated ? MAX_TEXT_LENGTH : length)) return i;
 
         const unsigned char* const at = buffer + i;
         if ((*at & 0xE0) == 0xC0) {
@@ -254,20 +275,20 @@ inline bool countOrdinaryBlock(const UTF16Char* units, UnitCounts<FirstOfTwo>& c
 template <bool Full, bool Terminated, unsigned int FirstOfTwo>
 inline unsigned int skipOrdinary(const UTF16Char* buffer, unsigned int i, unsigned int end,
                                  UnitCounts<FirstOfTwo>& counts) {
+    if constexpr (Terminated) end = MAX_TEXT_LENGTH;
     for (;;) {
         const unsigned int start = i;
         if constexpr (!Terminated) {
             while (end - i >= UNIT_BLOCK && countOrdinaryBlock(buffer + i, counts)) i += UNIT_BLOCK;
         }
         const unsigned int blockEnd = end - i > UNIT_BLOCK ? i + UNIT_BLOCK : end;
-        for (; (Terminated || i < blockEnd) && isOrdinaryUnit(buffer[i]); ++i) {
+        for (; i < blockEnd && isOrdinaryUnit(buffer[i]); ++i) {
             counts.twoBytes += buffer[i] >= FirstOfTwo;
             counts.threeBytes += buffer[i] >= 0x800;
         }
         if constexpr (Full) {
             // The second unit is read only behind a first surrogate, which is no terminator.
-            while ((Terminated || end - i >= 2) && (buffer[i] & 0xFC00) == 0xD800 &&
-                   isOrdinaryPair(buffer[i], buffer[i + 1])) {
+            while (end - i >= 2 && (buffer[i] & 0xFC00) == 0xD800 && isOrdinaryPair(buffer[i], buffer[i + 1])) {
                 ++counts.pairs;
                 i += 2;
             }

@@ -6,6 +6,8 @@
 #include "Vorn/String/Unicode.h"
 
 #include <algorithm>
+#include <climits>
+#include <cstdint>
 #include <cstring>
 #include <memory>
 #include <string_view>
@@ -13,6 +15,8 @@
 namespace Vorn {
 
 namespace {
+
+using VornPrivate::MAX_TEXT_LENGTH;
 
 constexpr unsigned int NOT_FOUND = 0xFFFFFFFF;
 
@@ -26,6 +30,12 @@ std::string_view bytesOf(const StringData& data, unsigned int offset) {
 const char* needleOf(const String& s) {
     StringData* const data = s.getData();
     return data ? reinterpret_cast<const char*>(data->getTerminatedBuffer<unsigned char>()) : nullptr;
+}
+
+// The offset that an index means, which counts from the end if it is negative. For an index before the start the sum
+// does not wrap around, and is above the length.
+unsigned int offsetOf(int index, unsigned int length) {
+    return static_cast<unsigned int>(index) + (index < 0 ? length : 0);
 }
 
 bool isIn(const ASCIITable& table, char c) { return table.check(static_cast<signed char>(c)) != 0; }
@@ -55,22 +65,26 @@ unsigned int UTF8String::getLength() const {
 unsigned int UTF8String::measure() const { return getData() ? getData()->getUTF8Length() : 0; }
 
 const unsigned char* UTF8String::getTerminatedBuffer(int& index) const {
-    const unsigned int start = startOf(index);
-    if (start == NOT_FOUND) VORN_THROW(4, "Invalid index!");
+    unsigned int offset;
+    const unsigned int start = startOf(index, offset);
+    const bool fitsIndex = offset <= INT_MAX;
+    if (start == NOT_FOUND || fitsIndex) index = static_cast<int>(offset);
+    if (start == NOT_FOUND || !fitsIndex) VORN_THROW(4, "Invalid index!");
     return getData()->getPrivateBuffer<unsigned char>() + start;
 }
 
-// Offset of the first character start at or after the index, which is made an offset in place; NOT_FOUND if it is
+// Makes the index an offset and returns that of the first character start at or after it; NOT_FOUND if the index is
 // outside the text. Terminates the text.
-unsigned int UTF8String::startOf(int& index) const {
+unsigned int UTF8String::startOf(int index, unsigned int& offset) const {
+    offset = static_cast<unsigned int>(index);
     const unsigned char* buffer = getData() ? getData()->getTerminatedBuffer<unsigned char>() : nullptr;
     if (!buffer) return NOT_FOUND;
-    const int length = static_cast<int>(getData()->getBufferInfo<unsigned char>().m_length);
-    if (index < 0) index += length;
-    if (index < 0 || index >= length) return NOT_FOUND;
+    const unsigned int length = getData()->getBufferInfo<unsigned char>().m_length;
+    offset = offsetOf(index, length);
+    if (offset >= length) return NOT_FOUND;
 
-    buffer += index;
-    unsigned int start = static_cast<unsigned int>(index);
+    buffer += offset;
+    unsigned int start = offset;
     for (int i = 0; i < 3; ++i, ++buffer, ++start)
         if (!Unicode::validUTF8Trail(*buffer)) return start;
     VORN_INTERNAL_ASSERT(!Unicode::validUTF8Trail(*buffer), "Invalid UTF-8 string!",
@@ -79,8 +93,10 @@ unsigned int UTF8String::startOf(int& index) const {
 }
 
 unsigned char UTF8String::get(unsigned int index) const {
-    int start = static_cast<int>(index);
-    return *getTerminatedBuffer(start);
+    unsigned int offset;
+    const unsigned int start = startOf(static_cast<int>(index), offset);
+    if (start == NOT_FOUND) VORN_THROW(4, "Invalid index!", "Vorn::UTF8String::getTerminatedBuffer");
+    return getData()->getPrivateBuffer<unsigned char>()[start];
 }
 
 const unsigned char* UTF8String::skipTrailBytes(const unsigned char* ptr) const {
@@ -141,55 +157,59 @@ unsigned int UTF8String::encode(unsigned int c, unsigned char* sequence) {
 }
 
 unsigned int UTF8String::find(unsigned int c, int index) const {
-    const unsigned int start = startOf(index);
+    unsigned int from;
+    const unsigned int start = startOf(index, from);
     if (start == NOT_FOUND) VORN_THROW(4, "Invalid index!");
     if (c - 1 < 0x7F) {
         const std::string_view text = bytesOf(*getData(), start);
         const void* const hit = std::memchr(text.data(), static_cast<int>(c), text.size());
         if (!hit) return start + static_cast<unsigned int>(text.size());
-        return static_cast<unsigned int>(static_cast<const char*>(hit) - text.data() + index);
+        return from + static_cast<unsigned int>(static_cast<const char*>(hit) - text.data());
     }
     unsigned char sequence[4];
     const unsigned int count = encode(c, sequence);
     if (count == 0) VORN_THROW(7, "Invalid Unicode Character!");
-    return findBytes(std::string_view(reinterpret_cast<const char*>(sequence), count), start, index);
+    return findBytes(std::string_view(reinterpret_cast<const char*>(sequence), count), start, from);
 }
 
 unsigned int UTF8String::find(String s, int index) const {
-    const unsigned int start = startOf(index);
+    unsigned int from;
+    const unsigned int start = startOf(index, from);
     if (start == NOT_FOUND) VORN_THROW(4, "Invalid index!");
     const char* const needle = needleOf(s); // may move the text, which is why the start is an offset
     if (!needle || !*needle) VORN_THROW(4, "Invalid string!");
-    return findBytes(needle, start, index);
+    return findBytes(needle, start, from);
 }
 
 unsigned int UTF8String::find(const char* s, int index) const {
-    const unsigned int start = startOf(index);
+    unsigned int from;
+    const unsigned int start = startOf(index, from);
     if (start == NOT_FOUND) VORN_THROW(4, "Invalid index!");
     if (!s || !*s) VORN_THROW(4, "Invalid string!");
-    return findBytes(s, start, index);
+    return findBytes(s, start, from);
 }
 
 unsigned int UTF8String::find(const ASCIITable& table, int index) const {
-    const unsigned int start = startOf(index);
+    unsigned int from;
+    const unsigned int start = startOf(index, from);
     if (start == NOT_FOUND) VORN_THROW(4, "Invalid index!");
     const std::string_view text = bytesOf(*getData(), start);
     const auto hit = std::find_if(text.begin(), text.end(), [&](char c) { return isIn(table, c); });
-    return hit == text.end() ? getLength() : static_cast<unsigned int>(hit - text.begin() + index);
+    return hit == text.end() ? getLength() : from + static_cast<unsigned int>(hit - text.begin());
 }
 
-unsigned int UTF8String::findBytes(std::string_view needle, unsigned int start, int index) const {
+unsigned int UTF8String::findBytes(std::string_view needle, unsigned int start, unsigned int from) const {
     const std::size_t hit = VornPrivate::findText(bytesOf(*getData(), start), needle);
-    return hit == std::string_view::npos ? getLength()
-                                         : static_cast<unsigned int>(hit) + static_cast<unsigned int>(index);
+    return hit == std::string_view::npos ? getLength() : from + static_cast<unsigned int>(hit);
 }
 
 unsigned int UTF8String::skip(unsigned int c, int index) const {
-    const unsigned int offset = startOf(index);
+    unsigned int from;
+    const unsigned int offset = startOf(index, from);
     if (offset == NOT_FOUND) VORN_THROW(4, "Invalid index!");
     const unsigned char* const start = getData()->getPrivateBuffer<unsigned char>() + offset;
     const unsigned char* ptr = start;
-    if (!*ptr) return static_cast<unsigned int>(index);
+    if (!*ptr) return from;
 
     unsigned char sequence[4];
     switch (encode(c, sequence)) {
@@ -225,65 +245,70 @@ unsigned int UTF8String::skip(unsigned int c, int index) const {
         break;
     default: VORN_THROW(7, "Invalid Unicode Character!");
     }
-    return static_cast<unsigned int>(ptr - start + index);
+    return from + static_cast<unsigned int>(ptr - start);
 }
 
 unsigned int UTF8String::skip(String s, int index) const {
-    const unsigned int start = startOf(index);
+    unsigned int from;
+    const unsigned int start = startOf(index, from);
     if (start == NOT_FOUND) VORN_THROW(4, "Invalid index!");
     const char* const needle = needleOf(s);
     if (!needle || !*needle) VORN_THROW(4, "Invalid string!");
-    return skipBytes(needle, start, index);
+    return skipBytes(needle, start, from);
 }
 
 unsigned int UTF8String::skip(const char* s, int index) const {
-    const unsigned int start = startOf(index);
+    unsigned int from;
+    const unsigned int start = startOf(index, from);
     if (start == NOT_FOUND) VORN_THROW(4, "Invalid index!");
     if (!s || !*s) VORN_THROW(4, "Invalid string!");
-    return skipBytes(s, start, index);
+    return skipBytes(s, start, from);
 }
 
-unsigned int UTF8String::skipBytes(std::string_view run, unsigned int start, int index) const {
+unsigned int UTF8String::skipBytes(std::string_view run, unsigned int start, unsigned int from) const {
     const std::string_view text = bytesOf(*getData(), start);
     std::size_t end = 0;
     while (text.substr(end, run.size()) == run) end += run.size();
-    return static_cast<unsigned int>(end) + static_cast<unsigned int>(index);
+    return from + static_cast<unsigned int>(end);
 }
 
 unsigned int UTF8String::skip(const ASCIITable& table, int index) const {
-    const unsigned int start = startOf(index);
+    unsigned int from;
+    const unsigned int start = startOf(index, from);
     if (start == NOT_FOUND) VORN_THROW(4, "Invalid index!");
     const std::string_view text = bytesOf(*getData(), start);
     const auto end = std::find_if_not(text.begin(), text.end(), [&](char c) { return isIn(table, c); });
-    return static_cast<unsigned int>(end - text.begin() + index);
+    return from + static_cast<unsigned int>(end - text.begin());
 }
 
 unsigned int UTF8String::match(String s, int index) const {
-    const unsigned int start = startOf(index);
+    unsigned int from;
+    const unsigned int start = startOf(index, from);
     if (start == NOT_FOUND) VORN_THROW(4, "Invalid index!");
     const char* const needle = needleOf(s);
     if (!needle || !*needle) VORN_THROW(4, "Invalid string!");
-    return matchBytes(needle, start, index);
+    return matchBytes(needle, start, from);
 }
 
 unsigned int UTF8String::match(const char* s, int index) const {
-    const unsigned int start = startOf(index);
+    unsigned int from;
+    const unsigned int start = startOf(index, from);
     if (start == NOT_FOUND) VORN_THROW(4, "Invalid index!");
     if (!s || !*s) VORN_THROW(4, "Invalid string!");
-    return matchBytes(s, start, index);
+    return matchBytes(s, start, from);
 }
 
-unsigned int UTF8String::matchBytes(std::string_view needle, unsigned int start, int index) const {
+unsigned int UTF8String::matchBytes(std::string_view needle, unsigned int start, unsigned int from) const {
     const bool matches = bytesOf(*getData(), start).substr(0, needle.size()) == needle;
-    return matches ? static_cast<unsigned int>(index) : NOT_FOUND;
+    return matches ? from : NOT_FOUND;
 }
 
 unsigned int UTF8String::match(const ASCIITable& table, int index) const {
-    const unsigned int start = startOf(index);
+    unsigned int from;
+    const unsigned int start = startOf(index, from);
     if (start == NOT_FOUND) VORN_THROW(4, "Invalid index!");
-    return table.check(static_cast<signed char>(getData()->getPrivateBuffer<unsigned char>()[start]))
-               ? static_cast<unsigned int>(index)
-               : NOT_FOUND;
+    return table.check(static_cast<signed char>(getData()->getPrivateBuffer<unsigned char>()[start])) ? from
+                                                                                                      : NOT_FOUND;
 }
 
 // Editing
@@ -314,11 +339,14 @@ bool isTrailAt(const unsigned char* buffer, unsigned int index, unsigned int len
 // A text that an edit brings in: measured, and whatever memory it takes allocated, before the edit changes anything.
 class Incoming {
 public:
-    explicit Incoming(const String& s) : m_data(s.getData()), m_length(m_data ? m_data->getUTF8Length() : 0) {
+    explicit Incoming(const String& s) : m_data(s.getData()), m_length(m_data ? m_data->getUTF8Length() : 0) {}
+
+    // Allocates what copyTo needs. Called when all that is known of the edit was checked.
+    void allocate() {
         // The last character of such a text may be written on behind the bytes that are measured for it.
         const unsigned int overrun = m_data ? overrunOfUTF8(*m_data) : 0;
         if (overrun != 0 && !m_data->getPrivateBuffer<unsigned char>())
-            m_block = allocateText<unsigned char>(m_length + overrun);
+            m_block = allocateText<unsigned char>(std::uint64_t(m_length) + overrun);
     }
 
     unsigned int length() const { return m_length; } // in UTF-8
@@ -344,6 +372,7 @@ private:
 // A string that had no record is given one without counting itself, so that setLength refuses every edit; callers meet
 // that. Such a record goes with its string, or is lost if `+=` replaces it.
 unsigned int UTF8String::reserve(unsigned int length) {
+    if (length > MAX_TEXT_LENGTH) VORN_THROW(4, "length : text too long!");
     if (!m_data) {
         Block block = allocateText<unsigned char>(length);
         block[0] = 0;
@@ -357,12 +386,12 @@ unsigned int UTF8String::reserve(unsigned int length) {
         Block block = copyText(*m_data, n, length);
         m_data->decRefCount();
         m_data = nullptr; // the share has gone, even if the scan refuses the text now
-        m_data = new StringData(block.get(), n + 1, STRING_DATA_DYNAMIC);
+        m_data = new StringData(block.get(), std::uint64_t(n) + 1, STRING_DATA_DYNAMIC, StringData::CountedLength());
         block.release();
         m_data->incRefCount();
     } else if (n < length || m_data->getAllocationType<unsigned char>() != STRING_DATA_DYNAMIC) {
         Block block = copyText(*m_data, n, length);
-        m_data->rebuild(block.get(), n + 1);
+        m_data->rebuild(block.get(), std::uint64_t(n) + 1);
         block.release();
     }
     return m_capacity = std::max(n, length);
@@ -409,16 +438,19 @@ void UTF8String::append(unsigned int c) {
     const unsigned int count = c == 0 ? 2 : UTF8::countUTF8(c);
     if (count == 0) VORN_THROW(7, "Invalid Unicode character!");
     const unsigned int n = measure();
+    if (count > MAX_TEXT_LENGTH - n) VORN_THROW(4, "length : text too long!");
     unsigned char* const buffer = getEditableBuffer(n + count); // ends with a zero
     m_data->setLength(n + count);
     setChar(buffer + n, count, c);
 }
 
 void UTF8String::append(String s) {
-    const Incoming text(s);
+    Incoming text(s);
     const unsigned int count = text.length();
     if (count == 0) return;
     const unsigned int n = measure();
+    if (count > MAX_TEXT_LENGTH - n) VORN_THROW(4, "length : text too long!");
+    text.allocate();
     unsigned char* const buffer = getEditableBuffer(n + count);
     m_data->setLength(n + count);
     buffer[n + count] = 0;
@@ -428,6 +460,7 @@ void UTF8String::append(String s) {
 void UTF8String::appendDecimal(unsigned int value) {
     const unsigned int n = measure();
     const unsigned int count = measureDec(value);
+    if (count > MAX_TEXT_LENGTH - n) VORN_THROW(4, "length : text too long!");
     unsigned char* const buffer = getEditableBuffer(n + count);
     printDec(value, buffer + n, count);
     buffer[n + count] = 0;
@@ -437,6 +470,7 @@ void UTF8String::appendDecimal(unsigned int value) {
 void UTF8String::appendHexaDecimal(unsigned int value, HexWithPrefix prefix) {
     const unsigned int n = measure();
     const unsigned int count = measureHex(value, prefix);
+    if (count > MAX_TEXT_LENGTH - n) VORN_THROW(4, "length : text too long!");
     unsigned char* const buffer = getEditableBuffer(n + count);
     printHex(value, prefix, buffer + n, count);
     buffer[n + count] = 0;
@@ -448,6 +482,7 @@ void UTF8String::insert(unsigned int c, int index) {
     if (count == 0) VORN_THROW(7, "Invalid Unicode character!");
     const unsigned int n = assertValidInsertIndex(index);
     const unsigned int start = static_cast<unsigned int>(index);
+    if (count > MAX_TEXT_LENGTH - n) VORN_THROW(4, "length : text too long!");
     unsigned char* const buffer = getEditableBuffer(n + count);
     if (isTrailAt(buffer, start, n)) VORN_THROW(4, "Invalid index!");
     moveTail(buffer, n, start, 0, count);
@@ -455,11 +490,13 @@ void UTF8String::insert(unsigned int c, int index) {
 }
 
 void UTF8String::insert(String s, int index) {
-    const Incoming text(s);
+    Incoming text(s);
     const unsigned int count = text.length();
     if (count == 0) return;
     const unsigned int n = assertValidInsertIndex(index);
     const unsigned int start = static_cast<unsigned int>(index);
+    if (count > MAX_TEXT_LENGTH - n) VORN_THROW(4, "length : text too long!");
+    text.allocate();
     unsigned char* const buffer = getEditableBuffer(n + count);
     if (isTrailAt(buffer, start, n)) VORN_THROW(4, "Invalid index!");
     moveTail(buffer, n, start, 0, count);
@@ -472,6 +509,7 @@ void UTF8String::replace(unsigned int c, int index, unsigned int length) {
     const unsigned int n = assertValidInsertIndex(index);
     const unsigned int start = static_cast<unsigned int>(index);
     length = std::min(length, n - start);
+    if (count > MAX_TEXT_LENGTH - (n - length)) VORN_THROW(4, "length : text too long!");
     unsigned char* const buffer = getEditableBuffer(n - length + count);
     if (isTrailAt(buffer, start, n)) VORN_THROW(4, "Invalid index!");
     if (isTrailAt(buffer, start + length, n)) VORN_THROW(4, "Invalid length!");
@@ -480,11 +518,13 @@ void UTF8String::replace(unsigned int c, int index, unsigned int length) {
 }
 
 void UTF8String::replace(String s, int index, unsigned int length) {
-    const Incoming text(s);
+    Incoming text(s);
     const unsigned int count = text.length();
     const unsigned int n = assertValidInsertIndex(index);
     const unsigned int start = static_cast<unsigned int>(index);
     length = std::min(length, n - start);
+    if (count > MAX_TEXT_LENGTH - (n - length)) VORN_THROW(4, "length : text too long!");
+    text.allocate();
     unsigned char* const buffer = getEditableBuffer(n - length + count);
     if (isTrailAt(buffer, start, n)) VORN_THROW(4, "Invalid index!");
     if (isTrailAt(buffer, start + length, n)) VORN_THROW(4, "Invalid length!");
@@ -495,9 +535,8 @@ void UTF8String::replace(String s, int index, unsigned int length) {
 void UTF8String::erase(int index, unsigned int length) {
     if (length == 0) return;
     const unsigned int n = measure();
-    if (index < 0) index += static_cast<int>(n);
-    if (index < 0 || static_cast<unsigned int>(index) > n) VORN_THROW(4, "Invalid index!");
-    const unsigned int start = static_cast<unsigned int>(index);
+    const unsigned int start = offsetOf(index, n);
+    if (start > n) VORN_THROW(4, "Invalid index!");
     length = std::min(length, n - start);
     unsigned char* const buffer = getEditableBuffer(n - length);
     if (isTrailAt(buffer, start, n)) VORN_THROW(4, "Invalid index!");

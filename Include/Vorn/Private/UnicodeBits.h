@@ -79,6 +79,11 @@ constexpr unsigned int unpackSurrogates(unsigned int first, unsigned int second)
     return 0x10000 + ((first & 0x3FF) << 10) + (second & 0x3FF);
 }
 
+/// Moves the index of a reader, which stays at 0xFFFFFFFF instead of starting again at 0.
+constexpr unsigned int advance(unsigned int i, unsigned int units) noexcept {
+    return i + units < i ? 0xFFFFFFFF : i + units;
+}
+
 /// Adds 0xFF000000 to the code of an overlong form.
 constexpr unsigned int markOverlong(unsigned int code, bool overlong) noexcept {
     return code + (0xFF000000 & (0u - static_cast<unsigned int>(overlong)));

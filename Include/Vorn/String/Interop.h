@@ -106,12 +106,15 @@ VornPrivate::IfStringAndText<S, Text> operator!=(const Text& text, const S& s) {
 inline namespace Literals {
 
 /// A string that refers to a literal. Allocates the record only.
-/// Throws `Exception<7>` if the literal is not valid in its encoding or contains a zero byte.
+/// Throws `Exception<7>` if the literal is not valid in its encoding or contains a zero byte. Throws `Exception<4>`:
+/// "length : text too long!" for a literal of more than 0xFFFFFFFE units.
 /// @{
 inline String operator""_vs(const char* literal, std::size_t length) {
+    if (length > VornPrivate::MAX_TEXT_LENGTH) VORN_THROW(4, "length : text too long!");
     return String(literal, static_cast<unsigned int>(length), STRING_DATA_STATIC, true);
 }
 inline String operator""_vs(const UTF16Char* literal, std::size_t length) {
+    if (length > VornPrivate::MAX_TEXT_LENGTH) VORN_THROW(4, "length : text too long!");
     return String(literal, static_cast<unsigned int>(length), STRING_DATA_STATIC, true);
 }
 /// @}

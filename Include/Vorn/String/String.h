@@ -36,7 +36,8 @@ public:
     /// terminator and not text; 0xFFFFFFFF stands for a text that ends at its first zero byte. With
     /// `STRING_DATA_DYNAMIC` the string takes over a block of array new.
     /// Raises `Exception<4>` with "buffer must not be null!!!!", and `Exception<7>` if the text is not valid; the
-    /// buffer then stays with the caller.
+    /// buffer then stays with the caller. Throws `Exception<4>`: "length : text too long!" if a text of unknown length
+    /// has no terminator in its first 0xFFFFFFFF units; no unit behind these is read.
     String(const unsigned char* buffer, unsigned int length = 0xFFFFFFFF,
            StringAllocationType type = STRING_DATA_EXTERNAL);
     String(const char* buffer, unsigned int length = 0xFFFFFFFF, StringAllocationType type = STRING_DATA_EXTERNAL);
@@ -45,14 +46,16 @@ public:
     String(const UTF16Char* buffer, unsigned int length = 0xFFFFFFFF, StringAllocationType type = STRING_DATA_EXTERNAL);
 
     /// The same for a text of `length` units with, if `nullTerminated` is set, a terminator behind them.
-    /// @warning With a length of 0xFFFFFFFF and the flag set, the string is empty.
+    /// @warning With a length of 0xFFFFFFFF and the flag set, the string is empty. With 0xFFFFFFFE and the flag set,
+    ///     the text ends at its first zero unit, as with 0xFFFFFFFF alone.
     String(const unsigned char* buffer, unsigned int length, StringAllocationType type, bool nullTerminated);
     String(const char* buffer, unsigned int length, StringAllocationType type, bool nullTerminated);
     String(const UTF16Char* buffer, unsigned int length, StringAllocationType type, bool nullTerminated);
 
     /// Copies the UTF-8 text into a block that is never freed; an empty text shares the record of `s_emptyString`. For
     /// text that comes and goes, hand a block of array new to another constructor with `STRING_DATA_DYNAMIC`.
-    /// Raises `Exception<7>` if the text is not valid, also for a zero byte inside it.
+    /// Raises `Exception<7>` if the text is not valid, also for a zero byte inside it. Throws `Exception<4>`:
+    /// "length : text too long!" for a text of more than 0xFFFFFFFE bytes, before it allocates.
     String(const std::string& text);
 
     virtual ~String() {
@@ -70,7 +73,8 @@ public:
     /// the old record still see the old text. Costs two allocations, a copy and a scan of the whole. If either side is
     /// null or empty, nothing is copied: a null `other` changes nothing, an empty one makes a null string empty, and a
     /// string without text shares the record of `other`. Raises `Exception<7>` if the scan refuses the joined text, and
-    /// what converting `other` raises.
+    /// what converting `other` raises. Throws `Exception<4>`: "length : text too long!" if the joined text would have
+    /// more than 0xFFFFFFFE bytes or units; nothing has changed then.
     /// @warning What converting `other` garbles comes garbled into the joined text: U+0000 in UTF-16 costs the end of
     ///     `other` in UTF-8, unseen; supplementary characters in UTF-8 are refused by a text in UTF-16.
     /// If memory ends, throws `std::bad_alloc` and changes nothing.

@@ -7,6 +7,9 @@
 // A record does not copy the buffer that it is built from. The text is validated once, at that door; from then on the
 // buffers and the verdict are trusted. UTF-8 has no zero byte inside: U+0000 is 0xC0 0x80.
 //
+// A text has at most 0xFFFFFFFE bytes or units. An operation whose result would be longer throws `Exception<4>`:
+// "length : text too long!" before it allocates or changes anything.
+//
 // Threads: nothing is locked, and reading can build a buffer or move text under a sibling. A record, all handles on it
 // and all records that share its block belong to one thread at a time.
 #pragma once
@@ -17,6 +20,7 @@
 #include "Vorn/String/StringDataTypes.h"
 #include "Vorn/Types.h"
 
+#include <cstdint>
 #include <string>
 
 namespace VornPrivate {
@@ -32,7 +36,9 @@ public:
     /// terminator and not text. 0xFFFFFFFF stands for a text that ends at its first zero byte. With
     /// `STRING_DATA_DYNAMIC` the record takes over a block of array new; if the constructor raises, the buffer stays
     /// with the caller.
-    /// Raises `Exception<4>` with "buffer must not be null!!!!", and `Exception<7>` if the text is not valid.
+    /// Raises `Exception<4>` with "buffer must not be null!!!!", and `Exception<7>` if the text is not valid. Throws
+    /// `Exception<4>`: "length : text too long!" if a text of unknown length has no terminator in its first 0xFFFFFFFF
+    /// units; no unit behind these is read.
     StringData(const unsigned char* buffer, unsigned int length, StringAllocationType type);
 
     /// The same over a UTF-16 text; `length` counts units.
@@ -68,10 +74,12 @@ public:
     StringDataSubCharset getCharset() const noexcept { return m_charset; }    ///< the narrowest repertoire of the text
 
     /// Replaces `dest` by the text in UTF-8, without a terminator; U+0000 stays 0xC0 0x80. A missing UTF-8 buffer is
-    /// not kept. Raises what `stringDataConvertToUTF8` raises.
+    /// not kept. Raises what `stringDataConvertToUTF8` raises; a text that is too long in UTF-8 leaves `dest` as it
+    /// was.
     void copyTo(std::string& dest) const;
 
-    /// Bytes of the text in UTF-8. Without a UTF-8 buffer, computed by `stringDataGetUTF8Length` and not kept.
+    /// Bytes of the text in UTF-8. Without a UTF-8 buffer, computed by `stringDataGetUTF8Length` and not kept; raises
+    /// what that raises.
     unsigned int getUTF8Length() const;
 
     /// Units of the text in UTF-16. Without a UTF-16 buffer, computed by `stringDataGetUTF16Length` and not kept.
@@ -172,7 +180,8 @@ public:
     /// text: one allocation, one scan, no copy. A final first surrogate is left out. The unit behind the text is read
     /// if the offset points there. Raises `Exception<4>` with "Invalid Offset!" if no character starts at the offset or
     /// it lies outside the text, in UTF-8 also for U+0000 and characters from U+100000 on; `Exception<2>` with
-    /// "c != 0xFDEF : Invalid UTF-16 buffer detected!" for a noncharacter.
+    /// "c != 0xFDEF : Invalid UTF-16 buffer detected!" for a noncharacter. Throws `Exception<4>`: "length : text too
+    /// long!" if a conversion gives 0xFFFFFFFF units, which only a `length` of 0xFFFFFFFF lets it.
     ///
     /// In an encoding that the record lacks, only the cut is converted, into a block of its own; a character that does
     /// not fit into `length` is left out, and an offset behind the end gives the empty result (ASCII text raises).
@@ -190,12 +199,14 @@ public:
 
     /// For editing in place: sets the length of the UTF-8 text and nothing else, no terminator and no flag.
     /// Raises `Exception<2>` with "getRefCount() == 1 : Can't set length on a string with more than one reference!!!"
-    /// and "getAllocationType<CharType>() == STRING_DATA_DYNAMIC : Can't set length of a non-dynamic string!!!".
+    /// and "getAllocationType<CharType>() == STRING_DATA_DYNAMIC : Can't set length of a non-dynamic string!!!". Throws
+    /// `Exception<4>`: "length : text too long!" for a length of 0xFFFFFFFF.
     void setLength(unsigned int length) {
         using CharType = unsigned char;
         VORN_INTERNAL_ASSERT(getRefCount() == 1, "Can't set length on a string with more than one reference!!!");
         VORN_INTERNAL_ASSERT(getAllocationType<CharType>() == STRING_DATA_DYNAMIC,
                              "Can't set length of a non-dynamic string!!!");
+        if (length > VornPrivate::MAX_TEXT_LENGTH) VORN_THROW(4, "length : text too long!");
         m_utf8Info.m_length = length;
     }
 
@@ -218,15 +229,20 @@ private:
           m_utf16Info{nullptr, nullptr, length, 0, STRING_DATA_STATIC, 1}, m_UTF8Buffer(utf8), m_UTF16Buffer(utf16),
           m_refCount(refCount), m_charset(STRING_DATA_ASCII), m_embeddedNulls(0), m_staticConstString(1) {}
 
+    // A record over a text whose length is known, also where that is 0xFFFFFFFF with the terminator counted in.
+    struct CountedLength {};
+    StringData(const unsigned char* buffer, std::uint64_t length, StringAllocationType type, CountedLength);
+    StringData(const UTF16Char* buffer, std::uint64_t length, StringAllocationType type, CountedLength);
+
     // Destroys and frees the record. Out of line, or compilers that see two handles in one function warn of the second.
     void destroy();
 
     // Gives up the buffers and stands over a block of array new instead, which stays with the caller if this raises.
-    void rebuild(const unsigned char* buffer, unsigned int length);
+    void rebuild(const unsigned char* buffer, std::uint64_t length);
     void destroyBuffers();
 
     template <class CharType>
-    void initialise(const CharType* buffer, unsigned int length, StringAllocationType type);
+    void initialise(const CharType* buffer, std::uint64_t length, StringAllocationType type);
 
     template <class CharType>
     StringDataBufferInfo& infoOf() const noexcept {

@@ -20,7 +20,8 @@ VORN_API unsigned int stringDataGetUTF16Length(const unsigned char* buffer, cons
 
 /// Not always the bytes that the conversion writes: U+0000 counts 1 under `STRING_DATA_UCS2` and takes 2, and U+007F
 /// counts 2 under `STRING_DATA_UNICODE` and takes 1. Otherwise the bytes that a UTF-16 text takes in UTF-8.
-/// Raises `Exception<2>` if the text does not fit the verdict.
+/// Raises `Exception<2>` if the text does not fit the verdict. Throws `Exception<4>`: "length : text too long!" if the
+/// text takes more than 0xFFFFFFFE bytes.
 /// @warning A first surrogate as the last unit makes it read one unit further. Valid text has none.
 VORN_API unsigned int stringDataGetUTF8Length(const UTF16Char* buffer, const StringDataBufferInfo& info,
                                               StringDataSubCharset charset);
@@ -43,7 +44,7 @@ VORN_API UTF16Char* stringDataConvertToUTF16(const unsigned char* sourceBuffer, 
                                              StringDataSubCharset charset, StringDataBufferInfo& destInfo);
 
 /// As `stringDataConvertToUTF16`, into a new buffer of at least `capacity` units, with a zero unit behind the text and
-/// one behind the room.
+/// one behind the capacity. Throws `Exception<4>`: "length : text too long!" for a capacity of 0xFFFFFFFF.
 VORN_API UTF16Char* stringDataConvertCreateUTF16(const unsigned char* sourceBuffer,
                                                  const StringDataBufferInfo& sourceInfo, StringDataSubCharset charset,
                                                  unsigned int capacity);
@@ -59,18 +60,20 @@ VORN_API unsigned int stringDataConvertCopyToUTF16(const unsigned char* sourceBu
 /// is cut by as many bytes, or fails with "j < destLength : destination buffer too short!" if a character starts behind
 /// the counted length; under `STRING_DATA_UNICODE` one byte at the end stays unwritten for each U+007F. Returns a new
 /// terminated buffer, the caller's to free with array delete, and fills length, type and terminated flag of `destInfo`.
-/// Raises `Exception<2>` if the text does not fit the verdict, and leaves no buffer behind.
+/// Raises `Exception<2>` if the text does not fit the verdict, and leaves no buffer behind. Throws `Exception<4>`:
+/// "length : text too long!" as `stringDataGetUTF8Length` does, before it allocates.
 VORN_API unsigned char* stringDataConvertToUTF8(const UTF16Char* sourceBuffer, const StringDataBufferInfo& sourceInfo,
                                                 StringDataSubCharset charset, StringDataBufferInfo& destInfo);
 
 /// As `stringDataConvertToUTF8`, into a new buffer of at least `capacity` bytes, with a zero byte behind the text and
-/// one behind the room.
+/// one behind the capacity. Throws `Exception<4>`: "length : text too long!" also for a capacity of 0xFFFFFFFF.
 VORN_API unsigned char* stringDataConvertCreateUTF8(const UTF16Char* sourceBuffer,
                                                     const StringDataBufferInfo& sourceInfo,
                                                     StringDataSubCharset charset, unsigned int capacity);
 
 /// As `stringDataConvertToUTF8`, into the caller's memory and without a terminator. Returns the length in bytes, and
-/// writes nothing if `destLength` is below that.
+/// writes nothing if `destLength` is below that. Throws `Exception<4>`: "length : text too long!" as
+/// `stringDataGetUTF8Length` does, before it writes.
 /// @warning A text with U+0000 under `STRING_DATA_UCS2` is written up to two bytes past `destLength`: leave room for
 ///     them. It does not fail as long as its characters start below `destLength`.
 VORN_API unsigned int stringDataConvertCopyToUTF8(const UTF16Char* sourceBuffer, const StringDataBufferInfo& sourceInfo,

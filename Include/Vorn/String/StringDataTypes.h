@@ -4,6 +4,13 @@
 /// Scans and conversions take and return these types, so that they can be used before a string exists.
 #pragma once
 
+namespace VornPrivate {
+
+/// The length of the longest text, in bytes or units. A length of 0xFFFFFFFF stands for a text that is to be measured.
+constexpr unsigned int MAX_TEXT_LENGTH = 0xFFFFFFFE;
+
+} // namespace VornPrivate
+
 namespace Vorn {
 
 class StringData;

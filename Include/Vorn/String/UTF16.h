@@ -128,13 +128,18 @@ public:
         if (i >= length) return VornPrivate::END_OF_BUFFER;
         const unsigned char lead = buffer[i];
         if (lead < 0x80) return buffer[i++];
+        const unsigned char* const sequence = buffer + i;
         const unsigned int bytes = VornPrivate::sequenceLength(lead);
-        i += bytes;
-        if (i > length && bytes != 4) return VornPrivate::INVALID_CHARACTER;
+        if (length - i < bytes) {
+            i = VornPrivate::advance(i, bytes);
+            if (bytes != 4) return VornPrivate::INVALID_CHARACTER;
+        } else {
+            i += bytes;
+        }
         switch (bytes) {
-        case 2: return getUCS2Char(lead, buffer[i - 1]);
-        case 3: return getUCS2Char(lead, buffer[i - 2], buffer[i - 1]);
-        case 4: return getUTF16(lead, buffer[i - 3], buffer[i - 2], buffer[i - 1]);
+        case 2: return getUCS2Char(lead, sequence[1]);
+        case 3: return getUCS2Char(lead, sequence[1], sequence[2]);
+        case 4: return getUTF16(lead, sequence[1], sequence[2], sequence[3]);
         default: return UTF32::getUTF32Char(lead);
         }
     }

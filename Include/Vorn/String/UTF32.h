@@ -114,8 +114,11 @@ public:
         const unsigned char lead = buffer[i];
         if (lead < 0x80) return buffer[i++];
         const unsigned int bytes = VornPrivate::sequenceLength(lead);
+        if (length - i < bytes) {
+            i = VornPrivate::advance(i, bytes);
+            return VornPrivate::INVALID_CHARACTER;
+        }
         i += bytes;
-        if (i > length) return VornPrivate::INVALID_CHARACTER;
         switch (bytes) {
         case 2: return getUTF32Char(lead, buffer[i - 1]);
         case 3: return getUTF32Char(lead, buffer[i - 2], buffer[i - 1]);
@@ -136,7 +139,7 @@ public:
         ++i;
         if (c == VornPrivate::FIRST_SURROGATE) {
             if (i < length) static_cast<void>(getUTF32Char(buffer[i - 1], buffer[i]));
-            ++i;
+            i = VornPrivate::advance(i, 1);
             return VornPrivate::INVALID_CHARACTER;
         }
         return c == VornPrivate::SECOND_SURROGATE ? VornPrivate::INVALID_CHARACTER : c;

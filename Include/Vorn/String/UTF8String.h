@@ -12,6 +12,10 @@
 // String::getEmptyString(). Bytes that an edit writes are not scanned: charset and embedded-null flag stay those of the
 // text before the last edit that lengthened it.
 //
+// A text has at most 0xFFFFFFFE bytes; see StringData. Searches and `erase` work on texts of any length, though an
+// index above 0x7FFFFFFF cannot be given to them: count from the end instead. `insert` and `replace` refuse texts of
+// 2^31 bytes and more with "Invalid index!".
+//
 // Threads: a read can store a buffer in the shared record. A string and all that share its record belong to one thread.
 #pragma once
 
@@ -73,12 +77,14 @@ public:
 
     /// The first byte of the first character at or after `index`, in a terminated buffer. A negative index counts from
     /// the end and is made an offset in place; it is not moved to the character. Raises `Exception<4>` with
-    /// "Invalid index!" for an index outside the text, which includes its end.
+    /// "Invalid index!" for an index outside the text, which includes its end, and for one whose offset is above
+    /// 0x7FFFFFFF and does not fit `index`, which then stays as it was.
     /// @warning The pointer dies as that of `getBuffer`: in a text that was not terminated, at the next such call too.
     const unsigned char* getTerminatedBuffer(int& index) const;
 
-    /// The byte at the first character start at or after `index`; raises as `getTerminatedBuffer` does. An index from
-    /// 0x80000000 on counts from the end, as a negative one does there.
+    /// The byte at the first character start at or after `index`; raises as `getTerminatedBuffer` does, but for no
+    /// offset inside the text. An index from 0x80000000 on counts from the end, as a negative one does there.
+    /// @warning So it does in a text of more than 2^31 bytes, too: there, read `getBuffer()[index]`.
     unsigned char get(unsigned int index) const;
     unsigned char operator[](unsigned int index) const { return get(index); }
 
@@ -130,7 +136,10 @@ public:
     /// The room is gone at the next edit that lengthens the text: only the length counts, not the room. Reserving does
     /// not make edits cheaper; it makes the string private and reads its text anew, so it raises `Exception<7>` on text
     /// that has become malformed: by an edit, behind the library's back, or by its conversion from UTF-16.
-    /// @warning The string loses its text by such a refusal: it is null if it shared its record, which the others keep;
+    /// Throws `Exception<4>`: "length : text too long!" for a length of 0xFFFFFFFF, and for a text held in UTF-16 that
+    /// is too long in UTF-8; nothing has changed then.
+    /// @warning The string loses its text by such a refusal of the scan: it is null if it shared its record, which the
+    /// others keep;
     ///     a record of its own is left without a buffer, and every later edit raises `Exception<4>` with "buffer must
     ///     not be null!!!!". A string that shared its record is null as well if there is no memory for a new one.
     /// @warning A string with no record gets one that it does not count: it cannot be edited, and once the string was
@@ -138,7 +147,7 @@ public:
     unsigned int reserve(unsigned int length);
 
     /// Makes a negative index the end of the text, whatever its value, and returns the length. Raises `Exception<4>`
-    /// with "Invalid index!" for an index behind the end.
+    /// with "Invalid index!" for an index behind the end, and always in a text of 2^31 bytes or more.
     unsigned int assertValidInsertIndex(int& index) const;
 
     // Edits. All of them make the string private by `reserve`, which may refuse, and then work in place. One that fails
@@ -147,6 +156,8 @@ public:
     // A code is written as 0xC0 0x80 for 0 and raises `Exception<7>` with "Invalid Unicode character!" if it has no
     // UTF-8 form; codes from 0x80000080 upward are taken for single bytes. On a string with no record, every edit
     // raises `Exception<2>` with "getRefCount() == 1 : Can't set length on a string with more than one reference!!!".
+    // All that lengthen the text throw `Exception<4>`: "length : text too long!" if it would have more than 0xFFFFFFFE
+    // bytes; nothing has changed then.
     // @warning Strings that were cut from this one see an edit that does not lengthen it.
 
     /// Adds a character or a text to the end.
@@ -180,10 +191,10 @@ public:
 
 private:
     unsigned int measure() const;
-    unsigned int startOf(int& index) const;
-    unsigned int findBytes(std::string_view needle, unsigned int start, int index) const;
-    unsigned int skipBytes(std::string_view run, unsigned int start, int index) const;
-    unsigned int matchBytes(std::string_view needle, unsigned int start, int index) const;
+    unsigned int startOf(int index, unsigned int& offset) const;
+    unsigned int findBytes(std::string_view needle, unsigned int start, unsigned int from) const;
+    unsigned int skipBytes(std::string_view run, unsigned int start, unsigned int from) const;
+    unsigned int matchBytes(std::string_view needle, unsigned int start, unsigned int from) const;
     static unsigned int encode(unsigned int c, unsigned char* sequence);
 
     void freeUncountedRecord() noexcept;

@@ -174,14 +174,35 @@ TEST(UTF8StringReserve, WithoutMemoryChangesNothing) {
     EXPECT_EQ(liveAllocationCount(), live);
 }
 
+TEST(UTF8StringReserve, MoreThanATextCanHaveIsRefused) {
+    const std::string text = "text";
+    const UTF16Text wide = u"wide";
+    UTF8String none, alone(bytesOf(text), 4), shared(over(text)), fromWide(over(wide));
+    const String other = shared;
+    const std::pair<const char*, UTF8String*> rows[] = {
+        {"no record", &none}, {"its own record", &alone}, {"a shared record", &shared}, {"UTF-16", &fromWide}};
+    for (const auto& [name, string] : rows) {
+        SCOPED_TRACE(name);
+        const StringData* const data = string->getData();
+        const std::size_t live = liveAllocationCount();
+        UTF8String& refused = *string; // a lambda cannot capture a part of a binding
+        expectRaises<4>([&] { refused.reserve(0xFFFFFFFF); }, "length : text too long!", "Vorn::UTF8String::reserve",
+                        "Source/Vorn/UTF8String");
+        EXPECT_EQ(liveAllocationCount(), live);
+        EXPECT_EQ(string->getData(), data);
+    }
+    EXPECT_EQ(alone.getBuffer(), bytesOf(text));
+    EXPECT_EQ(unitsOf(*fromWide.getData()), wide);
+}
+
 #if UINTPTR_MAX == 0xFFFFFFFF // any other process may well have the memory
 TEST(UTF8StringReserve, MoreThanTheProcessHasIsRefused) {
     const std::string text = "text";
     const UTF16Text wide = u"wide";
     UTF8String none, alone(bytesOf(text), 4), fromWide(over(wide));
-    EXPECT_THROW(none.reserve(0xFFFFFFFF), std::bad_alloc);
-    EXPECT_THROW(alone.reserve(0xFFFFFFFF), std::bad_alloc);
-    EXPECT_THROW(fromWide.reserve(0xFFFFFFFF), std::bad_alloc);
+    EXPECT_THROW(none.reserve(0xFFFFFFFE), std::bad_alloc);
+    EXPECT_THROW(alone.reserve(0xFFFFFFFE), std::bad_alloc);
+    EXPECT_THROW(fromWide.reserve(0xFFFFFFFE), std::bad_alloc);
     EXPECT_EQ(none.getData(), nullptr);
     EXPECT_EQ(alone.getBuffer(), bytesOf(text));
     EXPECT_EQ(unitsOf(*fromWide.getData()), wide);
@@ -243,6 +264,9 @@ TEST(UTF8StringEdit, SetLengthNeedsADynamicTextOfOneHandle) {
     string.getData()->setLength(2);
     EXPECT_EQ(textOf(string), "te");
     EXPECT_EQ(string.getBuffer()[2], 'x');
+    expectRaises<4>([&] { string.getData()->setLength(0xFFFFFFFF); }, "length : text too long!",
+                    "Vorn::StringData::setLength", "Include/Vorn/String/StringData");
+    EXPECT_EQ(textOf(string), "te");
     const String other = string;
     expectRaises<2>([&] { string.getData()->setLength(1); }, NOT_ALONE);
 }
