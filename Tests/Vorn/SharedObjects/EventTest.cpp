@@ -291,7 +291,7 @@ TEST_F(EventTest, DestructorsMayComeBackWhileTheEventChanges) {
     }
 }
 
-TEST_F(EventTest, DestructorsMayComeBackWhileTheEventDies) {
+TEST_F(EventTest, DestructorsMayCallTheEventDuringItsDestruction) {
     for (int arrangement = 0; arrangement < 9; ++arrangement) {
         auto other = std::make_unique<IntEvent>();
         SharedPtr<Leaving> leaving = Vorn::makeShared<Leaving>(*other);

@@ -86,7 +86,7 @@ class AnyObject : public SharedPtrTest {};
 using AnyTypes = testing::Types<Plain, Shared, Dynamic, Door>;
 TYPED_TEST_SUITE(AnyObject, AnyTypes);
 
-TYPED_TEST(AnyObject, LivesAsLongAsSomebodyHoldsIt) {
+TYPED_TEST(AnyObject, ExistsAsLongAsAPointerOwnsIt) {
     SharedPtr<TypeParam> first = Vorn::makeShared<TypeParam>(7);
     EXPECT_EQ(first->value, 7);
     EXPECT_EQ((*first).value, 7);
@@ -237,7 +237,7 @@ struct SelfSharing : Vorn::SharedObjectBase {
     static inline int destroyed = 0;
 };
 
-TEST_F(SharedPtrTest, DyingObjectIsNotRevived) {
+TEST_F(SharedPtrTest, ObjectBeingDestroyedIsNotRevived) {
     SelfSharing::destroyed = 0;
     for (const bool isWeaklyHeld : {false, true}) {
         for (const bool isFreeRelease : {false, true}) { // the two release sequences free the record at different times
@@ -331,7 +331,7 @@ TEST_F(SharedPtrTest, InterfaceWithoutVirtualDestructorNeedsARecord) {
     EXPECT_EQ(known.getUseCount(), 2);
 }
 
-TEST_F(SharedPtrTest, ArraysGoByArrayDelete) {
+TEST_F(SharedPtrTest, ArraysAreDestroyedWithArrayDelete) {
     {
         SharedPtr<Plain[]> array(new Plain[3]);
         EXPECT_EQ(living, 3);

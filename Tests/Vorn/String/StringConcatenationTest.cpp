@@ -142,7 +142,7 @@ struct Refused {
     String right;
 };
 
-TEST(StringConcatenation, RefusedByTheScanLeavesANullStringIfItHeldTheLastShare) {
+TEST(StringConcatenation, RefusedByTheScanLeavesANullStringIfItHadTheLastReference) {
     Refused refused;
     const std::size_t live = liveAllocationCount();
     {

@@ -260,13 +260,13 @@ TYPED_TEST(Conversion, RandomTextsOfAllScripts) {
     }
 }
 
-TYPED_TEST(Conversion, WrongVerdictsFailAsTold) {
+TYPED_TEST(Conversion, WrongScanResultsFailAsSpecified) {
     for (const Codes& codes : reference::randomTexts({1, 5, 30})) {
         ASSERT_TRUE(TestFixture::convertsAsToldUnderAllVerdicts(Direction<TypeParam>::encode(codes)));
     }
 }
 
-TYPED_TEST(Conversion, EveryDamageFailsAsToldAndLeaksNothing) {
+TYPED_TEST(Conversion, EveryErrorFailsAsSpecifiedAndLeaksNothing) {
     for (const Codes& codes : reference::randomTexts({11})) {
         const int charset = reference::charsetOf(codes);
         for (const auto& text :

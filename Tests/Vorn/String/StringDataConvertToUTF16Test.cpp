@@ -95,7 +95,7 @@ TEST(StringDataConvertToUTF16, FailuresNameTheOuterFunction) {
     }
 }
 
-TEST(StringDataConvertToUTF16, CreateMakesRoom) {
+TEST(StringDataConvertToUTF16, CreateAllocatesTheBuffer) {
     const Bytes text = reference::toUTF8({0x61, 0xE9, 0x62});
     const struct {
         unsigned int capacity;

@@ -83,7 +83,7 @@ TEST(StringDataConvertToUTF8, PairsWithALowByteFromC0AreRefusedByTheScan) {
     }
 }
 
-TEST(StringDataConvertToUTF8, NullBeforeAnotherCharacterRunsOutOfRoomUnderUCS2) {
+TEST(StringDataConvertToUTF8, NullBeforeAnotherCharacterExceedsTheLengthUnderUCS2) {
     const std::string message("j < destLength : destination buffer too short!");
     const std::string function("Vorn::stringDataConvertToUTF8FromUCS2");
     const std::string file("Source/Vorn/StringDataHelper");
@@ -136,7 +136,7 @@ TEST(StringDataConvertToUTF8, CopyAsksForTheSizeAndWritesNoTerminator) {
     EXPECT_EQ(dest, (Bytes{0x61, 0xC3, 0xA9, 0xE2, 0x82, 0xAC, 0xF0, 0x9F, 0x98, 0x80, UNWRITTEN}));
 }
 
-TEST(StringDataConvertToUTF8, CreateMakesRoom) {
+TEST(StringDataConvertToUTF8, CreateAllocatesTheBuffer) {
     const UTF16Char text[] = {0x61, 0xE9};
     const struct {
         unsigned int capacity;
@@ -222,7 +222,7 @@ TEST(StringDataConvertToUTF8, InnerLoopTakesAnySecondUnitBehindAFirstSurrogate) 
     checkInnerLoop(Vorn::stringDataConvertToUTF8FromUTF16, true, {0x41, 0xD83D, 0xDE00}, 2, 5);
 }
 
-TEST(StringDataConvertToUTF8, InnerLoopsTestTheRoomAtTheStartOfACharacterOnly) {
+TEST(StringDataConvertToUTF8, InnerLoopsTestTheCapacityAtTheStartOfACharacterOnly) {
     const Units texts[] = {
         {0x41}, {0}, {0xE9}, {0x20AC}, {0xD83D, 0xDE00}, {0x41, 0xE9, 0x20AC, 0xD83D, 0xDE00, 0x42, 0}};
     for (const Units& text : texts) {
@@ -246,7 +246,7 @@ TEST(StringDataConvertToUTF8, InnerLoopsTestTheRoomAtTheStartOfACharacterOnly) {
     EXPECT_EQ(dest[1], UNWRITTEN);
 }
 
-TEST(StringDataConvertToUTF8, InnerLoopsOnRandomTextsWithLittleRoom) {
+TEST(StringDataConvertToUTF8, InnerLoopsOnRandomTextsWithLittleCapacity) {
     for (const Codes& codes : reference::randomTexts({5, 8, 40})) {
         const Units text = reference::toUTF16(codes);
         const auto length = static_cast<unsigned int>(text.size());

@@ -368,7 +368,7 @@ TEST(StringDataLength, PairsOfUnitsAtEveryEdge) {
     }
 }
 
-TEST(StringDataLength, DamageAtEveryPlaceIsToldInTheSameWords) {
+TEST(StringDataLength, AnErrorAtEveryPositionIsReportedWithTheSameText) {
     for (const Codes& codes : reference::randomTexts({17})) {
         for (const Bytes& text : reference::damaged(reference::toUTF8(codes), reference::badBytes)) {
             ASSERT_TRUE(measuresAsTold(text));

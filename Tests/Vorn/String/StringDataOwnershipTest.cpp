@@ -43,7 +43,7 @@ protected:
 using Encodings = testing::Types<unsigned char, UTF16Char>;
 TYPED_TEST_SUITE(StringDataOwnership, Encodings, );
 
-TYPED_TEST(StringDataOwnership, CutsStandDirectlyBehindTheirParent) {
+TYPED_TEST(StringDataOwnership, SubstringsAreDirectlyBehindTheirParent) {
     const String root = dynamicString<TypeParam>("abcdefgh");
     const TypeParam* const block = this->bufferOf(root);
     StringData* cutRecord = nullptr;
@@ -65,7 +65,7 @@ TYPED_TEST(StringDataOwnership, CutsStandDirectlyBehindTheirParent) {
     EXPECT_EQ(this->bufferOf(fromTheEnd), block + 5);
 }
 
-TYPED_TEST(StringDataOwnership, CutsOutOfStaticTextStandAlone) {
+TYPED_TEST(StringDataOwnership, SubstringsOfStaticTextAreInNoChain) {
     const auto memory = callerBuffer<TypeParam>(std::string_view("abcd\0", 5));
     const String root(memory.get(), 5, STRING_DATA_STATIC);
     const String part = cut<TypeParam>(root, 1, 2);
@@ -78,7 +78,7 @@ TYPED_TEST(StringDataOwnership, CutsOutOfStaticTextStandAlone) {
     EXPECT_EQ(this->bufferOf(part), memory.get() + 1);
 }
 
-TYPED_TEST(StringDataOwnership, CutToTheEndOfATerminatedTextIsTerminated) {
+TYPED_TEST(StringDataOwnership, SubstringToTheEndOfATerminatedTextIsTerminated) {
     const String root = dynamicString<TypeParam>(std::string_view("abcdef\0", 7));
     const TypeParam* const block = this->bufferOf(root);
     const String whole = cut<TypeParam>(root, 0, 0xFFFFFFFF);
@@ -95,7 +95,7 @@ TYPED_TEST(StringDataOwnership, CutToTheEndOfATerminatedTextIsTerminated) {
     expectChain<TypeParam>({root.getData(), notToTheEnd.getData(), end.getData(), whole.getData()});
 }
 
-TYPED_TEST(StringDataOwnership, RefusedCutLeavesTheChainAlone) {
+TYPED_TEST(StringDataOwnership, RefusedSubstringLeavesTheChainUnchanged) {
     const String root = dynamicString<TypeParam>("abcdefgh");
     const String part = cut<TypeParam>(root, 2, 3);
     const std::size_t live = liveAllocationCount();
@@ -106,7 +106,7 @@ TYPED_TEST(StringDataOwnership, RefusedCutLeavesTheChainAlone) {
     expectChain<TypeParam>({root.getData(), part.getData()});
 }
 
-TYPED_TEST(StringDataOwnership, EmptyCutIsTheStaticRecordAndLinksNothing) {
+TYPED_TEST(StringDataOwnership, EmptySubstringIsTheStaticRecordAndLinksNothing) {
     const String root = dynamicString<TypeParam>("abc");
     EXPECT_EQ(root.getData()->template substr<TypeParam>(1, 0), &StringData::s_emptyString);
     expectChain<TypeParam>({root.getData()});
@@ -164,7 +164,7 @@ TYPED_TEST(StringDataOwnership, DyingRecordAtTheEndIsForgotten) {
     this->held(root, {"abcdefgh", 0, STRING_DATA_DYNAMIC, false});
 }
 
-TYPED_TEST(StringDataOwnership, SoleCutOfACallersBufferCopiesItsTextOut) {
+TYPED_TEST(StringDataOwnership, SoleSubstringOfABorrowedBufferCopiesItsText) {
     auto buffer = callerBuffer<TypeParam>("abcdefgh");
     String root(buffer.get(), 8, STRING_DATA_EXTERNAL);
     String part = cut<TypeParam>(root, 3, 4);
@@ -178,7 +178,7 @@ TYPED_TEST(StringDataOwnership, SoleCutOfACallersBufferCopiesItsTextOut) {
     EXPECT_EQ(lastReleasedArray(), block);
 }
 
-TYPED_TEST(StringDataOwnership, CutsOfACallersBufferMoveToOneNewBlock) {
+TYPED_TEST(StringDataOwnership, SubstringsOfABorrowedBufferMoveToOneNewBlock) {
     auto buffer = callerBuffer<TypeParam>("abcdefghij");
     String root(buffer.get(), 10, STRING_DATA_EXTERNAL);
     String third = cut<TypeParam>(root, 2, 2);
@@ -219,7 +219,7 @@ TYPED_TEST(StringDataOwnership, HeirOfACallersBufferThatReachesFurthestIsTermina
 }
 
 // The head has its own copy by then, but its parts stay on the buffer, with the first of them as their head.
-TYPED_TEST(StringDataOwnership, CutsCopyOutWhenTheHeadThatRemainsDies) {
+TYPED_TEST(StringDataOwnership, SubstringsCopyTheirTextWhenTheRemainingHeadIsDestroyed) {
     auto buffer = callerBuffer<TypeParam>("abcdefgh");
     const String root(buffer.get(), 8, STRING_DATA_EXTERNAL);
     const String last = cut<TypeParam>(root, 4, 2);
@@ -392,7 +392,7 @@ TEST(StringDataOwnershipUTF16, DetachingLooksAtTheUnitBehindEachText) {
 }
 
 // What a cut reads at its end can be text that was put back, not the terminator: the flag then stays clear.
-TEST(StringDataOwnershipUTF8, CutThatEndsInTwoBytesIsNotKnownToBeTerminated) {
+TEST(StringDataOwnershipUTF8, SubstringThatEndsInTwoBytesIsNotMarkedAsTerminated) {
     const unsigned char text[] = {'a', 0xC3, 0xA9, 0};
     const String root(newBlock(std::vector<unsigned char>(text, text + 4)), 4, STRING_DATA_DYNAMIC);
     const String part = cut<unsigned char>(root, 1, 2);
@@ -403,7 +403,7 @@ TEST(StringDataOwnershipUTF8, CutThatEndsInTwoBytesIsNotKnownToBeTerminated) {
     expectChain<unsigned char>({root.getData()});
 }
 
-TEST(StringDataOwnershipUTF8, RefusedTextOfACutLeavesTheChainAlone) {
+TEST(StringDataOwnershipUTF8, RefusedTextOfASubstringLeavesTheChainUnchanged) {
     const String root = dynamicString<unsigned char>("a\xC3\xA9z");
     const String part = cut<unsigned char>(root, 0, 1);
     const std::size_t live = liveAllocationCount();

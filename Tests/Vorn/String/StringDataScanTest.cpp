@@ -94,7 +94,7 @@ TEST(StringDataScan, EmptyBufferIsASCIIInAllForms) {
     EXPECT_TRUE(scansAsTold(Units{}));
 }
 
-TEST(StringDataScan, VerdictsOfUTF8) {
+TEST(StringDataScan, ResultsOfUTF8) {
     const struct {
         const char* name;
         Bytes bytes;
@@ -213,7 +213,7 @@ TEST(StringDataScan, OnlyTheLargestLengthMeansATerminator) {
     }
 }
 
-TEST(StringDataScan, VerdictsOfUTF16) {
+TEST(StringDataScan, ResultsOfUTF16) {
     const struct {
         const char* name;
         Units units;
@@ -405,7 +405,7 @@ TEST(StringDataScan, RandomTextsOfAllScripts) {
     }
 }
 
-TEST(StringDataScan, DamageAtEveryPlaceIsToldInTheSameWords) {
+TEST(StringDataScan, AnErrorAtEveryPositionIsReportedWithTheSameText) {
     for (const Codes& codes : reference::randomTexts({23, 70})) {
         for (const Bytes& text : reference::damaged(reference::toUTF8(codes), reference::badBytes)) {
             ASSERT_TRUE(scansAsTold(text));

@@ -227,7 +227,7 @@ TEST(ConvertedSubstring, LeavesOutASupplementaryCharacterThatIsHalved) {
     EXPECT_EQ(source.getData()->substr<UTF16Char>(1, 1), &StringData::s_emptyString);
 }
 
-TEST(ConvertedSubstring, LosesTheBlockOfACutThatFails) {
+TEST(ConvertedSubstring, LeaksTheBlockOfASubstringThatFails) {
     const UTF16Text units = utf16Of({0x61, 0xE9, 0x62});
     const String source = over(units);
     const std::size_t live = liveAllocationCount();
@@ -263,7 +263,7 @@ TEST(ConvertedSubstring, CountsU0000AsOneByteAndWritesTwo) {
     }
 }
 
-TEST(ConvertedSubstring, DropsWhatHasNoRoomOfOverlongCharacters) {
+TEST(ConvertedSubstring, DropsOverlongCharactersBeyondTheCapacity) {
     // Measured as one unit each, read as a pair: the cut ends in the middle of one.
     const std::string text = "\xF0\x80\x80\x80\xF0\x80\x80\x80\xF0\x80\x80\x80";
     const String source = over(text);

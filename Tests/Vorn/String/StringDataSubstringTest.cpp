@@ -92,7 +92,7 @@ TEST(Substring, TakesOverTheBlockOfADyingOwner) {
     EXPECT_EQ(textOf(*cut.getData()), "bcd");
 }
 
-TEST(Substring, CopiesTheTextOfACallersBufferWhenItsParentDies) {
+TEST(Substring, CopiesTheTextOfABorrowedBufferWhenItsParentIsDestroyed) {
     auto text = std::make_unique<std::string>("abcdef");
     String parent = over(*text);
     const String first(parent.getData()->substr<Byte>(1, 3));

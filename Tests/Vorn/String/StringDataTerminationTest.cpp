@@ -100,7 +100,7 @@ TYPED_TEST(StringDataTermination, TextOfNoLengthIsTerminatedTooByCopying) {
     }
 }
 
-TYPED_TEST(StringDataTermination, CutOutOfStaticTextIsCopiedTwice) {
+TYPED_TEST(StringDataTermination, SubstringOfStaticTextIsCopiedTwice) {
     const auto memory = callerBuffer<TypeParam>("abcdef");
     const String parent(memory.get(), 6, STRING_DATA_STATIC);
     const String part = cut<TypeParam>(parent, 2, 3);
@@ -271,7 +271,7 @@ TYPED_TEST(StringDataTermination, OwnerAtTheStartOfItsBlockGivesItAway) {
 }
 
 // Copying out of somebody else's text leaves a block that the next call copies once more; a part may hang on it.
-TYPED_TEST(StringDataTermination, SecondCopyLeavesTheFirstToThePartsCutFromIt) {
+TYPED_TEST(StringDataTermination, SecondCopyLeavesTheFirstToItsSubstrings) {
     const auto buffer = callerBuffer<TypeParam>("abcdef");
     const String string(buffer.get(), 6, STRING_DATA_EXTERNAL);
     const TypeParam* const first = this->terminate(string);

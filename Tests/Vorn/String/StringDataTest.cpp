@@ -24,7 +24,7 @@ static_assert(!std::is_polymorphic_v<StringData> && !std::is_copy_constructible_
 static_assert(std::is_same_v<decltype(std::declval<const StringData&>().getRefCount()), unsigned int>);
 
 template <class CharType>
-class StringDataDoor : public testing::Test {
+class StringDataConstruction : public testing::Test {
 protected:
     using Other = OtherEncoding<CharType>;
 
@@ -58,9 +58,9 @@ protected:
 };
 
 using Encodings = testing::Types<unsigned char, UTF16Char>;
-TYPED_TEST_SUITE(StringDataDoor, Encodings, );
+TYPED_TEST_SUITE(StringDataConstruction, Encodings, );
 
-TYPED_TEST(StringDataDoor, LengthsMeanWhatTheyMean) {
+TYPED_TEST(StringDataConstruction, LengthsAndTerminatorsDetermineTheText) {
     static const struct {
         const char* name;
         std::string_view buffer;
@@ -95,7 +95,7 @@ TYPED_TEST(StringDataDoor, LengthsMeanWhatTheyMean) {
     }
 }
 
-TYPED_TEST(StringDataDoor, DynamicBlocksAreTakenOverAndFreed) {
+TYPED_TEST(StringDataConstruction, DynamicBlocksAreOwnedAndFreed) {
     const std::size_t live = liveAllocationCount();
     {
         TypeParam* const block = newBlock<TypeParam>(std::string_view("abc\0", 4));
@@ -106,7 +106,7 @@ TYPED_TEST(StringDataDoor, DynamicBlocksAreTakenOverAndFreed) {
     EXPECT_EQ(liveAllocationCount(), live);
 }
 
-TYPED_TEST(StringDataDoor, OtherBuffersStayWithTheCaller) {
+TYPED_TEST(StringDataConstruction, OtherBuffersAreBorrowed) {
     for (const StringAllocationType type : {STRING_DATA_NONE, STRING_DATA_EXTERNAL, STRING_DATA_STATIC}) {
         TypeParam* const block = newBlock<TypeParam>("abc");
         { const StringData record(block, 3, type); }
@@ -115,12 +115,12 @@ TYPED_TEST(StringDataDoor, OtherBuffersStayWithTheCaller) {
     }
 }
 
-TYPED_TEST(StringDataDoor, BuildingCopiesNothing) {
+TYPED_TEST(StringDataConstruction, BuildingCopiesNothing) {
     const auto buffer = callerBuffer<TypeParam>("abcdef");
     EXPECT_EQ(allocationsDuring([&] { const StringData record(buffer.get(), 6, STRING_DATA_EXTERNAL); }), 0u);
 }
 
-TYPED_TEST(StringDataDoor, NullBufferIsRefusedWithAnyLength) {
+TYPED_TEST(StringDataConstruction, NullBufferIsRefusedWithAnyLength) {
     for (const unsigned int length : {0u, 1u, 5u, Measure}) {
         for (const StringAllocationType type : {STRING_DATA_EXTERNAL, STRING_DATA_STATIC, STRING_DATA_DYNAMIC}) {
             const Report report =
@@ -132,7 +132,7 @@ TYPED_TEST(StringDataDoor, NullBufferIsRefusedWithAnyLength) {
     }
 }
 
-TEST(StringData, VerdictsComeFromTheScan) {
+TEST(StringData, CharsetAndNullsComeFromTheScan) {
     const std::string big = "\xF0\x90\x80\x80";
     static const struct {
         const char* name;
@@ -216,7 +216,7 @@ TEST(StringData, InvalidTextIsRefusedAndTheBufferStaysWithTheCaller) {
     }
 }
 
-TEST(StringData, CountsHandlesAndDiesWithTheLast) {
+TEST(StringData, CountsHandlesAndIsDestroyedWithTheLast) {
     const std::size_t live = liveAllocationCount();
     auto* const record = new StringData(newBlock<unsigned char>("abc"), 3, STRING_DATA_DYNAMIC);
     EXPECT_EQ(record->getRefCount(), 0u);
@@ -415,7 +415,7 @@ TEST(StringData, CopyIntoTooSmallABufferWritesNothing) {
     EXPECT_TRUE(std::all_of(units, units + 3, [](UTF16Char unit) { return unit == 0x55; }));
 }
 
-TEST(StringData, CopyOfNoTextTakesNoRoom) {
+TEST(StringData, CopyOfNoTextNeedsNoCapacity) {
     const unsigned char utf8[] = {0};
     const UTF16Char utf16[] = {0};
     const StringData held8(utf8, 1, STRING_DATA_EXTERNAL);

@@ -288,7 +288,7 @@ TYPED_TEST(StringOwnerMapTest, CopiesAndAssignsNothing) {
     EXPECT_EQ(map.size(), 1u);
 }
 
-TYPED_TEST(StringOwnerMapTest, StringsAndWhatWasCutFromThemOutliveTheMap) {
+TYPED_TEST(StringOwnerMapTest, StringsAndTheirSubstringsOutliveTheMap) {
     auto text = std::make_unique<std::basic_string<TypeParam>>(this->textOf("0123456789"));
     String cut, deeper, held;
     {

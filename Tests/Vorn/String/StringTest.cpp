@@ -137,7 +137,7 @@ TEST(String, CopiesShareTheRecord) {
     EXPECT_TRUE(ofNull.isNull());
 }
 
-TEST(String, TakesAShareOfARecord) {
+TEST(String, AcquiresAReferenceToARecord) {
     const std::size_t live = liveAllocationCount();
     {
         const auto buffer = callerBuffer<UTF16Char>("abc");

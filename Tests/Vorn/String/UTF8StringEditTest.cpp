@@ -61,7 +61,7 @@ TEST(UTF8StringReserve, OfASharedRecordCopies) {
     EXPECT_NE(string.getBuffer(), bytesOf(text));
 }
 
-TEST(UTF8StringReserve, MakesExactlyTheRoomThatIsAsked) {
+TEST(UTF8StringReserve, AllocatesExactlyTheRequestedCapacity) {
     UTF8String string = own("abc");
     StringData* const record = string.getData();
     EXPECT_EQ(allocationsDuring([&] { EXPECT_EQ(string.reserve(20), 20u); }), 1u);
@@ -440,7 +440,7 @@ TEST(UTF8StringEdit, LeavesOtherHoldersAlone) {
     EXPECT_EQ(textOf(first), "ttext1text1ext1text11");
 }
 
-TEST(UTF8StringEdit, ThatRebuildsHandsTheBlockToWhatWasCutFromIt) {
+TEST(UTF8StringEdit, ThatRebuildsLeavesTheBlockToItsSubstrings) {
     UTF8String string = own("abcdef");
     const String cut(string.getData()->substr<Byte>(2, 3));
     string.append(cut);
@@ -448,7 +448,7 @@ TEST(UTF8StringEdit, ThatRebuildsHandsTheBlockToWhatWasCutFromIt) {
     EXPECT_STREQ(cut.getCString(), "cde");
 }
 
-TEST(UTF8StringEdit, InPlaceMayWriteACutOfTheTextOverItself) {
+TEST(UTF8StringEdit, InPlaceMayWriteASubstringOfTheTextOverItself) {
     UTF8String string = own("hello world");
     const String cut(string.getData()->substr<Byte>(0, 5));
     string.replace(cut, 3, 5);

@@ -321,7 +321,7 @@ TEST(UTF8String, RandomTextsAgainstTheReference) {
     }
 }
 
-TEST(UTF8String, ANeedleCutFromTheSameBlockMayMoveTheText) {
+TEST(UTF8String, ANeedleOfTheSameBlockMayMoveTheText) {
     // The needle inherits the block with room in front, and terminating it slides both texts down by one.
     auto* const block = new unsigned char[7]{'x', 'y', 'a', 'b', 'c', 'b', 'd'};
     String owner(block, 6, STRING_DATA_DYNAMIC);
