@@ -234,8 +234,7 @@ public:
 
     // --- Set operations ---
     //
-    // A side moves only if the other side is strictly beyond it. It keeps its value beside a zero of the other sign or
-    // NaN.
+    // A side moves only if the other side is strictly beyond it: zeros of either sign are equal, and NaN moves nothing.
 
     /// The union: the lesser of both left and top sides, the greater of both right and bottom sides.
     /// @{
@@ -250,8 +249,7 @@ public:
     constexpr FloatRect mergedCopy(float leftSide, float topSide, float rightSide, float bottomSide) const noexcept;
     /// @}
 
-    /// Extends the rectangle to contain a point. On an inverted axis the copy forms move both sides, the others only
-    /// ONE.
+    /// Extends the rectangle to contain a point. On an inverted axis the copy forms move both sides, the others ONE.
     /// @warning The forms that change the rectangle move the high side only if the low side did not move. Call
     ///     `normalise` before; for normalised rectangles all forms agree.
     /// @{
@@ -374,9 +372,8 @@ public:
     /// side does NOT.
     ///
     /// The offset is SUBTRACTED from the position of the result. `pinOrigin` is one of the nine values of RectPoint.
-    /// Throws `Exception<1>` and leaves the rectangle unchanged for any other: "pinOrigin == ::Vorn::RectPoint::CENTRE
-    /// ||
-    /// ... : invalid origin", with all nine comparisons.
+    /// Throws `Exception<1>` for any other value and leaves the rectangle unchanged: "<condition> : invalid origin",
+    /// where the condition compares `pinOrigin` with all nine values.
     /// @warning With RIGHT or BOTTOM both sides move, the low side by twice the amount and the high side by four times
     ///     the amount: an axis from 0 to 10, increased by 1 at RIGHT, extends from 2 to 14. To keep a high side in
     ///     place, pass CENTRE and the amount as the offset.
