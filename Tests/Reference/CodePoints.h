@@ -1,5 +1,5 @@
-// Single characters in slow, plain arithmetic: what the encodings are by definition, without a mask or a shift. Shares
-// no code with the library.
+// Single characters in slow, plain arithmetic: the definitions of the encodings, without a mask or a shift. Shares no
+// code with the library.
 #pragma once
 
 #include <random>
@@ -16,7 +16,7 @@ constexpr bool isNonCharacter(unsigned int c) {
     return within(c, 0xFDD0, 0xFDEF) || c % 0x10000 == 0xFFFE || c % 0x10000 == 0xFFFF;
 }
 
-/// True for a code that may stand in text.
+/// True for a code that is valid in text.
 constexpr bool isCharacter(unsigned int c) { return c <= 0x10FFFF && !isSurrogate(c) && !isNonCharacter(c); }
 
 /// Bytes of a character in UTF-8.
@@ -34,7 +34,7 @@ constexpr unsigned int sequence(unsigned int c, unsigned int size) {
     }
 }
 
-/// What the bits of a packed sequence of `size` bytes spell, whether they may or not.
+/// The code in the bits of a packed sequence of `size` bytes, valid or not.
 constexpr unsigned int codeOfSequence(unsigned int seq, unsigned int size) {
     const unsigned int last = seq % 0x40;
     const unsigned int third = seq / 0x100 % 0x40 * 0x40;
@@ -49,7 +49,7 @@ constexpr unsigned int codeOfSequence(unsigned int seq, unsigned int size) {
 constexpr bool isTrailByte(unsigned int byte) { return within(byte, 0x80, 0xBF); }
 
 /// True if the last `size` bytes of the word are a lead byte of that size and its trail bytes. The bytes before them
-/// are not looked at.
+/// are not tested.
 constexpr bool hasPattern(unsigned int seq, unsigned int size) {
     const unsigned int b1 = seq / 0x1000000;
     const unsigned int b2 = seq / 0x10000 % 0x100;
@@ -69,7 +69,7 @@ constexpr unsigned int codeOfPair(unsigned int first, unsigned int second) {
     return 0x10000 + (first - 0xD800) * 0x400 + (second - 0xDC00);
 }
 
-/// Which packed words of 3 and 4 bytes are refused.
+/// True for packed words of 3 and 4 bytes that are refused.
 constexpr bool isInvalid3Bytes(unsigned int seq) {
     return within(seq, 0xEDA080, 0xEDBFBF) || within(seq, 0xEFB790, 0xEFB7AF) || seq == 0xEFBFBE || seq == 0xEFBFBF;
 }
@@ -78,7 +78,7 @@ constexpr bool isInvalid4Bytes(unsigned int seq) {
            within(seq, 0xF08FB790, 0xF08FB7AF);
 }
 
-/// What kind of byte this is, in the numbers of the library.
+/// The kind of a byte, as a sentinel of the library.
 constexpr unsigned int kindOfByte(unsigned int byte) {
     if (byte < 0x80) return byte;
     if (byte < 0xC0) return 0xFDD0;
@@ -87,7 +87,7 @@ constexpr unsigned int kindOfByte(unsigned int byte) {
     return byte < 0xF5 ? 0xFDD4 : 0xFDEF;
 }
 
-/// What kind of unit this is, in the numbers of the library.
+/// The kind of a unit, as a sentinel of the library.
 constexpr unsigned int kindOfUnit(unsigned int unit) {
     if (isFirstSurrogate(unit)) return 0xFDD1;
     if (isSecondSurrogate(unit)) return 0xFDD2;
@@ -166,7 +166,7 @@ inline std::vector<unsigned int> packedWords() {
     return words;
 }
 
-/// Bytes at which something changes, and their neighbours.
+/// Bytes at the limits of byte kinds, and their neighbours.
 inline constexpr unsigned char selectedBytes[] = {0x00, 0x01, 0x7E, 0x7F, 0x80, 0x81, 0x8D, 0x8F, 0x90, 0x9F, 0xA0,
                                                   0xAF, 0xB0, 0xB7, 0xBD, 0xBE, 0xBF, 0xC0, 0xC1, 0xC2, 0xDF, 0xE0,
                                                   0xED, 0xEF, 0xF0, 0xF3, 0xF4, 0xF5, 0xF7, 0xF8, 0xFF};

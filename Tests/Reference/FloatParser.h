@@ -1,5 +1,5 @@
-// What the float parsers do, written as plainly as possible: every value is stored before it is used again, so that
-// each rounding is a real one.
+// The float parsers, written as simply as possible: every value is stored before it is used again, so that each step
+// rounds.
 #pragma once
 
 #include "Reference/IntegerParser.h"
@@ -40,7 +40,7 @@ T integerPower(T base, int exponent) {
     return exponent < 0 ? rounded<T>(1 / static_cast<double>(result)) : result;
 }
 
-/// Reads a text that ends in a terminator; reading behind it throws.
+/// Reads a text that ends in a terminator. Reading beyond it throws.
 template <class T, class CharType>
 class FloatParser {
 public:

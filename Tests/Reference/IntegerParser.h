@@ -1,17 +1,17 @@
-// What the integer parsers do, written as plainly as possible.
+// The integer parsers, written as simply as possible.
 #pragma once
 
 #include <vector>
 
 namespace Reference {
 
-/// The value in 64 bits, to be cut to a type, and the count.
+/// The value in 64 bits, to be truncated to a type, and the count.
 struct ParsedInteger {
     unsigned long long value;
     unsigned int count;
 };
 
-/// Reads a text that ends in a terminator; reading behind it throws.
+/// Reads a text that ends in a terminator. Reading beyond it throws.
 template <class CharType>
 class IntegerParser {
 public:

@@ -1,4 +1,4 @@
-// Texts as lists of code points, their two encodings and their verdict, told from the code points alone.
+// Texts as lists of code points, with their encodings and scan results, computed from the code points alone.
 #pragma once
 
 #include "Reference/CodePoints.h"
@@ -114,7 +114,7 @@ inline std::vector<Codes> randomTexts(std::initializer_list<unsigned int> length
     return texts;
 }
 
-/// What a failing text is made of: values that break something wherever they are put.
+/// The parts of invalid texts: values that make a text invalid at any position.
 inline constexpr unsigned char badBytes[] = {0x00, 0x41, 0x7F, 0x80, 0xBF, 0xC0, 0xC1, 0xC2,
                                              0xDF, 0xE0, 0xED, 0xEF, 0xF0, 0xF4, 0xF5, 0xFF};
 inline constexpr Vorn::UTF16Char badUnits[] = {0x0000, 0x0041, 0x007F, 0x0080, 0xD800, 0xD8C0, 0xDBFF, 0xDC00,

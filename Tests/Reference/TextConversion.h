@@ -1,5 +1,5 @@
-// Conversion of whole buffers, one character at a time: every unit that is written and every check in its order, with
-// its words. Shares no code with the library.
+// Conversion of whole buffers, one character at a time: every unit that is written, and every check in its order, with
+// its text. Shares no code with the library.
 #pragma once
 
 #include "Reference/TextLength.h"
@@ -32,7 +32,7 @@ Outcome convertASCII(const std::vector<Source>& source, unsigned int length, std
     return converted();
 }
 
-/// The inner loop to UTF-16, for a text that was measured. Four bytes become their second surrogate alone.
+/// The inner loop to UTF-16, for a text that was measured. Of four bytes only the second surrogate is written.
 inline void fill(int charset, Units& dest, const Bytes& source, unsigned int length) {
     unsigned int j = 0;
     for (unsigned int i = 0; i < length;) {
@@ -61,7 +61,7 @@ inline Bytes encoded(const Units& source, unsigned int& i, bool pairs) {
     return bytes;
 }
 
-/// The inner loops to UTF-8. Room is tested at the start of a character alone.
+/// The inner loops to UTF-8. The capacity is tested only at the start of a character.
 inline Outcome fill(bool pairs, Bytes& dest, unsigned int destLength, const Units& source, unsigned int length) {
     unsigned int j = 0;
     for (unsigned int i = 0; i < length;) {
@@ -75,7 +75,7 @@ inline Outcome fill(bool pairs, Bytes& dest, unsigned int destLength, const Unit
     return converted();
 }
 
-/// The length of the result, or what measuring raises.
+/// The length of the result, or the failure of the measurement.
 inline Outcome measured(const Bytes& source, unsigned int length, int charset) {
     return charset == 1 ? Outcome{length, {}} : utf16Length(source, length, charset);
 }

@@ -1,4 +1,4 @@
-// Lengths of whole buffers under a given verdict, one character at a time: every check in its order, with its words.
+// Lengths of whole buffers for a given scan result, one character at a time: every check in its order, with its text.
 // Shares no code with the library.
 #pragma once
 
@@ -33,7 +33,7 @@ inline Outcome decoded(const unsigned char* bytes, unsigned int size) {
     return {codeOfSequence(seq, size), {}};
 }
 
-/// Bytes that a byte of this kind begins.
+/// The length of the sequence that a byte of this kind begins.
 inline unsigned int sizeOfKind(unsigned int kind) {
     return kind == 0xFDD2 ? 2 : kind == 0xFDD3 ? 3 : kind == 0xFDD4 ? 4 : 1;
 }
@@ -92,7 +92,7 @@ inline Outcome utf16Length(const Bytes& text, unsigned int length, int charset) 
     return {count, {}};
 }
 
-/// Bytes that a UTF-16 text takes in UTF-8. May look at the unit behind the text.
+/// Bytes that a UTF-16 text takes in UTF-8. Can read the unit after the text.
 inline Outcome utf8Length(const Units& text, unsigned int length, int charset) {
     const std::string function("Vorn::stringDataGetUTF8Length");
     const auto fails = [&](const std::string& message) { return raised(2, message, function, HELPER_FILE); };

@@ -1,5 +1,5 @@
-// The scan at the door, one character at a time: every check in its order, with its words. Shares no code with the
-// library.
+// The scan that validates texts, one character at a time: every check in its order, with its text. Shares no code with
+// the library.
 #pragma once
 
 #include "Reference/SampleTexts.h"
@@ -9,7 +9,7 @@ namespace reference {
 
 inline constexpr unsigned int TERMINATED = 0xFFFFFFFF;
 
-/// What a scan returned or raised, and what it left in `length`.
+/// The result or the failure of a scan, and the value of `length` after it.
 struct ScanResult {
     Outcome outcome;
     unsigned int length = 0;
@@ -35,7 +35,7 @@ inline ScanResult scan(const Bytes& bytes, unsigned int length) {
     bool null = false;
     bool twoByteClass = false;
     bool fullClass = false;
-    // A byte that is not there is no trail byte, and neither is a terminator.
+    // A byte beyond the end is no trail byte, and neither is a terminator.
     const auto isTrail = [&](unsigned int at) { return (terminated || at < length) && isTrailByte(bytes[at]); };
     unsigned int i = 0;
     while (terminated || i < length) {
@@ -74,7 +74,7 @@ inline ScanResult scan(const Bytes& bytes, unsigned int length) {
             }
             const unsigned int code =
                 codeOfSequence(byte * 0x1000000 + bytes[i + 1] * 0x10000u + bytes[i + 2] * 0x100u + bytes[i + 3], 4);
-            // Overlong forms pass, but for those of surrogates and noncharacters.
+            // Overlong forms are accepted, except those of surrogates and noncharacters.
             if (isSurrogate(code) || isNonCharacter(code) || code > 0x10FFFD) {
                 return {refused("Invalid character with code ending in FFFE or FFFF!"), length};
             }

@@ -1,11 +1,12 @@
-// Records for functions that read the length of one and nothing else.
+// Buffer descriptions for functions that read only the length of one.
 #pragma once
 
 #include "Vorn/String/StringDataTypes.h"
 
 #include <cstddef>
 
-/// A record of this length. Its other members hold nonsense that nobody may look at or, in a target, touch.
+/// A description of this length. Its other members have arbitrary values that must not be read or, in a target,
+/// changed.
 inline Vorn::StringDataBufferInfo infoOf(std::size_t length) {
     Vorn::StringDataBufferInfo info{};
     info.m_previous = reinterpret_cast<Vorn::StringData*>(8);
@@ -17,13 +18,13 @@ inline Vorn::StringDataBufferInfo infoOf(std::size_t length) {
     return info;
 }
 
-/// True if every member but length, type and terminated flag is as `infoOf` made it.
+/// True if every member except length, type and terminated flag is unchanged since `infoOf`.
 inline bool restIsUntouched(const Vorn::StringDataBufferInfo& info) {
     return info.m_previous == reinterpret_cast<Vorn::StringData*>(8) &&
            info.m_next == reinterpret_cast<Vorn::StringData*>(16) && info.m_offset == 0xABCDEF;
 }
 
-/// True if the record is wholly as `infoOf` made it.
+/// True if the description is unchanged since `infoOf`.
 inline bool isUntouched(const Vorn::StringDataBufferInfo& info, std::size_t length) {
     return restIsUntouched(info) && info.m_length == length && info.m_allocationType == Vorn::STRING_DATA_STATIC &&
            info.m_nullTerminated == 0;

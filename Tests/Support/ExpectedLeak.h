@@ -1,4 +1,4 @@
-// Says that what is allocated here is meant to stay for ever.
+// Excludes allocations from leak detection.
 #pragma once
 
 #if defined(__has_feature)
@@ -14,7 +14,7 @@
 #include <sanitizer/lsan_interface.h>
 #endif
 
-/// While it lives, the leak sanitizer takes no note of new blocks. Keep it around the one call that leaks.
+/// During its lifetime the leak sanitizer ignores new blocks. Limit it to the call that leaks.
 class ExpectedLeak {
 public:
 #if defined(VORN_TEST_LEAKS_ARE_REPORTED)

@@ -1,4 +1,4 @@
-// Floats of every kind for random tests, comparison by bits, and records that must come to life unwritten.
+// Floats of every kind for random tests, comparison by bits, and tests of uninitialised construction.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -20,7 +20,7 @@ inline constexpr float INFINITE = std::numeric_limits<float>::infinity();
 inline constexpr float DENORMAL = std::numeric_limits<float>::denorm_min();
 inline constexpr float LARGEST = std::numeric_limits<float>::max();
 
-/// The floats that a record consists of.
+/// The floats of a record.
 template <class Record>
 std::array<float, sizeof(Record) / sizeof(float)> floatsOf(const Record& record) {
     return std::bit_cast<std::array<float, sizeof(Record) / sizeof(float)>>(record);
@@ -121,7 +121,7 @@ template <class Record>
 void expectUnwrittenByDefault() {
     alignas(Record) unsigned char storage[sizeof(Record)];
     const auto unwritten = [&] {
-        asm volatile("" ::"r"(storage) : "memory"); // hides from the compiler that reading here is nobody's right
+        asm volatile("" ::"r"(storage) : "memory"); // the compiler must not see that these reads are undefined
         for (const unsigned char byte : storage) {
             if (byte != 0xA5) return false;
         }

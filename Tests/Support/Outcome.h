@@ -1,5 +1,5 @@
 // The outcome of a call as a value: what it returned, or every text of the failure that it raised. Outcomes are
-// compared and printed, so that a table or a reference can tell results and failures alike.
+// compared and printed, so that a table or a reference can contain both results and failures.
 #pragma once
 
 #include "Vorn/Exception.h"
@@ -9,7 +9,7 @@
 #include <ostream>
 #include <string>
 
-/// What one call did. `failure` is empty if it returned.
+/// The outcome of one call. `failure` is empty if it returned.
 struct Outcome {
     unsigned int value = 0;
     std::string failure;
@@ -30,12 +30,12 @@ inline std::string failureText(int code, const std::string& message, const std::
     return "Exception<" + std::to_string(code) + "> \"" + message + "\" of " + function + " in " + file;
 }
 
-/// The outcome of a call that raises this.
+/// The outcome of a call that throws this.
 inline Outcome raised(int code, const std::string& message, const std::string& function, const std::string& file) {
     return {0, failureText(code, message, function, file)};
 }
 
-/// The texts of the failure that `run` raises, or an empty text.
+/// The texts of the failure that `run` throws, or an empty text.
 template <class Callable>
 std::string failureOf(Callable&& run) {
     try {
@@ -46,7 +46,7 @@ std::string failureOf(Callable&& run) {
     return {};
 }
 
-/// Runs `run` and gives what it returned or raised.
+/// Runs `run` and returns its outcome.
 template <class Callable>
 Outcome outcomeOf(Callable&& run) {
     Outcome outcome;

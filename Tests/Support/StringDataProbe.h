@@ -1,4 +1,4 @@
-// Reaches into records: builds what only the library can build, and breaks what it never breaks.
+// Access to private members of records: builds records that only the library can build, and corrupts them.
 #pragma once
 
 #include "Vorn/String/StringData.h"
@@ -11,7 +11,7 @@ struct StringDataProbe {
         return new Vorn::StringData(utf8, utf16, length, 0);
     }
 
-    /// A record without any buffer, with a count of 0, that lives and dies as an ordinary one.
+    /// A record without any buffer, with a count of 0, that is destroyed as an ordinary one.
     static Vorn::StringData* makeNull() {
         Vorn::StringData* const record = makeStatic(nullptr, nullptr, 0);
         record->m_staticConstString = 0;
