@@ -96,8 +96,8 @@ void String::append(const StringData& other) {
     const bool wasLast = m_data->getRefCount() == 1 && !m_data->isStaticConstString();
     m_data->decRefCount();
     if (wasLast) m_data = nullptr;
-    m_data = new (record.get()) StringData(block.release(), std::uint64_t(joinedLength) + 1, STRING_DATA_DYNAMIC,
-                                           StringData::CountedLength());
+    m_data = new (record.get())
+        StringData(block.release(), std::uint64_t(joinedLength) + 1, STRING_DATA_DYNAMIC, StringData::CountedLength());
     record.release(); // a record frees itself
     addShare();
 }
