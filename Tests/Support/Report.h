@@ -5,7 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include <optional>
 #include <string>
 
 /// What a failure reported. Null texts read as "(null)".
@@ -44,12 +43,24 @@ Report reportOf(Callable&& run) {
 
 /// Expects that `run` raises `Exception<N>` with this message and, where given, these function and file texts.
 template <int N, class Callable>
-void expectRaises(Callable&& run, const std::string& message, std::optional<std::string> function = {},
-                  std::optional<std::string> file = {}) {
+Report expectRaises(Callable&& run, const std::string& message) {
     const Report report = reportOf<N>(run);
     EXPECT_EQ(report.message, message);
     EXPECT_EQ(report.code, N);
     EXPECT_EQ(report.lineString, "__LINE__");
-    EXPECT_EQ(report.function, function.value_or(report.function));
-    EXPECT_EQ(report.file, file.value_or(report.file));
+    return report;
+}
+
+template <int N, class Callable>
+Report expectRaises(Callable&& run, const std::string& message, const std::string& function) {
+    const Report report = expectRaises<N>(run, message);
+    EXPECT_EQ(report.function, function);
+    return report;
+}
+
+template <int N, class Callable>
+Report expectRaises(Callable&& run, const std::string& message, const std::string& function, const std::string& file) {
+    const Report report = expectRaises<N>(run, message, function);
+    EXPECT_EQ(report.file, file);
+    return report;
 }

@@ -8,7 +8,7 @@
 // text that is edited piece by piece take UTF8String.
 //
 // Threads: counts are plain integers, and reading can move text. All strings that share a record or a block of text
-// belong to one thread at a time.
+// belong to one thread at a time. Empty strings on the record of `s_emptyString` may be used in any thread.
 #pragma once
 
 #include "Vorn/Config.h"

@@ -11,7 +11,8 @@
 // "length : text too long!" before it allocates or changes anything.
 //
 // Threads: nothing is locked, and reading can build a buffer or move text under a sibling. A record, all handles on it
-// and all records that share its block belong to one thread at a time.
+// and all records that share its block belong to one thread at a time. The static constant records, such as that of the
+// empty results, belong to all threads: reading them changes nothing, and their counts are atomic.
 #pragma once
 
 #include "Vorn/Assert.h"
@@ -52,14 +53,24 @@ public:
     ///     running out of memory then ends the process.
     ~StringData();
 
-    void incRefCount() noexcept { ++m_refCount; } ///< one more handle
+    /// One handle more.
+    void incRefCount() noexcept {
+        if (m_staticConstString)
+            addToStaticCount(1);
+        else
+            ++m_refCount;
+    }
 
     /// One handle less; with the last one, the record destroys and frees itself. A static record survives.
     void decRefCount() {
-        if (m_refCount-- == 1 && !m_staticConstString) destroy();
+        if (m_staticConstString)
+            addToStaticCount(0u - 1);
+        else if (m_refCount-- == 1)
+            destroy();
     }
 
-    unsigned int getRefCount() const noexcept { return m_refCount; } ///< number of handles
+    /// Number of handles; of a static constant record, those of all threads.
+    unsigned int getRefCount() const noexcept { return __atomic_load_n(&m_refCount, __ATOMIC_RELAXED); }
 
     /// True if the record has no buffer, which no constructor lets happen.
     bool isNull() const noexcept { return !m_UTF8Buffer && !m_UTF16Buffer; }
@@ -233,6 +244,10 @@ private:
     struct CountedLength {};
     StringData(const unsigned char* buffer, std::uint64_t length, StringAllocationType type, CountedLength);
     StringData(const UTF16Char* buffer, std::uint64_t length, StringAllocationType type, CountedLength);
+
+    // Threads that share no string share the static constant records, so their counts are atomic. Relaxed, because such
+    // a count decides nothing: the record is constant and is never destroyed.
+    void addToStaticCount(unsigned int change) noexcept { __atomic_fetch_add(&m_refCount, change, __ATOMIC_RELAXED); }
 
     // Destroys and frees the record. Out of line, or compilers that see two handles in one function warn of the second.
     void destroy();
