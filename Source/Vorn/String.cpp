@@ -80,12 +80,10 @@ void String::append(const StringData& other) {
     const unsigned int joinedLength = length + otherLength;
     const unsigned int overrun = sizeof(CharType) == 1 ? overrunOfUTF8(other) : 0;
     std::unique_ptr<CharType[]> block = allocateText<CharType>(std::uint64_t(joinedLength) + overrun);
-    // The length as a number of bytes: half of a UTF-16 text. Callers have come to know the result.
+    // The length as a number of bytes: half of a UTF-16 text, and zero bytes for the other half.
     std::memcpy(block.get(), m_data->getPrivateBuffer<CharType>(), length);
-    if constexpr (sizeof(CharType) == 1)
-        other.copyToUTF8(block.get() + length, otherLength + 1);
-    else
-        other.copyToUTF16(block.get() + length, otherLength + 1);
+    if constexpr (sizeof(CharType) != 1) std::memset(reinterpret_cast<unsigned char*>(block.get()) + length, 0, length);
+    copyToBlock(other, block.get() + length, otherLength, otherLength + 1);
     block[joinedLength] = 0;
 
     // Memory for the new record comes first, so that this handle is as before if there is none. The old record is

@@ -364,18 +364,22 @@ void checkASCII(const UTF16Char* sourceBuffer, unsigned int i, unsigned int leng
                          Function);
 }
 
+// The loops of all conversions return the index behind the last unit that they write.
+
 template <const auto& Function, class Target, class Source>
-void convertPlain(Target* dest, const Source* sourceBuffer, unsigned int length) {
+unsigned int convertPlain(Target* dest, const Source* sourceBuffer, unsigned int length) {
     for (unsigned int i = 0; i < length;) {
         const unsigned int blockEnd = i + std::min(length - i, ASCII_BLOCK);
         const unsigned int end = findPlainEnd(sourceBuffer, i, blockEnd);
         for (; i < end; ++i) dest[i] = static_cast<Target>(sourceBuffer[i]);
         checkASCII<Function>(sourceBuffer, end, blockEnd);
     }
+    return length;
 }
 
-void stringDataConvertToUTF16FromNonASCIIUTF8(StringDataSubCharset charset, UTF16Char* dest, unsigned int destLength,
-                                              const unsigned char* sourceBuffer, unsigned int sourceLength) {
+unsigned int stringDataConvertToUTF16FromNonASCIIUTF8(StringDataSubCharset charset, UTF16Char* dest,
+                                                      unsigned int destLength, const unsigned char* sourceBuffer,
+                                                      unsigned int sourceLength) {
     unsigned int i = 0;
     unsigned int j = 0;
     while (i < sourceLength) {
@@ -395,10 +399,11 @@ void stringDataConvertToUTF16FromNonASCIIUTF8(StringDataSubCharset charset, UTF1
             dest[j++] = static_cast<UTF16Char>(c);
         } else {
             // The high half of a pair is meant to be stored first, but no value that is read passes the test for it:
-            // the low half stands alone, and the units that it was measured to take stay unwritten at the end.
+            // the low half stands alone, and as many units of the measured length are left over at the end.
             dest[j++] = static_cast<UTF16Char>(UTF16::getUTF16(sourceBuffer, i, sourceLength));
         }
     }
+    return j;
 }
 
 constexpr unsigned int LONGEST_CHARACTER = 4; // in bytes
@@ -442,8 +447,8 @@ inline unsigned char* encodeCharacter(unsigned char* dest, const UTF16Char* sour
 // Writes a text as UTF-8. Room is tested against `destLength` at the start of a character only; of one that
 // begins inside and ends behind `blockSize` bytes, what has no place in the block is dropped.
 template <bool Pairs, const auto& Function>
-void encodeText(unsigned char* dest, unsigned int destLength, std::size_t blockSize, const UTF16Char* sourceBuffer,
-                unsigned int sourceLength) {
+std::size_t encodeText(unsigned char* dest, unsigned int destLength, std::size_t blockSize,
+                       const UTF16Char* sourceBuffer, unsigned int sourceLength) {
     std::size_t j = 0; // may pass `destLength` by 3 bytes
     for (unsigned int i = 0; i < sourceLength;) {
         VORN_INTERNAL_ASSERT(j < destLength, "destination buffer too short!", Function);
@@ -456,21 +461,25 @@ void encodeText(unsigned char* dest, unsigned int destLength, std::size_t blockS
             j += size;
         }
     }
+    return j;
 }
 
 constexpr char FROM_UCS2[] = "Vorn::stringDataConvertToUTF8FromUCS2";
 constexpr char FROM_UTF16[] = "Vorn::stringDataConvertToUTF8FromUTF16";
 
-void stringDataConvertToUTF8FromWide(StringDataSubCharset charset, unsigned char* dest, unsigned int destLength,
-                                     std::size_t blockSize, const UTF16Char* sourceBuffer, unsigned int sourceLength) {
-    if (charset == STRING_DATA_UCS2) {
-        encodeText<false, FROM_UCS2>(dest, destLength, blockSize, sourceBuffer, sourceLength);
-    } else {
-        encodeText<true, FROM_UTF16>(dest, destLength, blockSize, sourceBuffer, sourceLength);
-    }
+std::size_t encodeWide(StringDataSubCharset charset, unsigned char* dest, unsigned int destLength,
+                       std::size_t blockSize, const UTF16Char* sourceBuffer, unsigned int sourceLength) {
+    if (charset == STRING_DATA_UCS2)
+        return encodeText<false, FROM_UCS2>(dest, destLength, blockSize, sourceBuffer, sourceLength);
+    return encodeText<true, FROM_UTF16>(dest, destLength, blockSize, sourceBuffer, sourceLength);
 }
 
 } // namespace
+
+std::size_t stringDataConvertToUTF8FromWide(StringDataSubCharset charset, unsigned char* dest, unsigned int destLength,
+                                            const UTF16Char* sourceBuffer, unsigned int sourceLength) {
+    return encodeWide(charset, dest, destLength, UNKNOWN_SIZE, sourceBuffer, sourceLength);
+}
 
 void stringDataConvertToUTF8FromUCS2(unsigned char* dest, unsigned int destLength, const UTF16Char* sourceBuffer,
                                      unsigned int sourceLength) {
@@ -497,14 +506,13 @@ unsigned int measureConverted(const Source* sourceBuffer, const StringDataBuffer
 }
 
 template <const auto& Function, class Target, class Source>
-void convertInto(Target* dest, unsigned int destLength, std::size_t blockSize, const Source* sourceBuffer,
-                 unsigned int sourceLength, StringDataSubCharset charset) {
-    if (charset == STRING_DATA_ASCII)
-        convertPlain<Function>(dest, sourceBuffer, sourceLength);
-    else if constexpr (sizeof(Source) == 1)
-        stringDataConvertToUTF16FromNonASCIIUTF8(charset, dest, destLength, sourceBuffer, sourceLength);
+std::size_t convertInto(Target* dest, unsigned int destLength, std::size_t blockSize, const Source* sourceBuffer,
+                        unsigned int sourceLength, StringDataSubCharset charset) {
+    if (charset == STRING_DATA_ASCII) return convertPlain<Function>(dest, sourceBuffer, sourceLength);
+    if constexpr (sizeof(Source) == 1)
+        return stringDataConvertToUTF16FromNonASCIIUTF8(charset, dest, destLength, sourceBuffer, sourceLength);
     else
-        stringDataConvertToUTF8FromWide(charset, dest, destLength, blockSize, sourceBuffer, sourceLength);
+        return encodeWide(charset, dest, destLength, blockSize, sourceBuffer, sourceLength);
 }
 
 template <const auto& Function, class Target, class Source>
@@ -513,7 +521,9 @@ Target* convertToNew(const Source* sourceBuffer, const StringDataBufferInfo& sou
     const unsigned int length = measureConverted(sourceBuffer, sourceInfo, charset);
     std::unique_ptr<Target[]> dest = allocateText<Target>(length);
     const std::size_t blockSize = static_cast<std::size_t>(length) + 1;
-    convertInto<Function>(dest.get(), length, blockSize, sourceBuffer, sourceInfo.m_length, charset);
+    const std::size_t written =
+        convertInto<Function>(dest.get(), length, blockSize, sourceBuffer, sourceInfo.m_length, charset);
+    clearUnwritten(dest.get(), written, length);
     dest[length] = 0;
     destInfo.m_length = length;
     destInfo.m_allocationType = STRING_DATA_DYNAMIC;
@@ -531,7 +541,9 @@ Target* convertToRoom(const Source* sourceBuffer, const StringDataBufferInfo& so
     const std::size_t blockSize = static_cast<std::size_t>(room) + 1;
     // Only text that becomes UTF-16 may use the whole room.
     const unsigned int destLength = sizeof(Target) == 2 ? room : length;
-    convertInto<Function>(dest.get(), destLength, blockSize, sourceBuffer, sourceInfo.m_length, charset);
+    const std::size_t written =
+        convertInto<Function>(dest.get(), destLength, blockSize, sourceBuffer, sourceInfo.m_length, charset);
+    clearUnwritten(dest.get(), written, room);
     dest[room] = 0;
     dest[length] = 0;
     return dest.release();
@@ -546,7 +558,28 @@ unsigned int convertToCopy(const Source* sourceBuffer, const StringDataBufferInf
     return length;
 }
 
+template <const auto& Function, class Source, class Target>
+void convertToBlock(const StringData& text, Target* dest, unsigned int length, unsigned int capacity) {
+    const std::size_t written = convertInto<Function>(dest, capacity, UNKNOWN_SIZE, text.getPrivateBuffer<Source>(),
+                                                      text.getBufferInfo<Source>().m_length, text.getCharset());
+    clearUnwritten(dest, written, length);
+}
+
 } // namespace
+
+void copyToBlock(const StringData& text, unsigned char* dest, unsigned int length, unsigned int capacity) {
+    if (text.getPrivateBuffer<unsigned char>())
+        text.copyToUTF8(dest, capacity);
+    else if (text.getPrivateBuffer<UTF16Char>())
+        convertToBlock<CONVERT_COPY_TO_UTF8, UTF16Char>(text, dest, length, capacity);
+}
+
+void copyToBlock(const StringData& text, UTF16Char* dest, unsigned int length, unsigned int capacity) {
+    if (text.getPrivateBuffer<UTF16Char>())
+        text.copyToUTF16(dest, capacity);
+    else if (text.getPrivateBuffer<unsigned char>())
+        convertToBlock<CONVERT_COPY_TO_UTF16, unsigned char>(text, dest, length, capacity);
+}
 
 UTF16Char* stringDataConvertToUTF16(const unsigned char* sourceBuffer, const StringDataBufferInfo& sourceInfo,
                                     StringDataSubCharset charset, StringDataBufferInfo& destInfo) {

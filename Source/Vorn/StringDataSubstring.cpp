@@ -276,11 +276,19 @@ ConvertedRange findRange(const typename Measure::Source* buffer, unsigned int bu
     return range;
 }
 
-// A block for a cut and its terminator. A range of no units leaves the cut as it came from the allocator, and so it
-// goes to the scan.
+// A block for a substring and its terminator.
 template <class CharType>
 CharType* allocateCut(const ConvertedRange& range, unsigned int overrun = 0) {
     return allocateText<CharType>(std::uint64_t(range.count) + overrun).release();
+}
+
+// Writes the substring and its terminator. What a range of no units leaves unwritten is zero, and so it is scanned.
+void convertRange(unsigned char* block, const ConvertedRange& range, StringDataSubCharset charset,
+                  const UTF16Char* source) {
+    const std::size_t written =
+        stringDataConvertToUTF8FromWide(charset, block, range.count, source + range.start, range.end - range.start);
+    clearUnwritten(block, written, range.count);
+    block[range.count] = 0;
 }
 
 } // namespace
@@ -289,8 +297,7 @@ StringData* StringData::substrConvertUCS2ToUTF8(int offset, unsigned int length)
     const ConvertedRange range = findRange<MeasureUCS2AsUTF8>(m_UTF16Buffer, m_utf16Info.m_length, offset, length);
     if (range.count == 0) return &s_emptyString;
     unsigned char* const block = allocateCut<unsigned char>(range, overrunOfUTF8(*this));
-    stringDataConvertToUTF8FromUCS2(block, range.count, m_UTF16Buffer + range.start, range.end - range.start);
-    block[range.count] = 0;
+    convertRange(block, range, STRING_DATA_UCS2, m_UTF16Buffer);
     return new StringData(block, std::uint64_t(range.count) + 1, STRING_DATA_DYNAMIC, CountedLength());
 }
 
@@ -298,8 +305,7 @@ StringData* StringData::substrConvertUTF16ToUTF8(int offset, unsigned int length
     const ConvertedRange range = findRange<MeasureUTF16AsUTF8>(m_UTF16Buffer, m_utf16Info.m_length, offset, length);
     if (range.count == 0) return &s_emptyString;
     unsigned char* const block = allocateCut<unsigned char>(range, overrunOfUTF8(*this));
-    stringDataConvertToUTF8FromUTF16(block, range.count, m_UTF16Buffer + range.start, range.end - range.start);
-    block[range.count] = 0;
+    convertRange(block, range, STRING_DATA_UNICODE, m_UTF16Buffer);
     return new StringData(block, std::uint64_t(range.count) + 1, STRING_DATA_DYNAMIC, CountedLength());
 }
 
@@ -314,6 +320,7 @@ StringData* StringData::substrConvertUTF8ToUTF16(int offset, unsigned int length
         if (word > 0xFFFF) block[j++] = static_cast<UTF16Char>(word >> 16);
         if (j < range.count) block[j++] = static_cast<UTF16Char>(word);
     }
+    clearUnwritten(block, j, range.count);
     block[range.count] = 0;
     return new StringData(block, std::uint64_t(range.count) + 1, STRING_DATA_DYNAMIC, CountedLength());
 }

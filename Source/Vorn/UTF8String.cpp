@@ -317,7 +317,8 @@ namespace {
 
 using Block = std::unique_ptr<unsigned char[]>;
 
-// A copy of the text of `n` bytes in a block of at least `length`, with a zero behind the text and one behind the room.
+// A copy of the text of `n` bytes in a block of at least `length`, with a zero behind the text and one at the end. What
+// lies between the two is for the caller to write or to clear.
 Block copyText(const StringData& data, unsigned int n, unsigned int length) {
     if (const unsigned char* const text = data.getPrivateBuffer<unsigned char>()) {
         const unsigned int room = std::max(length, n);
@@ -332,8 +333,12 @@ Block copyText(const StringData& data, unsigned int n, unsigned int length) {
                                              data.getCharset(), length));
 }
 
-bool isTrailAt(const unsigned char* buffer, unsigned int index, unsigned int length) {
-    return index < length && UTF8::validUTF8Trail(buffer[index]);
+// True if an edit at this index of a text of `n` bytes would divide a character. The capacity beyond the text, which
+// the edit does not come to write, is then cleared.
+bool dividesCharacter(unsigned char* buffer, unsigned int index, unsigned int n, unsigned int capacity) {
+    if (index >= n || !UTF8::validUTF8Trail(buffer[index])) return false;
+    clearUnwritten(buffer, std::size_t(n) + 1, capacity);
+    return true;
 }
 
 // A text that an edit brings in: measured, and whatever memory it takes allocated, before the edit changes anything.
@@ -351,13 +356,16 @@ public:
 
     unsigned int length() const { return m_length; } // in UTF-8
 
-    // Only for a text that has a length.
-    void copyTo(unsigned char* dest) const {
+    // Only for a text that has a length. Writes it to `index` of a buffer that held `n` bytes and a zero before the
+    // edit.
+    void copyTo(unsigned char* buffer, unsigned int index, unsigned int n) const {
+        unsigned char* const dest = buffer + index;
         if (m_block) {
-            m_data->copyToUTF8(m_block.get(), m_length);
+            clearUnwritten(buffer, std::size_t(n) + 1, std::size_t(index) + m_length); // the conversion may fail
+            copyToBlock(*m_data, m_block.get(), m_length, m_length);
             std::memcpy(dest, m_block.get(), m_length);
         } else {
-            m_data->copyToUTF8(dest, m_length);
+            copyToBlock(*m_data, dest, m_length, m_length);
         }
     }
 
@@ -371,14 +379,18 @@ private:
 
 // A string that had no record is given one without counting itself, so that setLength refuses every edit; callers meet
 // that. Such a record goes with its string, or is lost if `+=` replaces it.
-unsigned int UTF8String::reserve(unsigned int length) {
-    if (length > MAX_TEXT_LENGTH) VORN_THROW(4, "length : text too long!");
+//
+// Does what `reserve` does but returns the index of the byte behind the terminator, from which on the capacity is
+// unwritten.
+unsigned int UTF8String::provideCapacity(unsigned int length) {
     if (!m_data) {
         Block block = allocateText<unsigned char>(length);
         block[0] = 0;
+        block[length] = 0;
         m_data = new StringData(block.get(), 1, STRING_DATA_DYNAMIC);
         block.release();
-        return m_capacity = length;
+        m_capacity = length;
+        return 1;
     }
 
     const unsigned int n = measure();
@@ -394,7 +406,20 @@ unsigned int UTF8String::reserve(unsigned int length) {
         m_data->rebuild(block.get(), std::uint64_t(n) + 1);
         block.release();
     }
-    return m_capacity = std::max(n, length);
+    m_capacity = std::max(n, length);
+    return n + 1;
+}
+
+unsigned int UTF8String::reserve(unsigned int length) {
+    if (length > MAX_TEXT_LENGTH) VORN_THROW(4, "length : text too long!");
+    clearCapacity(provideCapacity(length));
+    return m_capacity;
+}
+
+// Clears the capacity from an index of the text's block on.
+void UTF8String::clearCapacity(unsigned int unwritten) {
+    if (unwritten >= m_capacity) return;
+    clearUnwritten(const_cast<unsigned char*>(m_data->getPrivateBuffer<unsigned char>()), unwritten, m_capacity);
 }
 
 void UTF8String::freeUncountedRecord() noexcept {
@@ -404,8 +429,10 @@ void UTF8String::freeUncountedRecord() noexcept {
     }
 }
 
+// The capacity beyond the text is for the edit to write, unless setLength is going to refuse it.
 unsigned char* UTF8String::getEditableBuffer(unsigned int length) {
-    reserve(length);
+    const unsigned int unwritten = provideCapacity(length);
+    if (m_data->getRefCount() != 1) clearCapacity(unwritten);
     return const_cast<unsigned char*>(m_data->getTerminatedBuffer<unsigned char>());
 }
 
@@ -454,7 +481,7 @@ void UTF8String::append(String s) {
     unsigned char* const buffer = getEditableBuffer(n + count);
     m_data->setLength(n + count);
     buffer[n + count] = 0;
-    text.copyTo(buffer + n);
+    text.copyTo(buffer, n, n);
 }
 
 void UTF8String::appendDecimal(unsigned int value) {
@@ -462,7 +489,7 @@ void UTF8String::appendDecimal(unsigned int value) {
     const unsigned int count = measureDec(value);
     if (count > MAX_TEXT_LENGTH - n) VORN_THROW(4, "length : text too long!");
     unsigned char* const buffer = getEditableBuffer(n + count);
-    printDec(value, buffer + n, count);
+    if (printDec(value, buffer + n, count) > count) clearUnwritten(buffer + n, 1, count); // printed nothing
     buffer[n + count] = 0;
     m_data->setLength(n + count);
 }
@@ -484,7 +511,7 @@ void UTF8String::insert(unsigned int c, int index) {
     const unsigned int start = static_cast<unsigned int>(index);
     if (count > MAX_TEXT_LENGTH - n) VORN_THROW(4, "length : text too long!");
     unsigned char* const buffer = getEditableBuffer(n + count);
-    if (isTrailAt(buffer, start, n)) VORN_THROW(4, "Invalid index!");
+    if (dividesCharacter(buffer, start, n, m_capacity)) VORN_THROW(4, "Invalid index!");
     moveTail(buffer, n, start, 0, count);
     setChar(buffer + start, count, c);
 }
@@ -498,9 +525,9 @@ void UTF8String::insert(String s, int index) {
     if (count > MAX_TEXT_LENGTH - n) VORN_THROW(4, "length : text too long!");
     text.allocate();
     unsigned char* const buffer = getEditableBuffer(n + count);
-    if (isTrailAt(buffer, start, n)) VORN_THROW(4, "Invalid index!");
+    if (dividesCharacter(buffer, start, n, m_capacity)) VORN_THROW(4, "Invalid index!");
     moveTail(buffer, n, start, 0, count);
-    text.copyTo(buffer + start);
+    text.copyTo(buffer, start, n);
 }
 
 void UTF8String::replace(unsigned int c, int index, unsigned int length) {
@@ -511,8 +538,8 @@ void UTF8String::replace(unsigned int c, int index, unsigned int length) {
     length = std::min(length, n - start);
     if (count > MAX_TEXT_LENGTH - (n - length)) VORN_THROW(4, "length : text too long!");
     unsigned char* const buffer = getEditableBuffer(n - length + count);
-    if (isTrailAt(buffer, start, n)) VORN_THROW(4, "Invalid index!");
-    if (isTrailAt(buffer, start + length, n)) VORN_THROW(4, "Invalid length!");
+    if (dividesCharacter(buffer, start, n, m_capacity)) VORN_THROW(4, "Invalid index!");
+    if (dividesCharacter(buffer, start + length, n, m_capacity)) VORN_THROW(4, "Invalid length!");
     if (count != length) moveTail(buffer, n, start, length, count);
     setChar(buffer + start, count, c);
 }
@@ -526,10 +553,10 @@ void UTF8String::replace(String s, int index, unsigned int length) {
     if (count > MAX_TEXT_LENGTH - (n - length)) VORN_THROW(4, "length : text too long!");
     text.allocate();
     unsigned char* const buffer = getEditableBuffer(n - length + count);
-    if (isTrailAt(buffer, start, n)) VORN_THROW(4, "Invalid index!");
-    if (isTrailAt(buffer, start + length, n)) VORN_THROW(4, "Invalid length!");
+    if (dividesCharacter(buffer, start, n, m_capacity)) VORN_THROW(4, "Invalid index!");
+    if (dividesCharacter(buffer, start + length, n, m_capacity)) VORN_THROW(4, "Invalid length!");
     if (count != length) moveTail(buffer, n, start, length, count);
-    if (count != 0) text.copyTo(buffer + start);
+    if (count != 0) text.copyTo(buffer, start, n);
 }
 
 void UTF8String::erase(int index, unsigned int length) {
@@ -539,8 +566,8 @@ void UTF8String::erase(int index, unsigned int length) {
     if (start > n) VORN_THROW(4, "Invalid index!");
     length = std::min(length, n - start);
     unsigned char* const buffer = getEditableBuffer(n - length);
-    if (isTrailAt(buffer, start, n)) VORN_THROW(4, "Invalid index!");
-    if (isTrailAt(buffer, start + length, n)) VORN_THROW(4, "Invalid length!");
+    if (dividesCharacter(buffer, start, n, m_capacity)) VORN_THROW(4, "Invalid index!");
+    if (dividesCharacter(buffer, start + length, n, m_capacity)) VORN_THROW(4, "Invalid length!");
     moveTail(buffer, n, start, length, 0);
 }
 

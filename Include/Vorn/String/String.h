@@ -65,9 +65,9 @@ public:
     /// Takes a share of the record of `other` and then gives up its own.
     String& operator=(const String& other);
 
-    /// Copies only the first half of the left text if that is held in UTF-16 alone: the second half of its place holds
-    /// what the allocator left there. For UTF-16 texts call `getCString` on the left side first, which gives it UTF-8
-    /// unless that garbles it; see `stringDataConvertToUTF8`.
+    /// Copies only the first half of the left text if that is held in UTF-16 alone: zero bytes take the place of the
+    /// second half. For UTF-16 texts call `getCString` on the left side first, which gives it UTF-8 unless that garbles
+    /// it; see `stringDataConvertToUTF8`.
     ///
     /// Appends `other` in a new record, in UTF-8 if this string has a UTF-8 buffer, else in UTF-16; other handles on
     /// the old record still see the old text. Costs two allocations, a copy and a scan of the whole. If either side is
@@ -76,7 +76,8 @@ public:
     /// what converting `other` raises. Throws `Exception<4>`: "length : text too long!" if the joined text would have
     /// more than 0xFFFFFFFE bytes or units; nothing has changed then.
     /// @warning What converting `other` garbles comes garbled into the joined text: U+0000 in UTF-16 costs the end of
-    ///     `other` in UTF-8, unseen; supplementary characters in UTF-8 are refused by a text in UTF-16.
+    ///     `other` in UTF-8, unseen; supplementary characters in UTF-8 are refused by a text in UTF-16, and U+007F next
+    ///     to supplementary characters in UTF-16 by a text in UTF-8.
     /// If memory ends, throws `std::bad_alloc` and changes nothing.
     /// @warning The old record is released before the new text is scanned. After a refusal this string is null if it
     ///     held the last share; otherwise it still points at the old record but has given up its share: the record dies

@@ -198,8 +198,8 @@ public:
     /// not fit into `length` is left out, and an offset behind the end gives the empty result (ASCII text raises).
     /// @warning The conversions are sound only for an offset of 0 or more, or a negative one whose cut ends before the
     ///     end of the text. A cut with a negative offset that reaches the end gives: from UTF-16, `Exception<2>` with
-    ///     "j < destLength : destination buffer too short!", or units that were never written if it takes in the whole
-    ///     text; from UTF-8, always units that were never written. Such units pass the scan or not.
+    ///     "j < destLength : destination buffer too short!", or `Exception<7>` ("ASCII null detected! ...") if it takes
+    ///     in the whole text; from UTF-8, zero units, as many as the cut has.
     /// @warning From UTF-16, a cut by an offset of 0 or more that meets a surrogate pair raises `Exception<2>`, even if
     ///     the pair does not fit, and one with U+0000 comes out as from `stringDataConvertToUTF8`.
     /// @warning An offset inside a character raises `Exception<4>` with "Invalid offset!" where the source is UCS-2 or

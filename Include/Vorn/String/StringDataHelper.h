@@ -37,20 +37,21 @@ VORN_API unsigned int stringDataGetUnicodeLength(const UTF16Char* buffer, const 
                                                  StringDataSubCharset charset);
 
 /// Loses the first surrogate of each 4-byte character: it becomes its second surrogate alone, and the end of the buffer
-/// holds one unwritten unit for each of them. All other text converts exactly.
+/// holds one zero unit for each of them. All other text converts exactly.
 /// Returns a new terminated buffer, the caller's to free with array delete, and fills length, type and terminated flag
 /// of `destInfo`. Raises `Exception<2>` if the text does not fit the verdict, and leaves no buffer behind.
 VORN_API UTF16Char* stringDataConvertToUTF16(const unsigned char* sourceBuffer, const StringDataBufferInfo& sourceInfo,
                                              StringDataSubCharset charset, StringDataBufferInfo& destInfo);
 
-/// As `stringDataConvertToUTF16`, into a new buffer of at least `capacity` units, with a zero unit behind the text and
-/// one behind the capacity. Throws `Exception<4>`: "length : text too long!" for a capacity of 0xFFFFFFFF.
+/// As `stringDataConvertToUTF16`, into a new buffer of at least `capacity` units and a terminator, with zero units from
+/// the end of the text to the end of the buffer. Throws `Exception<4>`: "length : text too long!" for a capacity of
+/// 0xFFFFFFFF.
 VORN_API UTF16Char* stringDataConvertCreateUTF16(const unsigned char* sourceBuffer,
                                                  const StringDataBufferInfo& sourceInfo, StringDataSubCharset charset,
                                                  unsigned int capacity);
 
 /// As `stringDataConvertToUTF16`, into the caller's memory and without a terminator. Returns the length in units, and
-/// writes nothing if `destLength` is below that.
+/// writes nothing if `destLength` is below that. Where a new buffer would end with zero units, nothing is written.
 VORN_API unsigned int stringDataConvertCopyToUTF16(const unsigned char* sourceBuffer,
                                                    const StringDataBufferInfo& sourceInfo, StringDataSubCharset charset,
                                                    UTF16Char* dest, unsigned int destLength);
@@ -58,22 +59,23 @@ VORN_API unsigned int stringDataConvertCopyToUTF16(const unsigned char* sourceBu
 /// Garbles some text: pairs of the planes 4, 8, 12 and 16, whose first unit ends in 0xC0 to 0xFF, become malformed
 /// bytes; under `STRING_DATA_UCS2` each U+0000 is written as two bytes and counted as one, so that the end of the text
 /// is cut by as many bytes, or fails with "j < destLength : destination buffer too short!" if a character starts behind
-/// the counted length; under `STRING_DATA_UNICODE` one byte at the end stays unwritten for each U+007F. Returns a new
+/// the counted length; under `STRING_DATA_UNICODE` one byte at the end is zero for each U+007F. Returns a new
 /// terminated buffer, the caller's to free with array delete, and fills length, type and terminated flag of `destInfo`.
 /// Raises `Exception<2>` if the text does not fit the verdict, and leaves no buffer behind. Throws `Exception<4>`:
 /// "length : text too long!" as `stringDataGetUTF8Length` does, before it allocates.
 VORN_API unsigned char* stringDataConvertToUTF8(const UTF16Char* sourceBuffer, const StringDataBufferInfo& sourceInfo,
                                                 StringDataSubCharset charset, StringDataBufferInfo& destInfo);
 
-/// As `stringDataConvertToUTF8`, into a new buffer of at least `capacity` bytes, with a zero byte behind the text and
-/// one behind the capacity. Throws `Exception<4>`: "length : text too long!" also for a capacity of 0xFFFFFFFF.
+/// As `stringDataConvertToUTF8`, into a new buffer of at least `capacity` bytes and a terminator, with zero bytes from
+/// the end of the text to the end of the buffer. Throws `Exception<4>`: "length : text too long!" also for a capacity
+/// of 0xFFFFFFFF.
 VORN_API unsigned char* stringDataConvertCreateUTF8(const UTF16Char* sourceBuffer,
                                                     const StringDataBufferInfo& sourceInfo,
                                                     StringDataSubCharset charset, unsigned int capacity);
 
 /// As `stringDataConvertToUTF8`, into the caller's memory and without a terminator. Returns the length in bytes, and
-/// writes nothing if `destLength` is below that. Throws `Exception<4>`: "length : text too long!" as
-/// `stringDataGetUTF8Length` does, before it writes.
+/// writes nothing if `destLength` is below that. Where a new buffer would end with zero bytes, nothing is written.
+/// Throws `Exception<4>`: "length : text too long!" as `stringDataGetUTF8Length` does, before it writes.
 /// @warning A text with U+0000 under `STRING_DATA_UCS2` is written up to two bytes past `destLength`: leave room for
 ///     them. It does not fail as long as its characters start below `destLength`.
 VORN_API unsigned int stringDataConvertCopyToUTF8(const UTF16Char* sourceBuffer, const StringDataBufferInfo& sourceInfo,

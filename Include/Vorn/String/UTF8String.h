@@ -133,6 +133,7 @@ public:
     }
 
     /// Makes room for `length` bytes in a record of its own and returns the larger of that and the length of the text.
+    /// The bytes of the capacity behind the text are zero.
     /// The room is gone at the next edit that lengthens the text: only the length counts, not the room. Reserving does
     /// not make edits cheaper; it makes the string private and reads its text anew, so it raises `Exception<7>` on text
     /// that has become malformed: by an edit, behind the library's back, or by its conversion from UTF-16.
@@ -164,8 +165,8 @@ public:
     void append(unsigned int c);
     void append(String s);
 
-    /// Appends the wrong text for the numbers that `measureDec` measures one too small, such as 100000: a zero
-    /// byte, and bytes which were never written. The next edit that lengthens such a text is refused and loses it.
+    /// Appends zero bytes for the numbers that `measureDec` measures one too small, such as 100000: as many as it
+    /// measured. The next edit that lengthens such a text is refused and loses it.
     void appendDecimal(unsigned int value);
     void appendHexaDecimal(unsigned int value, HexWithPrefix prefix);
 
@@ -198,6 +199,8 @@ private:
     static unsigned int encode(unsigned int c, unsigned char* sequence);
 
     void freeUncountedRecord() noexcept;
+    unsigned int provideCapacity(unsigned int length);
+    void clearCapacity(unsigned int unwritten);
     unsigned char* getEditableBuffer(unsigned int length);
     void moveTail(unsigned char* buffer, unsigned int n, unsigned int index, unsigned int length,
                   unsigned int newLength);

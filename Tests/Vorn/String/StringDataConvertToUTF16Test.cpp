@@ -33,18 +33,15 @@ TEST(StringDataConvertToUTF16, KnownTexts) {
         {"plain", STRING_DATA_ASCII, {0x61, 0x62, 0x7F}, {0x61, 0x62, 0x7F}},
         {"null crosses as a zero unit", STRING_DATA_UCS2, {0x61, 0xC0, 0x80}, {0x0061, 0x0000}},
         {"two and three bytes", STRING_DATA_UCS2, {0xC3, 0xA9, 0xEF, 0xBF, 0xBD}, {0x00E9, 0xFFFD}},
-        {"last character loses its first surrogate",
-         STRING_DATA_UNICODE,
-         {0xF4, 0x8F, 0xBF, 0xBD},
-         {0xDFFD, UNWRITTEN}},
+        {"last character loses its first surrogate", STRING_DATA_UNICODE, {0xF4, 0x8F, 0xBF, 0xBD}, {0xDFFD, 0}},
         {"and so does one in the midst",
          STRING_DATA_UNICODE,
          {0x61, 0xF0, 0x90, 0x80, 0x80, 0x62},
-         {0x0061, 0xDC00, 0x0062, UNWRITTEN}},
-        {"one unwritten unit for each",
+         {0x0061, 0xDC00, 0x0062, 0}},
+        {"one zero unit for each",
          STRING_DATA_UNICODE,
          {0xF0, 0x9F, 0x98, 0x80, 0xC3, 0xA9, 0xF0, 0x9F, 0x98, 0x81},
-         {0xDE00, 0x00E9, 0xDE01, UNWRITTEN, UNWRITTEN}},
+         {0xDE00, 0x00E9, 0xDE01, 0, 0}},
     };
     for (const auto& row : rows) {
         StringDataBufferInfo destInfo = infoOf(0);
@@ -104,7 +101,7 @@ TEST(StringDataConvertToUTF16, CreateAllocatesTheBuffer) {
         {0, {0x61, 0xE9, 0x62, 0}},
         {2, {0x61, 0xE9, 0x62, 0}},
         {3, {0x61, 0xE9, 0x62, 0}},
-        {6, {0x61, 0xE9, 0x62, 0, UNWRITTEN, UNWRITTEN, 0}},
+        {6, {0x61, 0xE9, 0x62, 0, 0, 0, 0}},
     };
     for (const auto& row : rows) {
         const std::unique_ptr<UTF16Char[]> dest(

@@ -63,9 +63,6 @@ TEST(ConvertedSubstring, OfASCIIWidensAndNarrows) {
     EXPECT_EQ(wide.getData()->getPrivateBuffer<Byte>(), nullptr);
 }
 
-// A unit of memory that was never written.
-constexpr unsigned int FRESH_UNIT = FRESH_BYTE << 8 | FRESH_BYTE;
-
 // What a cut across the encodings gives, from the characters of the text and what each of them takes in the target.
 struct Outcome {
     enum Kind { EMPTY, TEXT, INVALID_OFFSET, NOT_A_PAIR, BEYOND_TEXT, TOO_SHORT, SCAN_FAILS } kind;
@@ -114,7 +111,7 @@ Outcome referenceCut(const Codes& codes, From from, int offset, unsigned int len
     }
     if (count == 0) return {Outcome::EMPTY};
     if (behind != 0) return {Outcome::TEXT, Codes(codes.begin() + long(start), codes.begin() + long(end))};
-    if (from == From::UTF8) return {Outcome::TEXT, Codes(static_cast<std::size_t>(count), FRESH_UNIT)};
+    if (from == From::UTF8) return {Outcome::TEXT, Codes(static_cast<std::size_t>(count), 0)};
     return {start == 0 ? Outcome::SCAN_FAILS : Outcome::TOO_SHORT};
 }
 
@@ -151,7 +148,10 @@ void expectCut(const String& source, const Codes& codes, From from, int offset, 
                                            : "Vorn::stringDataConvertToUTF8FromUTF16");
         break;
     case Outcome::SCAN_FAILS:
-        expectRaises<7>(cut, "Unmatched trail UTF-8 byte detected!", "stringDataBufferScan");
+        expectRaises<7>(cut,
+                        "ASCII null detected! This implementation does not support ASCII null, please use the "
+                        "sequence 0xC0 0x80 to represent null.",
+                        "stringDataBufferScan");
         break;
     }
 }
