@@ -6,6 +6,7 @@
 #include "Support/AllocationCounter.h"
 #include "Support/BufferInfo.h"
 #include "Support/ExactBuffer.h"
+#include "Support/GuardedBuffer.h"
 #include "Support/Outcome.h"
 
 #include <gtest/gtest.h>
@@ -203,7 +204,7 @@ protected:
     // Converts in every form, with every room that makes a difference.
     static bool convertsAsTold(const Text& text, int charset) {
         const Case c(text, charset);
-        const ExactBuffer<Source> source(c.text);
+        const GuardedBuffer<Source> source(c.text);
         const Outcome n = reference::measured(c.text, c.length, charset);
         checkConversion(c, source.data());
         for (const unsigned int capacity : {0u, n.value, n.value + 1, n.value + 5}) {

@@ -5,7 +5,7 @@
 #include "Reference/TextScan.h"
 #include "Support/AllocationCounter.h"
 #include "Support/BufferInfo.h"
-#include "Support/ExactBuffer.h"
+#include "Support/GuardedBuffer.h"
 #include "Support/Outcome.h"
 #include "Support/Report.h"
 
@@ -54,7 +54,7 @@ TEST(StringDataConvertToUTF8, KnownTexts) {
     };
     for (const auto& row : rows) {
         StringDataBufferInfo destInfo = infoOf(0);
-        const ExactBuffer<UTF16Char> source(row.units);
+        const GuardedBuffer<UTF16Char> source(row.units);
         const std::unique_ptr<unsigned char[]> dest(
             Vorn::stringDataConvertToUTF8(source.data(), infoOf(row.units.size()), row.charset, destInfo));
         EXPECT_EQ(Bytes(dest.get(), dest.get() + destInfo.m_length), row.bytes) << row.name;
@@ -183,7 +183,7 @@ void checkInnerLoop(InnerLoop loop, bool pairs, const Units& text, unsigned int 
     Bytes expected(destLength + 8, UNWRITTEN);
     Bytes dest = expected;
     const Outcome outcome = reference::fill(pairs, expected, destLength, text, length);
-    const ExactBuffer<UTF16Char> source(text);
+    const GuardedBuffer<UTF16Char> source(text);
     EXPECT_EQ(failureOf([&] { loop(dest.data(), destLength, source.data(), length); }), outcome.failure)
         << reference::shown(text);
     EXPECT_EQ(dest, expected) << reference::shown(text);
@@ -258,7 +258,7 @@ bool replacesString(const Units& text, int charset) {
     const auto length = static_cast<unsigned int>(text.size());
     Units longer = text;
     longer.push_back(0);
-    const ExactBuffer<UTF16Char> source(longer);
+    const GuardedBuffer<UTF16Char> source(longer);
     std::string expected;
     std::string dest("what stood here before");
     const Outcome expectedOutcome = reference::toStandardString(longer, length, charset, expected);

@@ -4,7 +4,7 @@
 #include "Reference/TextLength.h"
 #include "Support/AllocationCounter.h"
 #include "Support/BufferInfo.h"
-#include "Support/ExactBuffer.h"
+#include "Support/GuardedBuffer.h"
 #include "Support/Outcome.h"
 
 #include <gtest/gtest.h>
@@ -43,7 +43,7 @@ Outcome unicodeLength(const Unit* buffer, std::size_t length, int charset) {
 // Compares both lengths of a text, valid or not, under every verdict with the reference.
 bool measuresAsTold(const Bytes& text) {
     const auto length = static_cast<unsigned int>(text.size());
-    const ExactBuffer<unsigned char> block(text, length % 8);
+    const GuardedBuffer<unsigned char> block(text);
     bool same = true;
     for (const int charset : CHARSETS) {
         const Outcome expectedUnits = reference::utf16Length(text, length, charset);
@@ -60,13 +60,13 @@ bool measuresAsTold(const Bytes& text) {
 
 bool measuresAsTold(const Units& text) {
     const auto length = static_cast<unsigned int>(text.size());
-    const ExactBuffer<UTF16Char> block(text, length % 8);
+    const GuardedBuffer<UTF16Char> block(text);
     bool same = true;
     for (const UTF16Char behind : {UTF16Char(0), UTF16Char(0xDC00)}) {
         // One unit stands behind the text, because a first surrogate at its end makes the byte count look there.
         Units longer = text;
         longer.push_back(behind);
-        const ExactBuffer<UTF16Char> longerBlock(longer, length % 8);
+        const GuardedBuffer<UTF16Char> longerBlock(longer);
         for (const int charset : CHARSETS) {
             const Outcome expectedBytes = reference::utf8Length(longer, length, charset);
             const Outcome expectedCharacters = reference::unicodeLength(text, length, charset);
@@ -178,7 +178,7 @@ TEST(StringDataLength, UTF16LengthOfKnownTexts) {
         {{"last overlong four bytes", F, OVERLONG4, 0}, {0xF0, 0x8F, 0xBF, 0xBD}},
     };
     for (const BytesRow& row : rows) {
-        EXPECT_EQ(utf16Length(ExactBuffer<unsigned char>(row.text).data(), row.text.size(), row.charset),
+        EXPECT_EQ(utf16Length(GuardedBuffer<unsigned char>(row.text).data(), row.text.size(), row.charset),
                   expectedOf(row, "Vorn::stringDataGetUTF16Length"))
             << row.name;
         EXPECT_TRUE(measuresAsTold(row.text)) << row.name;
@@ -231,7 +231,7 @@ TEST(StringDataLength, UTF8LengthOfKnownTexts) {
         {{"two first surrogates", F, FIRST, 0}, {0xD800, 0xD800, 0xDC00}},
     };
     for (const UnitsRow& row : rows) {
-        EXPECT_EQ(utf8Length(ExactBuffer<UTF16Char>(row.text).data(), row.text.size(), row.charset),
+        EXPECT_EQ(utf8Length(GuardedBuffer<UTF16Char>(row.text).data(), row.text.size(), row.charset),
                   expectedOf(row, "Vorn::stringDataGetUTF8Length"))
             << row.name;
         EXPECT_TRUE(measuresAsTold(row.text)) << row.name;
@@ -272,7 +272,7 @@ TEST(StringDataLength, UnicodeLengthOfKnownUTF8) {
         {{"noncharacter of plane 1 under UCS-2", U, INVALID_UTF8, 0}, {0xF0, 0x9F, 0xBF, 0xBE}},
     };
     for (const BytesRow& row : rows) {
-        EXPECT_EQ(unicodeLength(ExactBuffer<unsigned char>(row.text).data(), row.text.size(), row.charset),
+        EXPECT_EQ(unicodeLength(GuardedBuffer<unsigned char>(row.text).data(), row.text.size(), row.charset),
                   expectedOf(row, "Vorn::stringDataGetUnicodeLength"))
             << row.name;
         EXPECT_TRUE(measuresAsTold(row.text)) << row.name;
@@ -299,7 +299,7 @@ TEST(StringDataLength, UnicodeLengthOfKnownUTF16) {
         {{"first surrogate before a letter", F, FIRST, 0}, {0xD800, 0x61}},
     };
     for (const UnitsRow& row : rows) {
-        EXPECT_EQ(unicodeLength(ExactBuffer<UTF16Char>(row.text).data(), row.text.size(), row.charset),
+        EXPECT_EQ(unicodeLength(GuardedBuffer<UTF16Char>(row.text).data(), row.text.size(), row.charset),
                   expectedOf(row, "Vorn::stringDataGetUnicodeLength"))
             << row.name;
         EXPECT_TRUE(measuresAsTold(row.text)) << row.name;

@@ -4,6 +4,7 @@
 #include "Reference/TextScan.h"
 #include "Support/AllocationCounter.h"
 #include "Support/ExactBuffer.h"
+#include "Support/GuardedBuffer.h"
 #include "Support/Outcome.h"
 #include "Support/Report.h"
 
@@ -33,14 +34,14 @@ ScanResult scanned(const Unit* buffer, unsigned int length) {
 template <class Unit>
 bool scansAsTold(const std::vector<Unit>& text) {
     const auto length = static_cast<unsigned int>(text.size());
-    const ExactBuffer<Unit> counted(text, length % 16);
+    const GuardedBuffer<Unit> counted(text);
     const ScanResult expectedCounted = reference::scan(text, length);
     const ScanResult actualCounted = scanned(counted.data(), length);
     EXPECT_EQ(actualCounted, expectedCounted) << "counted: " << reference::shown(text);
 
     std::vector<Unit> upToTheTerminator(text.begin(), std::find(text.begin(), text.end(), Unit(0)));
     upToTheTerminator.push_back(Unit(0));
-    const ExactBuffer<Unit> terminated(upToTheTerminator, length % 16);
+    const GuardedBuffer<Unit> terminated(upToTheTerminator);
     const ScanResult expectedTerminated = reference::scan(upToTheTerminator, TERMINATED);
     const ScanResult actualTerminated = scanned(terminated.data(), TERMINATED);
     EXPECT_EQ(actualTerminated, expectedTerminated) << "terminated: " << reference::shown(text);
@@ -122,12 +123,12 @@ TEST(StringDataScan, ResultsOfUTF8) {
     };
     for (const auto& row : rows) {
         const auto length = static_cast<unsigned int>(row.bytes.size());
-        EXPECT_EQ(scanned(ExactBuffer<unsigned char>(row.bytes).data(), length),
+        EXPECT_EQ(scanned(GuardedBuffer<unsigned char>(row.bytes).data(), length),
                   (ScanResult{{row.verdict, {}}, length}))
             << row.name;
         Bytes terminated = row.bytes;
         terminated.push_back(0);
-        EXPECT_EQ(scanned(ExactBuffer<unsigned char>(terminated).data(), TERMINATED),
+        EXPECT_EQ(scanned(GuardedBuffer<unsigned char>(terminated).data(), TERMINATED),
                   (ScanResult{{row.verdict, {}}, length}))
             << row.name;
         EXPECT_TRUE(scansAsTold(row.bytes)) << row.name;
@@ -181,10 +182,10 @@ TEST(StringDataScan, FailuresOfUTF8) {
     for (const auto& row : rows) {
         const auto length = static_cast<unsigned int>(row.bytes.size());
         const ScanResult expected{reference::refused(row.message), length};
-        EXPECT_EQ(scanned(ExactBuffer<unsigned char>(row.bytes).data(), length), expected) << row.name;
+        EXPECT_EQ(scanned(GuardedBuffer<unsigned char>(row.bytes).data(), length), expected) << row.name;
         Bytes terminated = row.bytes;
         terminated.push_back(0);
-        EXPECT_EQ(scanned(ExactBuffer<unsigned char>(terminated).data(), TERMINATED),
+        EXPECT_EQ(scanned(GuardedBuffer<unsigned char>(terminated).data(), TERMINATED),
                   (ScanResult{expected.outcome, TERMINATED}))
             << row.name;
         EXPECT_TRUE(scansAsTold(row.bytes)) << row.name;
@@ -233,11 +234,11 @@ TEST(StringDataScan, ResultsOfUTF16) {
     };
     for (const auto& row : rows) {
         const auto length = static_cast<unsigned int>(row.units.size());
-        EXPECT_EQ(scanned(ExactBuffer<UTF16Char>(row.units).data(), length), (ScanResult{{row.verdict, {}}, length}))
+        EXPECT_EQ(scanned(GuardedBuffer<UTF16Char>(row.units).data(), length), (ScanResult{{row.verdict, {}}, length}))
             << row.name;
         Units terminated = row.units;
         terminated.push_back(0);
-        EXPECT_EQ(scanned(ExactBuffer<UTF16Char>(terminated).data(), TERMINATED),
+        EXPECT_EQ(scanned(GuardedBuffer<UTF16Char>(terminated).data(), TERMINATED),
                   (ScanResult{{row.verdict, {}}, length}))
             << row.name;
         EXPECT_TRUE(scansAsTold(row.units)) << row.name;
@@ -280,10 +281,10 @@ TEST(StringDataScan, FailuresOfUTF16) {
     for (const auto& row : rows) {
         const auto length = static_cast<unsigned int>(row.units.size());
         const ScanResult expected{reference::refused(row.message), length};
-        EXPECT_EQ(scanned(ExactBuffer<UTF16Char>(row.units).data(), length), expected) << row.name;
+        EXPECT_EQ(scanned(GuardedBuffer<UTF16Char>(row.units).data(), length), expected) << row.name;
         Units terminated = row.units;
         terminated.push_back(0);
-        EXPECT_EQ(scanned(ExactBuffer<UTF16Char>(terminated).data(), TERMINATED),
+        EXPECT_EQ(scanned(GuardedBuffer<UTF16Char>(terminated).data(), TERMINATED),
                   (ScanResult{expected.outcome, row.terminatedLength}))
             << row.name;
         EXPECT_TRUE(scansAsTold(row.units)) << row.name;
