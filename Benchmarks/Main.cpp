@@ -1,6 +1,7 @@
 // Runs the benchmarks. Arguments are those of Google Benchmark and --corpus DIR, which adds the texts of a folder to
-// the generated ones.
+// the generated ones. The program ends with 1 if an answer was wrong.
 #include "Support/Corpus.h"
+#include "Support/Measure.h"
 #include "Vorn/TextBenchmark.h"
 
 #include <benchmark/benchmark.h>
@@ -38,5 +39,5 @@ int main(int argumentCount, char** arguments) {
     if (benchmark::ReportUnrecognizedArguments(remainingCount, remaining.data())) return 1;
     benchmark::RunSpecifiedBenchmarks();
     benchmark::Shutdown();
-    return 0;
+    return Run::hasFailed() ? 1 : 0;
 }

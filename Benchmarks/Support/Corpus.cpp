@@ -52,9 +52,7 @@ icu::UnicodeString generate(const Script& script, int length) {
 std::vector<SampleText> generateTexts() {
     std::vector<SampleText> texts;
     for (const Script& script : SCRIPTS)
-        for (const int length : {8, 64, 1024, 65536})
-            texts.push_back(
-                makeText(std::string(script.name) + "/" + std::to_string(length), generate(script, length)));
+        for (const int length : {8, 64, 1024, 65536}) texts.push_back(makeText(script.name, generate(script, length)));
     return texts;
 }
 

@@ -5,7 +5,7 @@
 #include <vector>
 
 struct SampleText {
-    std::string name; ///< script and length, as in the names of benchmarks
+    std::string name; ///< script or file, as in the names of benchmarks
     std::string utf8;
     std::u16string utf16;
 };

@@ -1,10 +1,11 @@
 // Planar geometry over arrays of 4096 elements, compared with glm on the same values. glm computes in float. "glm in
 // double" computes as this library is specified to: in double, with one rounding.
+#include "Support/Measure.h"
+
 #include <Vorn/FloatRect.h>
 #include <benchmark/benchmark.h>
 #include <glm/glm.hpp>
 
-#include <cmath>
 #include <cstring>
 #include <random>
 #include <vector>
@@ -71,18 +72,9 @@ std::vector<float> floatsOf(const std::vector<Result>& results) {
     return floats;
 }
 
-bool areClose(const std::vector<float>& a, const std::vector<float>& b) {
-    if (a.size() != b.size()) return false;
-    for (std::size_t i = 0; i < a.size(); ++i) {
-        if (!(std::fabs(a[i] - b[i]) <= 0.003f * (1.0f + std::fabs(a[i]))))
-            return false; // normalise has an error of 0.2 %
-    }
-    return true;
-}
-
 // Measures `operation` on every element, after comparing its results with those of `expected`.
 template <class Operation, class Expected>
-void measure(benchmark::State& state, Operation operation, Expected expected) {
+void measure(Run& run, Operation operation, Expected expected) {
     static const Inputs in;
     std::vector<decltype(operation(in, 0))> results(COUNT);
     std::vector<decltype(expected(in, 0))> expectedResults;
@@ -90,16 +82,16 @@ void measure(benchmark::State& state, Operation operation, Expected expected) {
         results[i] = operation(in, i);
         expectedResults.push_back(expected(in, i));
     }
-    if (!areClose(floatsOf(results), floatsOf(expectedResults))) {
-        state.SkipWithError("wrong answer");
-        return;
-    }
-    for (auto _ : state) {
+    const std::vector<float> floats = floatsOf(results), expectedFloats = floatsOf(expectedResults);
+    run.expect(floats.size(), expectedFloats.size());
+    for (std::size_t i = 0; i < floats.size(); ++i)
+        run.expectClose(floats[i], expectedFloats[i], 0.003, 1.0); // normalise has an error of 0.2 %
+    for (auto _ : run.loop()) {
         for (std::size_t i = 0; i < COUNT; ++i) results[i] = operation(in, i);
         benchmark::DoNotOptimize(results.data());
         benchmark::ClobberMemory();
     }
-    state.SetItemsProcessed(static_cast<std::int64_t>(COUNT) * static_cast<std::int64_t>(state.iterations()));
+    run.countItems(COUNT);
 }
 
 // --- The operations ---
@@ -161,8 +153,7 @@ constexpr auto containWithGlm = [](const Inputs& in, std::size_t i) {
 
 template <class Operation, class Expected>
 bool add(const char* name, Operation operation, Expected expected) {
-    benchmark::RegisterBenchmark(name, [=](benchmark::State& state) { measure(state, operation, expected); });
-    return true;
+    return addBenchmark(name, COUNT, [=](Run& run) { measure(run, operation, expected); });
 }
 
 [[maybe_unused]] const bool registered =

@@ -1,5 +1,6 @@
 // Number text, compared with the standard library, fast_float and fmt. Each measurement processes many numbers of one
 // shape; items per second are numbers per second. All results are compared before the measurement.
+#include "Support/Measure.h"
 #include "Vorn/ParseFloat.h"
 #include "Vorn/ParseInt.h"
 #include "Vorn/PrintInt.h"
@@ -9,7 +10,7 @@
 #include <fmt/format.h>
 
 #include <charconv>
-#include <cmath>
+#include <cstdlib>
 #include <cstring>
 #include <random>
 #include <string>
@@ -24,10 +25,10 @@ const unsigned char* bytesOf(const std::string& text) { return reinterpret_cast<
 unsigned int sizeOf(const std::string& text) { return static_cast<unsigned int>(text.size()); }
 
 // Numbers of exactly `digits` digits.
-std::vector<unsigned int> numbersOf(int digits) {
+std::vector<unsigned int> numbersOf(std::size_t digits) {
     std::mt19937_64 random(static_cast<unsigned int>(digits));
     unsigned long long lowest = 1;
-    for (int i = 1; i < digits; ++i) lowest *= 10;
+    for (std::size_t i = 1; i < digits; ++i) lowest *= 10;
     const unsigned long long highest = digits == 10 ? 4294967295 : lowest * 10 - 1;
     std::vector<unsigned int> numbers;
     for (std::size_t i = 0; i < COUNT; ++i) {
@@ -35,8 +36,6 @@ std::vector<unsigned int> numbersOf(int digits) {
     }
     return numbers;
 }
-
-void stop(benchmark::State& state) { state.SkipWithError("a wrong answer"); }
 
 // Parsers of integers -------------------------------------------------------------------------------------------------
 
@@ -57,21 +56,22 @@ int parseWithFromChars(const std::string& text) {
 }
 
 template <int (*parse)(const std::string&)>
-void parseIntegers(benchmark::State& state) {
+void parseIntegers(Run& run) {
     std::vector<std::string> texts;
-    for (const unsigned int number : numbersOf(static_cast<int>(state.range(0)))) {
+    for (const unsigned int number : numbersOf(run.size())) {
         texts.push_back(std::to_string(number));
-        if (parse(texts.back()) != static_cast<int>(number)) return stop(state);
+        run.expect(parse(texts.back()), static_cast<int>(number));
     }
-    for (auto _ : state) {
+    for (auto _ : run.loop()) {
         for (const std::string& text : texts) benchmark::DoNotOptimize(parse(text));
     }
-    state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(COUNT));
+    run.countItems(COUNT);
 }
 
-BENCHMARK(parseIntegers<parseWithDec>)->Name("parse int/parseDec")->Arg(1)->Arg(3)->Arg(6)->Arg(9);
-BENCHMARK(parseIntegers<parseWithInt>)->Name("parse int/parseInt")->Arg(1)->Arg(3)->Arg(6)->Arg(9);
-BENCHMARK(parseIntegers<parseWithFromChars>)->Name("parse int/std::from_chars")->Arg(1)->Arg(3)->Arg(6)->Arg(9);
+[[maybe_unused]] const bool integerParsers =
+    addBenchmarks("Numbers/parse int/parseDec", {1, 3, 6, 9}, parseIntegers<parseWithDec>) &&
+    addBenchmarks("Numbers/parse int/parseInt", {1, 3, 6, 9}, parseIntegers<parseWithInt>) &&
+    addBenchmarks("Numbers/parse int/std::from_chars", {1, 3, 6, 9}, parseIntegers<parseWithFromChars>);
 
 // Parsers of floats ---------------------------------------------------------------------------------------------------
 
@@ -92,30 +92,35 @@ float parseFloatWithFromChars(const std::string& text) {
     return value;
 }
 
-// Texts of a sign, `range(0)` digits, a point and `range(1)` digits.
+// Texts of a sign, digits, a point and as many or a given number of digits. The size counts the digits of both parts.
 template <float (*parse)(const std::string&)>
-void parseFloats(benchmark::State& state) {
+void parseFloats(Run& run, std::size_t wholeDigits) {
     std::vector<std::string> texts;
-    const std::vector<unsigned int> fractions = numbersOf(static_cast<int>(state.range(1)));
-    for (const unsigned int whole : numbersOf(static_cast<int>(state.range(0)))) {
+    const std::vector<unsigned int> fractions = numbersOf(run.size() - wholeDigits);
+    for (const unsigned int whole : numbersOf(wholeDigits)) {
         std::string text = whole % 2 ? "-" : "";
         text += std::to_string(whole);
         text += '.';
         text += std::to_string(fractions[texts.size()]);
         texts.push_back(text);
-        const float nearest = parseWithFastFloat(texts.back());
-        if (std::abs(parse(texts.back()) - nearest) > std::abs(nearest) * 1e-6f) return stop(state);
+        run.expectClose(parse(text), std::strtod(text.c_str(), nullptr), 1e-6);
     }
-    for (auto _ : state) {
+    for (auto _ : run.loop()) {
         for (const std::string& text : texts) benchmark::DoNotOptimize(parse(text));
     }
-    state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(COUNT));
+    run.countItems(COUNT);
 }
 
-#define VORN_FLOAT_SHAPES ->Args({1, 1})->Args({3, 3})->Args({6, 6})->Args({1, 9})
-BENCHMARK(parseFloats<parseWithFloat>)->Name("parse float/parseFloat") VORN_FLOAT_SHAPES;
-BENCHMARK(parseFloats<parseWithFastFloat>)->Name("parse float/fast_float") VORN_FLOAT_SHAPES;
-BENCHMARK(parseFloats<parseFloatWithFromChars>)->Name("parse float/std::from_chars") VORN_FLOAT_SHAPES;
+template <float (*parse)(const std::string&)>
+bool addFloatParser(const std::string& parser) {
+    addBenchmarks("Numbers/parse float/" + parser, {2, 6, 12},
+                  [](Run& run) { parseFloats<parse>(run, run.size() / 2); });
+    return addBenchmark("Numbers/parse fraction/" + parser, 10, [](Run& run) { parseFloats<parse>(run, 1); });
+}
+
+[[maybe_unused]] const bool floatParsers = addFloatParser<parseWithFloat>("parseFloat") &&
+                                           addFloatParser<parseWithFastFloat>("fast_float") &&
+                                           addFloatParser<parseFloatWithFromChars>("std::from_chars");
 
 // Printers of integers ------------------------------------------------------------------------------------------------
 
@@ -137,37 +142,39 @@ unsigned int printWithFmt(unsigned int value, char* buffer) {
 }
 
 template <unsigned int (*print)(unsigned int, char*)>
-void printIntegers(benchmark::State& state) {
+void printIntegers(Run& run) {
     char buffer[CAPACITY];
-    const std::vector<unsigned int> numbers = numbersOf(static_cast<int>(state.range(0)));
+    const std::vector<unsigned int> numbers = numbersOf(run.size());
     for (const unsigned int number : numbers) {
-        if (std::string(buffer, print(number, buffer)) != std::to_string(number)) return stop(state);
+        run.expect(std::string(buffer, print(number, buffer)), std::to_string(number));
     }
-    for (auto _ : state) {
+    for (auto _ : run.loop()) {
         for (const unsigned int number : numbers) {
             benchmark::DoNotOptimize(print(number, buffer));
             benchmark::ClobberMemory();
         }
     }
-    state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(COUNT));
+    run.countItems(COUNT);
 }
 
 // The text stays in the object, without a copy.
-void formatInPlace(benchmark::State& state) {
-    const std::vector<unsigned int> numbers = numbersOf(static_cast<int>(state.range(0)));
-    for (auto _ : state) {
+void formatInPlace(Run& run) {
+    const std::vector<unsigned int> numbers = numbersOf(run.size());
+    for (const unsigned int number : numbers) run.expect(fmt::format_int(number).str(), std::to_string(number));
+    for (auto _ : run.loop()) {
         for (const unsigned int number : numbers) {
             const fmt::format_int text(number);
             benchmark::DoNotOptimize(text.data());
             benchmark::ClobberMemory();
         }
     }
-    state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(COUNT));
+    run.countItems(COUNT);
 }
 
-BENCHMARK(printIntegers<printWithDec>)->Name("print unsigned/printDec")->Arg(1)->Arg(3)->Arg(6)->Arg(10);
-BENCHMARK(printIntegers<printWithToChars>)->Name("print unsigned/std::to_chars")->Arg(1)->Arg(3)->Arg(6)->Arg(10);
-BENCHMARK(printIntegers<printWithFmt>)->Name("print unsigned/fmt::format_int")->Arg(1)->Arg(3)->Arg(6)->Arg(10);
-BENCHMARK(formatInPlace)->Name("print unsigned/fmt::format_int, in place")->Arg(1)->Arg(3)->Arg(6)->Arg(10);
+[[maybe_unused]] const bool integerPrinters =
+    addBenchmarks("Numbers/print unsigned/printDec", {1, 3, 6, 10}, printIntegers<printWithDec>) &&
+    addBenchmarks("Numbers/print unsigned/std::to_chars", {1, 3, 6, 10}, printIntegers<printWithToChars>) &&
+    addBenchmarks("Numbers/print unsigned/fmt::format_int", {1, 3, 6, 10}, printIntegers<printWithFmt>) &&
+    addBenchmarks("Numbers/print unsigned/fmt::format_int, in place", {1, 3, 6, 10}, formatInPlace);
 
 } // namespace

@@ -1,4 +1,6 @@
 // Shared pointers and events, compared with other libraries in the same run, in a program with threads.
+#include "Support/Measure.h"
+
 #include <Vorn/SharedObjects/Event.h>
 
 #include <benchmark/benchmark.h>
@@ -8,15 +10,11 @@
 
 #include <functional>
 #include <memory>
-#include <stdexcept>
+#include <string>
 #include <thread>
 #include <vector>
 
 namespace {
-
-void expect(bool correct, const char* what) {
-    if (!correct) throw std::runtime_error(std::string("wrong answer of ") + what);
-}
 
 // The standard library uses no atomic counts until a program has started a thread; games have many threads.
 const bool hasThreads = [] {
@@ -33,28 +31,42 @@ struct IntrusiveObject : boost::intrusive_ref_counter<IntrusiveObject> {
     int value = 1;
 };
 
+// The object is reached by each copy, so that a copy without an object cannot pass.
 template <class Pointer>
-void copyAndDestroy(benchmark::State& state, const Pointer& pointer) {
-    for (auto _ : state) {
+void copyAndDestroy(Run& run, const Pointer& pointer) {
+    run.expect(hasThreads, true);
+    run.expect(Pointer(pointer).get(), pointer.get());
+    for (auto _ : run.loop()) {
         Pointer copy(pointer);
         benchmark::DoNotOptimize(copy.get());
     }
-    expect(hasThreads && pointer->value == 1, "copyAndDestroy");
+    run.expect(pointer->value, 1);
 }
-
-BENCHMARK_CAPTURE(copyAndDestroy, Vorn::SharedPtr, Vorn::makeShared<Object>());
-BENCHMARK_CAPTURE(copyAndDestroy, std::shared_ptr, std::make_shared<Object>());
-BENCHMARK_CAPTURE(copyAndDestroy, boost::intrusive_ptr, boost::intrusive_ptr<IntrusiveObject>(new IntrusiveObject));
-BENCHMARK_CAPTURE(copyAndDestroy, Vorn::SharedPtr_threadsafe, Vorn::makeSharedThreadsafe<Object>());
 
 template <class Make>
-void makeAndDestroy(benchmark::State& state, Make make) {
-    for (auto _ : state) benchmark::DoNotOptimize(make().get());
+void makeAndDestroy(Run& run, Make make) {
+    run.expect(make()->value, 1);
+    for (auto _ : run.loop()) benchmark::DoNotOptimize(make().get());
 }
 
-BENCHMARK_CAPTURE(makeAndDestroy, Vorn::makeShared, [] { return Vorn::makeShared<Object>(); });
-BENCHMARK_CAPTURE(makeAndDestroy, std::make_shared, [] { return std::make_shared<Object>(); });
-BENCHMARK_CAPTURE(makeAndDestroy, std::shared_ptr_of_new, [] { return std::shared_ptr<Object>(new Object); });
+template <class Make>
+bool addCopy(const std::string& pointer, Make make) {
+    return addBenchmark("Objects/copy a pointer/" + pointer, 1, [=](Run& run) { copyAndDestroy(run, make()); });
+}
+
+template <class Make>
+bool addMake(const std::string& maker, Make make) {
+    return addBenchmark("Objects/make an object/" + maker, 1, [=](Run& run) { makeAndDestroy(run, make); });
+}
+
+[[maybe_unused]] const bool pointers =
+    addCopy("Vorn::SharedPtr", [] { return Vorn::makeShared<Object>(); }) &&
+    addCopy("Vorn::SharedPtr, thread-safe", [] { return Vorn::makeSharedThreadsafe<Object>(); }) &&
+    addCopy("std::shared_ptr", [] { return std::make_shared<Object>(); }) &&
+    addCopy("boost::intrusive_ptr", [] { return boost::intrusive_ptr<IntrusiveObject>(new IntrusiveObject); }) &&
+    addMake("Vorn::makeShared", [] { return Vorn::makeShared<Object>(); }) &&
+    addMake("std::make_shared", [] { return std::make_shared<Object>(); }) &&
+    addMake("std::shared_ptr of new", [] { return std::shared_ptr<Object>(new Object); });
 
 // Dispatch. Each listener adds to its own sum.
 
@@ -65,95 +77,102 @@ struct Counter {
 
 class Audience {
 public:
-    explicit Audience(const benchmark::State& state) : m_counters(static_cast<std::size_t>(state.range(0))) {}
+    explicit Audience(const Run& run) : m_counters(run.size()) {}
     std::vector<Counter>& counters() { return m_counters; }
 
-    void expectAllHeard(const benchmark::State& state) const {
-        for (const Counter& counter : m_counters)
-            expect(counter.sum == static_cast<long>(state.iterations()), "dispatch");
+    void expectAllHeard(Run& run) const {
+        for (const Counter& counter : m_counters) run.expect(counter.sum, run.iterations());
     }
 
 private:
     std::vector<Counter> m_counters;
 };
 
-void dispatchVornEvent(benchmark::State& state) {
-    Audience audience(state);
+void dispatchVornEvent(Run& run) {
+    Audience audience(run);
     Vorn::Event<> event;
     for (Counter& counter : audience.counters()) event.add(Vorn::Event<>::Listener::bind<&Counter::hear>(counter));
-    for (auto _ : state) event();
-    audience.expectAllHeard(state);
+    for (auto _ : run.loop()) event();
+    audience.expectAllHeard(run);
 }
 
-void dispatchStdFunctions(benchmark::State& state) {
-    Audience audience(state);
+void dispatchStdFunctions(Run& run) {
+    Audience audience(run);
     std::vector<std::function<void()>> functions;
     for (Counter& counter : audience.counters()) functions.push_back([&counter] { counter.hear(); });
-    for (auto _ : state) {
+    for (auto _ : run.loop()) {
         for (const std::function<void()>& function : functions) function();
         benchmark::ClobberMemory();
     }
-    audience.expectAllHeard(state);
+    audience.expectAllHeard(run);
 }
 
-void dispatchBoostSignal(benchmark::State& state) {
-    Audience audience(state);
+void dispatchBoostSignal(Run& run) {
+    Audience audience(run);
     boost::signals2::signal<void()> signal;
     for (Counter& counter : audience.counters()) signal.connect([&counter] { counter.hear(); });
-    for (auto _ : state) signal();
-    audience.expectAllHeard(state);
+    for (auto _ : run.loop()) signal();
+    audience.expectAllHeard(run);
 }
 
-BENCHMARK(dispatchVornEvent)->Arg(1)->Arg(10)->Arg(100);
-BENCHMARK(dispatchStdFunctions)->Arg(1)->Arg(10)->Arg(100);
-BENCHMARK(dispatchBoostSignal)->Arg(1)->Arg(10)->Arg(100);
+[[maybe_unused]] const bool dispatches =
+    addBenchmarks("Events/dispatch/Vorn::Event", {1, 10, 100}, dispatchVornEvent) &&
+    addBenchmarks("Events/dispatch/vector of std::function", {1, 10, 100}, dispatchStdFunctions) &&
+    addBenchmarks("Events/dispatch/boost::signals2", {1, 10, 100}, dispatchBoostSignal);
 
 // Removes one of the listeners and adds it again.
 
-void removeAndAddVornEvent(benchmark::State& state) {
-    Audience audience(state);
+void removeAndAddVornEvent(Run& run) {
+    Audience audience(run);
     Vorn::Event<> event;
     for (Counter& counter : audience.counters()) event.add(Vorn::Event<>::Listener::bind<&Counter::hear>(counter));
     std::size_t next = 0;
-    for (auto _ : state) {
+    for (auto _ : run.loop()) {
         const auto listener = Vorn::Event<>::Listener::bind<&Counter::hear>(audience.counters()[next]);
         event.remove(listener);
         event.add(listener);
         next = (next + 37) % audience.counters().size();
     }
-    expect(event.getDelegateCount() == audience.counters().size(), "removeAndAdd");
+    run.expect(event.getDelegateCount(), audience.counters().size());
+    event();
+    for (const Counter& counter : audience.counters()) run.expect(counter.sum, 1);
 }
 
 // Adding an existing listener moves it, so one call is enough.
-void addAgainVornEvent(benchmark::State& state) {
-    Audience audience(state);
+void addAgainVornEvent(Run& run) {
+    Audience audience(run);
     Vorn::Event<> event;
     for (Counter& counter : audience.counters()) event.add(Vorn::Event<>::Listener::bind<&Counter::hear>(counter));
     std::size_t next = 0;
-    for (auto _ : state) {
+    for (auto _ : run.loop()) {
         event.add(Vorn::Event<>::Listener::bind<&Counter::hear>(audience.counters()[next]));
         next = (next + 37) % audience.counters().size();
     }
-    expect(event.getDelegateCount() == audience.counters().size(), "addAgain");
+    run.expect(event.getDelegateCount(), audience.counters().size());
+    event();
+    for (const Counter& counter : audience.counters()) run.expect(counter.sum, 1);
 }
 
-void removeAndAddBoostSignal(benchmark::State& state) {
-    Audience audience(state);
+void removeAndAddBoostSignal(Run& run) {
+    Audience audience(run);
     boost::signals2::signal<void()> signal;
     std::vector<boost::signals2::connection> connections;
     for (Counter& counter : audience.counters()) connections.push_back(signal.connect([&counter] { counter.hear(); }));
     std::size_t next = 0;
-    for (auto _ : state) {
+    for (auto _ : run.loop()) {
         Counter& counter = audience.counters()[next];
         connections[next].disconnect();
         connections[next] = signal.connect([&counter] { counter.hear(); });
         next = (next + 37) % audience.counters().size();
     }
-    expect(signal.num_slots() == audience.counters().size(), "removeAndAdd");
+    run.expect(signal.num_slots(), audience.counters().size());
+    signal();
+    for (const Counter& counter : audience.counters()) run.expect(counter.sum, 1);
 }
 
-BENCHMARK(removeAndAddVornEvent)->Arg(100);
-BENCHMARK(addAgainVornEvent)->Arg(100);
-BENCHMARK(removeAndAddBoostSignal)->Arg(100);
+[[maybe_unused]] const bool changes =
+    addBenchmark("Events/remove and add/Vorn::Event", 100, removeAndAddVornEvent) &&
+    addBenchmark("Events/remove and add/boost::signals2", 100, removeAndAddBoostSignal) &&
+    addBenchmark("Events/add again/Vorn::Event", 100, addAgainVornEvent);
 
 } // namespace

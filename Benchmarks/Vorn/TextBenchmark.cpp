@@ -1,12 +1,17 @@
 #include "Vorn/TextBenchmark.h"
 
+#include "Support/Measure.h"
+
 #include <Vorn/Vorn.h>
 #include <benchmark/benchmark.h>
 #include <unicode/unistr.h>
 #include <unicode/ustring.h>
 
+#include <algorithm>
+#include <iterator>
 #include <memory>
-#include <stdexcept>
+#include <string>
+#include <string_view>
 
 namespace {
 
@@ -17,165 +22,193 @@ using Vorn::UTF16Char;
 unsigned int lengthOf(const SampleText& text) { return static_cast<unsigned int>(text.utf8.size()); }
 unsigned int wideLengthOf(const SampleText& text) { return static_cast<unsigned int>(text.utf16.size()); }
 
-void countBytes(benchmark::State& state, std::size_t bytes) {
-    state.SetBytesProcessed(static_cast<std::int64_t>(bytes) * static_cast<std::int64_t>(state.iterations()));
-}
-
-void expect(bool correct, const char* what) {
-    if (!correct) throw std::runtime_error(std::string("wrong answer of ") + what);
+icu::UnicodeString icuOf(const SampleText& text) {
+    return icu::UnicodeString(text.utf16.data(), static_cast<std::int32_t>(text.utf16.size()));
 }
 
 // Validation: a string over a borrowed buffer.
 
-void doorUTF8(benchmark::State& state, const SampleText& text) {
-    for (auto _ : state) benchmark::DoNotOptimize(String(text.utf8.c_str(), lengthOf(text)));
-    countBytes(state, text.utf8.size());
+// The string stands over the text and has found its end and its charset.
+void expectScanned(Run& run, const String& string, const SampleText& text) {
+    const StringData& data = *string.getData();
+    const bool isUTF8 = data.getPrivateBuffer<unsigned char>() != nullptr;
+    const std::size_t length =
+        isUTF8 ? data.getBufferInfo<unsigned char>().m_length : data.getBufferInfo<UTF16Char>().m_length;
+    run.expect(length, isUTF8 ? text.utf8.size() : text.utf16.size());
+    const bool hasPairs = std::any_of(text.utf16.begin(), text.utf16.end(),
+                                      [](char16_t unit) { return unit >= 0xD800 && unit < 0xE000; });
+    const bool isASCII = text.utf8.size() == text.utf16.size();
+    run.expect(data.getCharset(), hasPairs  ? Vorn::STRING_DATA_UNICODE
+                                  : isASCII ? Vorn::STRING_DATA_ASCII
+                                            : Vorn::STRING_DATA_UCS2);
 }
 
-void doorUTF8Terminated(benchmark::State& state, const SampleText& text) {
-    for (auto _ : state) benchmark::DoNotOptimize(String(text.utf8.c_str()));
-    countBytes(state, text.utf8.size());
+void scanUTF8(Run& run, const SampleText& text) {
+    expectScanned(run, String(text.utf8.c_str(), lengthOf(text)), text);
+    for (auto _ : run.loop()) benchmark::DoNotOptimize(String(text.utf8.c_str(), lengthOf(text)));
+    run.countBytes(text.utf8.size());
 }
 
-void doorUTF16(benchmark::State& state, const SampleText& text) {
-    for (auto _ : state) benchmark::DoNotOptimize(String(text.utf16.c_str(), wideLengthOf(text)));
-    countBytes(state, text.utf16.size() * 2);
+void scanUTF8Terminated(Run& run, const SampleText& text) {
+    expectScanned(run, String(text.utf8.c_str()), text);
+    for (auto _ : run.loop()) benchmark::DoNotOptimize(String(text.utf8.c_str()));
+    run.countBytes(text.utf8.size());
 }
 
-void doorUTF16Terminated(benchmark::State& state, const SampleText& text) {
-    for (auto _ : state) benchmark::DoNotOptimize(String(text.utf16.c_str()));
-    countBytes(state, text.utf16.size() * 2);
+void scanUTF16(Run& run, const SampleText& text) {
+    expectScanned(run, String(text.utf16.c_str(), wideLengthOf(text)), text);
+    for (auto _ : run.loop()) benchmark::DoNotOptimize(String(text.utf16.c_str(), wideLengthOf(text)));
+    run.countBytes(text.utf16.size() * 2);
+}
+
+void scanUTF16Terminated(Run& run, const SampleText& text) {
+    expectScanned(run, String(text.utf16.c_str()), text);
+    for (auto _ : run.loop()) benchmark::DoNotOptimize(String(text.utf16.c_str()));
+    run.countBytes(text.utf16.size() * 2);
 }
 
 // ICU converts while it validates: its strings store only UTF-16.
-void doorUTF8Icu(benchmark::State& state, const SampleText& text) {
-    for (auto _ : state) benchmark::DoNotOptimize(icu::UnicodeString::fromUTF8(text.utf8));
-    countBytes(state, text.utf8.size());
+void scanUTF8Icu(Run& run, const SampleText& text) {
+    run.expect(icu::UnicodeString::fromUTF8(text.utf8), icuOf(text));
+    for (auto _ : run.loop()) benchmark::DoNotOptimize(icu::UnicodeString::fromUTF8(text.utf8));
+    run.countBytes(text.utf8.size());
 }
 
 // The measuring pass of ICU validates and writes nothing.
-void doorUTF8IcuMeasure(benchmark::State& state, const SampleText& text) {
-    for (auto _ : state) {
+void scanUTF8IcuMeasure(Run& run, const SampleText& text) {
+    std::int32_t measured = 0;
+    for (auto _ : run.loop()) {
         std::int32_t length = 0;
         UErrorCode error = U_ZERO_ERROR;
         u_strFromUTF8(nullptr, 0, &length, text.utf8.data(), static_cast<std::int32_t>(text.utf8.size()), &error);
         benchmark::DoNotOptimize(length);
+        measured = length;
     }
-    countBytes(state, text.utf8.size());
+    run.expect(static_cast<std::size_t>(measured), text.utf16.size());
+    run.countBytes(text.utf8.size());
 }
 
 // Copies without validation.
-void doorUTF8StdString(benchmark::State& state, const SampleText& text) {
-    for (auto _ : state) benchmark::DoNotOptimize(std::string(text.utf8.data(), text.utf8.size()));
-    countBytes(state, text.utf8.size());
+void scanUTF8StdString(Run& run, const SampleText& text) {
+    run.expect(std::string(text.utf8.data(), text.utf8.size()), text.utf8);
+    for (auto _ : run.loop()) benchmark::DoNotOptimize(std::string(text.utf8.data(), text.utf8.size()));
+    run.countBytes(text.utf8.size());
 }
 
 // Conversion of a validated text into new memory.
 
-void toUTF16(benchmark::State& state, const SampleText& text) {
+void toUTF16(Run& run, const SampleText& text) {
     const String string(text.utf8.c_str(), lengthOf(text));
     const StringData& data = *string.getData();
-    for (auto _ : state) {
-        Vorn::StringDataBufferInfo info{};
-        const std::unique_ptr<UTF16Char[]> converted(Vorn::stringDataConvertToUTF16(
+    Vorn::StringDataBufferInfo info{};
+    const auto convert = [&] {
+        return std::unique_ptr<UTF16Char[]>(Vorn::stringDataConvertToUTF16(
             data.getPrivateBuffer<unsigned char>(), data.getBufferInfo<unsigned char>(), data.getCharset(), info));
-        benchmark::DoNotOptimize(converted.get());
-    }
-    countBytes(state, text.utf8.size());
+    };
+    // Of a character above 0xFFFF, the library is specified to write only the second unit.
+    std::u16string expected;
+    std::copy_if(text.utf16.begin(), text.utf16.end(), std::back_inserter(expected),
+                 [](char16_t unit) { return unit < 0xD800 || unit > 0xDBFF; });
+    run.expect(std::u16string_view(convert().get(), expected.size()), expected);
+    run.expect(info.m_length, wideLengthOf(text));
+    for (auto _ : run.loop()) benchmark::DoNotOptimize(convert().get());
+    run.countBytes(text.utf8.size());
 }
 
-void toUTF16Icu(benchmark::State& state, const SampleText& text) {
-    for (auto _ : state) {
-        std::int32_t length = 0;
+void toUTF16Icu(Run& run, const SampleText& text) {
+    std::int32_t length = 0;
+    const auto convert = [&] {
         UErrorCode error = U_ZERO_ERROR;
         const auto size = static_cast<std::int32_t>(text.utf8.size());
         u_strFromUTF8(nullptr, 0, &length, text.utf8.data(), size, &error);
-        const std::unique_ptr<char16_t[]> converted(new char16_t[static_cast<std::size_t>(length) + 1]);
+        std::unique_ptr<char16_t[]> converted(new char16_t[static_cast<std::size_t>(length) + 1]);
         error = U_ZERO_ERROR;
         u_strFromUTF8(converted.get(), length + 1, &length, text.utf8.data(), size, &error);
-        benchmark::DoNotOptimize(converted.get());
-    }
-    countBytes(state, text.utf8.size());
+        return converted;
+    };
+    run.expect(std::u16string(convert().get()), text.utf16);
+    for (auto _ : run.loop()) benchmark::DoNotOptimize(convert().get());
+    run.countBytes(text.utf8.size());
 }
 
-void toUTF8(benchmark::State& state, const SampleText& text) {
+void toUTF8(Run& run, const SampleText& text) {
     const String string(text.utf16.c_str(), wideLengthOf(text));
     const StringData& data = *string.getData();
-    for (auto _ : state) {
-        Vorn::StringDataBufferInfo info{};
-        const std::unique_ptr<unsigned char[]> converted(Vorn::stringDataConvertToUTF8(
+    Vorn::StringDataBufferInfo info{};
+    const auto convert = [&] {
+        return std::unique_ptr<unsigned char[]>(Vorn::stringDataConvertToUTF8(
             data.getPrivateBuffer<UTF16Char>(), data.getBufferInfo<UTF16Char>(), data.getCharset(), info));
-        benchmark::DoNotOptimize(converted.get());
-    }
-    countBytes(state, text.utf16.size() * 2);
+    };
+    const auto converted = convert();
+    run.expect(std::string_view(reinterpret_cast<const char*>(converted.get()), info.m_length), text.utf8);
+    for (auto _ : run.loop()) benchmark::DoNotOptimize(convert().get());
+    run.countBytes(text.utf16.size() * 2);
 }
 
-void toUTF8Icu(benchmark::State& state, const SampleText& text) {
-    for (auto _ : state) {
-        std::int32_t length = 0;
+void toUTF8Icu(Run& run, const SampleText& text) {
+    std::int32_t length = 0;
+    const auto convert = [&] {
         UErrorCode error = U_ZERO_ERROR;
         const auto size = static_cast<std::int32_t>(text.utf16.size());
         u_strToUTF8(nullptr, 0, &length, text.utf16.data(), size, &error);
-        const std::unique_ptr<char[]> converted(new char[static_cast<std::size_t>(length) + 1]);
+        std::unique_ptr<char[]> converted(new char[static_cast<std::size_t>(length) + 1]);
         error = U_ZERO_ERROR;
         u_strToUTF8(converted.get(), length + 1, &length, text.utf16.data(), size, &error);
-        benchmark::DoNotOptimize(converted.get());
-    }
-    countBytes(state, text.utf16.size() * 2);
+        return converted;
+    };
+    run.expect(std::string(convert().get()), text.utf8);
+    for (auto _ : run.loop()) benchmark::DoNotOptimize(convert().get());
+    run.countBytes(text.utf16.size() * 2);
 }
 
 // Copies and destroys a value.
 
 template <class Value>
-void copyValue(benchmark::State& state, const Value& value) {
-    for (auto _ : state) {
+void copyValue(Run& run, const Value& value) {
+    run.expect(Value(value), value);
+    for (auto _ : run.loop()) {
         Value copy(value);
         benchmark::DoNotOptimize(copy);
     }
 }
 
-// Compares the results of the library with those of ICU before the measurement. The conversion of characters above
-// 0xFFFF to UTF-16 is not compared: the library is specified to write only their second unit.
-void checkAnswers(const SampleText& text) {
-    const String wide(text.utf16.c_str(), wideLengthOf(text));
-    expect(wide.getCString() == text.utf8, "conversion to UTF-8");
-    const String narrow(text.utf8.c_str(), lengthOf(text));
-    if (narrow.getCharset() != Vorn::STRING_DATA_UNICODE)
-        expect(narrow.getData()->getTerminatedBuffer<UTF16Char>() == text.utf16, "conversion to UTF-16");
+// The script belongs to the operation, so that the variants of one operation share their input.
+template <class Function>
+void add(const std::string& operation, const char* variant, const SampleText& text, Function function) {
+    addBenchmark("Texts/" + operation + ", " + text.name + "/" + variant, text.utf16.size(), function);
 }
 
 } // namespace
 
 void registerTextBenchmarks(const std::vector<SampleText>& texts) {
-    using Function = void (*)(benchmark::State&, const SampleText&);
     const struct {
-        const char* name;
-        Function function;
+        const char* operation;
+        const char* variant;
+        void (*function)(Run&, const SampleText&);
     } rivals[] = {
-        {"Door/UTF-8/Vorn/", doorUTF8},
-        {"Door/UTF-8/Vorn terminated/", doorUTF8Terminated},
-        {"Door/UTF-8/ICU converts/", doorUTF8Icu},
-        {"Door/UTF-8/ICU measures/", doorUTF8IcuMeasure},
-        {"Door/UTF-8/std::string copies/", doorUTF8StdString},
-        {"Door/UTF-16/Vorn/", doorUTF16},
-        {"Door/UTF-16/Vorn terminated/", doorUTF16Terminated},
-        {"Convert/to UTF-16/Vorn/", toUTF16},
-        {"Convert/to UTF-16/ICU/", toUTF16Icu},
-        {"Convert/to UTF-8/Vorn/", toUTF8},
-        {"Convert/to UTF-8/ICU/", toUTF8Icu},
+        {"scan UTF-8", "Vorn", scanUTF8},
+        {"scan UTF-8", "Vorn, terminated", scanUTF8Terminated},
+        {"scan UTF-8", "ICU converts", scanUTF8Icu},
+        {"scan UTF-8", "ICU measures", scanUTF8IcuMeasure},
+        {"scan UTF-8", "std::string copies", scanUTF8StdString},
+        {"scan UTF-16", "Vorn", scanUTF16},
+        {"scan UTF-16", "Vorn, terminated", scanUTF16Terminated},
+        {"convert to UTF-16", "Vorn", toUTF16},
+        {"convert to UTF-16", "ICU", toUTF16Icu},
+        {"convert to UTF-8", "Vorn", toUTF8},
+        {"convert to UTF-8", "ICU", toUTF8Icu},
     };
     for (const SampleText& text : texts) {
-        checkAnswers(text);
-        for (const auto& rival : rivals)
-            benchmark::RegisterBenchmark((rival.name + text.name).c_str(), rival.function, text);
-        benchmark::RegisterBenchmark(("Copy/Vorn::String/" + text.name).c_str(), copyValue<String>,
-                                     String(text.utf8.c_str(), lengthOf(text)));
-        benchmark::RegisterBenchmark(
-            ("Copy/icu::UnicodeString/" + text.name).c_str(), copyValue<icu::UnicodeString>,
-            icu::UnicodeString(text.utf16.data(), static_cast<std::int32_t>(text.utf16.size())));
-        benchmark::RegisterBenchmark(("Copy/std::string/" + text.name).c_str(), copyValue<std::string>, text.utf8);
-        benchmark::RegisterBenchmark(("Copy/std::shared_ptr/" + text.name).c_str(),
-                                     copyValue<std::shared_ptr<const std::string>>,
-                                     std::make_shared<const std::string>(text.utf8));
+        for (const auto& rival : rivals) {
+            add(rival.operation, rival.variant, text,
+                [function = rival.function, &text](Run& run) { function(run, text); });
+        }
+        const auto addCopy = [&text](const char* variant, auto value) {
+            add("copy", variant, text, [value](Run& run) { copyValue(run, value); });
+        };
+        addCopy("Vorn::String", String(text.utf8.c_str(), lengthOf(text)));
+        addCopy("icu::UnicodeString", icuOf(text));
+        addCopy("std::string", text.utf8);
+        addCopy("std::shared_ptr", std::make_shared<const std::string>(text.utf8));
     }
 }
