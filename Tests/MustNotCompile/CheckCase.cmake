@@ -1,0 +1,42 @@
+# COMPILER with FLAGS accepts SOURCE as it stands, and with VORN_WRONG_LINE refuses it: an error holds each expected text
+# of COMPILER_ID, GNU or Clang.
+file(STRINGS "${SOURCE}" lines REGEX "^// expect")
+set(expectations "")
+foreach(line IN LISTS lines)
+    if(NOT line MATCHES "^// expect(\\(([A-Za-z]+)\\))?: \"(.+)\"$")
+        message(FATAL_ERROR "${SOURCE} has a malformed expectation: ${line}")
+    endif()
+    if("${CMAKE_MATCH_2}" STREQUAL "" OR "${CMAKE_MATCH_2}" STREQUAL COMPILER_ID)
+        list(APPEND expectations "${CMAKE_MATCH_3}")
+    endif()
+endforeach()
+if(expectations STREQUAL "")
+    message(FATAL_ERROR "${SOURCE} expects no error of ${COMPILER_ID}")
+endif()
+
+set(ENV{LC_ALL} C)
+execute_process(COMMAND "${COMPILER}" ${FLAGS} -fsyntax-only "${SOURCE}"
+    OUTPUT_VARIABLE output ERROR_VARIABLE output RESULT_VARIABLE result)
+if(NOT result EQUAL 0)
+    message(FATAL_ERROR "the right line of ${SOURCE} does not compile:\n${output}")
+endif()
+execute_process(COMMAND "${COMPILER}" ${FLAGS} -fsyntax-only -DVORN_WRONG_LINE "${SOURCE}"
+    OUTPUT_VARIABLE output ERROR_VARIABLE output RESULT_VARIABLE result)
+if(result EQUAL 0)
+    message(FATAL_ERROR "the wrong line of ${SOURCE} compiles")
+endif()
+
+# Texts are looked for in lines of errors only: notes and quoted source lines hold the texts of every assertion.
+string(REGEX REPLACE "\n" ";" output_lines "${output}")
+set(errors "")
+foreach(line IN LISTS output_lines)
+    if(line MATCHES "error: ")
+        string(APPEND errors "${line}\n")
+    endif()
+endforeach()
+foreach(expected IN LISTS expectations)
+    string(FIND "${errors}" "${expected}" position)
+    if(position LESS 0)
+        message(FATAL_ERROR "no error says \"${expected}\":\n${output}")
+    endif()
+endforeach()
