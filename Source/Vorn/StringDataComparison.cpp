@@ -103,12 +103,12 @@ bool utf16TextLessThan(const StringData& a, const StringData& b) {
     return less(textOf<UTF16Char>(a), textOf<UTF16Char>(b));
 }
 
-// The byte at `i`, or 0 if it belongs to a U+0000.
+// The byte at `i`, where two texts first differ, or 0 if a U+0000 starts there. Its second byte is never the first to
+// differ: no other valid sequence starts with 0xC0.
 unsigned int byteOrNull(const UTF8Text& text, unsigned int i) {
     const unsigned int byte = text.buffer[i];
-    const bool endsNull = byte == 0x80 && i > 0 && text.buffer[i - 1] == 0xC0;
     const bool startsNull = byte == 0xC0 && i + 1 < text.length && text.buffer[i + 1] == 0x80;
-    return endsNull || startsNull ? 0 : byte;
+    return startsNull ? 0 : byte;
 }
 
 } // namespace
