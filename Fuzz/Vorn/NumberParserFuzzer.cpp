@@ -5,7 +5,7 @@
 
 #include "Reference/FloatParser.h"
 #include "Reference/IntegerParser.h"
-#include "Support/Units.h"
+#include "Support/Texts.h"
 
 #include <cmath>
 #include <cstdint>
@@ -28,7 +28,7 @@ template <class T, class CharType>
 using Parser = T (*)(const CharType*, unsigned int*, unsigned int);
 
 template <class T, class CharType>
-void compareInteger(const char* what, Parser<T, CharType> parser, const Reference::ParsedInteger& expected,
+void compareInteger(const char* what, Parser<T, CharType> parser, const reference::ParsedInteger& expected,
                     const CharType* text, unsigned int length) {
     unsigned int count = UNTOUCHED;
     const T value = parser(text, &count, length);
@@ -36,21 +36,21 @@ void compareInteger(const char* what, Parser<T, CharType> parser, const Referenc
 }
 
 template <class T, class U, class CharType>
-void compareIntegers(const Units& text, unsigned int length) {
+void compareIntegers(const TerminatedUnits& text, unsigned int length) {
     const CharType* const units = text.as<CharType>();
-    const Reference::IntegerParser<CharType> reference(units, text.size());
-    compareInteger<T>("parseInt", &Vorn::parseInt<T, CharType>, reference.parseInt(length), units, length);
-    compareInteger<T>("parseHex", &Vorn::parseHex<T, CharType>, reference.parseHex(length), units, length);
-    compareInteger<T>("parseDec", &Vorn::parseDec<T, CharType>, reference.parseDec(length), units, length);
-    compareInteger<U>("parseUInt", &Vorn::parseUInt<U, CharType>, reference.parseUInt(length), units, length);
-    compareInteger<U>("parseUHex", &Vorn::parseUHex<U, CharType>, reference.parseUHex(length), units, length);
-    compareInteger<U>("parseUDec", &Vorn::parseUDec<U, CharType>, reference.parseUDec(length), units, length);
+    const reference::IntegerParser<CharType> plain(units, text.size());
+    compareInteger<T>("parseInt", &Vorn::parseInt<T, CharType>, plain.parseInt(length), units, length);
+    compareInteger<T>("parseHex", &Vorn::parseHex<T, CharType>, plain.parseHex(length), units, length);
+    compareInteger<T>("parseDec", &Vorn::parseDec<T, CharType>, plain.parseDec(length), units, length);
+    compareInteger<U>("parseUInt", &Vorn::parseUInt<U, CharType>, plain.parseUInt(length), units, length);
+    compareInteger<U>("parseUHex", &Vorn::parseUHex<U, CharType>, plain.parseUHex(length), units, length);
+    compareInteger<U>("parseUDec", &Vorn::parseUDec<U, CharType>, plain.parseUDec(length), units, length);
 }
 
 template <class T, class CharType>
-void compareFloat(const char* what, Parser<T, CharType> parser, const Units& text, unsigned int length) {
-    const Reference::FloatParser<T, CharType> reference(text.as<CharType>(), text.size());
-    const Reference::ParsedFloat<T> expected = reference.parse(length);
+void compareFloat(const char* what, Parser<T, CharType> parser, const TerminatedUnits& text, unsigned int length) {
+    const reference::FloatParser<T, CharType> plain(text.as<CharType>(), text.size());
+    const reference::ParsedFloat<T> expected = plain.parse(length);
     unsigned int count = UNTOUCHED;
     const T value = parser(text.as<CharType>(), &count, length);
     const bool isSame = std::memcmp(&value, &expected.value, sizeof(T)) == 0;
@@ -59,7 +59,7 @@ void compareFloat(const char* what, Parser<T, CharType> parser, const Units& tex
 }
 
 template <class CharType>
-void compareAll(const Units& text, unsigned int length) {
+void compareAll(const TerminatedUnits& text, unsigned int length) {
     if (length != 0) {
         compareIntegers<signed char, unsigned char, CharType>(text, length);
         compareIntegers<short, unsigned short, CharType>(text, length);
@@ -75,7 +75,7 @@ void compareAll(const Units& text, unsigned int length) {
 // The first byte chooses the length that is told; the rest is the text.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     if (size == 0) return 0;
-    const Units text(std::vector<unsigned int>(data + 1, data + size));
+    const TerminatedUnits text(std::vector<unsigned int>(data + 1, data + size));
     const unsigned int lengths[] = {text.size(), 0xFFFFFFFF, text.size() + 1, data[0] / 4u};
     const unsigned int length = lengths[data[0] % 4];
     compareAll<unsigned char>(text, length);

@@ -2,14 +2,13 @@
 #include "Limits/LimitSupport.h"
 
 #include "Support/Outcome.h"
+#include "Support/Texts.h"
 
 #include <climits>
 #include <cstring>
 
 namespace limits {
 namespace {
-
-constexpr unsigned int ALL = 0xFFFFFFFF;
 
 using SubstringLimit = LimitTest;
 
@@ -27,7 +26,8 @@ TEST_F(SubstringLimit, OffsetsInUTF8) {
             SCOPED_TRACE(std::to_string(length) + " bytes, offset " + std::to_string(offset));
             const std::int64_t start = offset < 0 ? std::int64_t(length) + offset : offset;
             if (start < 0) {
-                expectRaises<4>([&] { text.record()->substr<unsigned char>(offset, 1); }, "Invalid Offset!");
+                expectRaises<4>([&] { text.record()->substr<unsigned char>(offset, 1); }, "Invalid Offset!",
+                                "Vorn::StringData::substr");
                 continue;
             }
             const String substring(text.record()->substr<unsigned char>(offset, 1));
@@ -44,11 +44,11 @@ TEST_F(SubstringLimit, OffsetsInUTF8) {
 // The unit behind the longest text is counted in, although 0xFFFFFFFF as a length means that it is not known.
 TEST_F(SubstringLimit, TheWholeOfTheLongest) {
     const LongASCII bytes(LONGEST);
-    EXPECT_EQ(lengthOfSubstring<unsigned char>(*bytes.record(), 0, ALL), LONGEST);
-    EXPECT_EQ(lengthOfSubstring<unsigned char>(*bytes.record(), INT_MIN, ALL), HALF);
+    EXPECT_EQ(lengthOfSubstring<unsigned char>(*bytes.record(), 0, NPOS), LONGEST);
+    EXPECT_EQ(lengthOfSubstring<unsigned char>(*bytes.record(), INT_MIN, NPOS), HALF);
     const LongWide units(u"a", LONGEST, STRING_DATA_UCS2);
     units.units()[5] = 0;
-    const String substring(units.record()->substr<UTF16Char>(0, ALL));
+    const String substring(units.record()->substr<UTF16Char>(0, NPOS));
     EXPECT_EQ(substring.getData()->getBufferInfo<UTF16Char>().m_length, LONGEST) << "not up to the zero unit";
     EXPECT_TRUE(substring.haveEmbeddedNulls());
 }
@@ -62,13 +62,13 @@ TEST_F(SubstringLimit, ConversionsOfASCII) {
     const LongWide shorter(u"a", LARGEST_INT, STRING_DATA_ASCII);
     expectRaises<4>([&] { shorter.record()->substr<unsigned char>(INT_MIN, 1); }, "Invalid offset!",
                     "Vorn::StringData::substrConvertASCIITo");
-    EXPECT_EQ(shorter.record()->substr<unsigned char>(INT_MAX, ALL), &StringData::s_emptyString);
+    EXPECT_EQ(shorter.record()->substr<unsigned char>(INT_MAX, NPOS), &StringData::s_emptyString);
 }
 
 TEST_F(SubstringLimit, ConversionsWhoseResultIsTooLong) {
     // 0xFFFFFFFF is a multiple of three, so that this length takes one character less than the text has.
     const LongWide ucs2(u"\u4E00", 1431655766, STRING_DATA_UCS2);
-    expectTooLong([&] { ucs2.record()->substr<unsigned char>(0, ALL); }, "Vorn::StringData::substrConvertUCS2ToUTF8",
+    expectTooLong([&] { ucs2.record()->substr<unsigned char>(0, NPOS); }, "Vorn::StringData::substrConvertUCS2ToUTF8",
                   "Source/Vorn/StringDataSubstring");
     EXPECT_EQ(lengthOfSubstring<unsigned char>(*ucs2.record(), 3, 4), 3u);
 }

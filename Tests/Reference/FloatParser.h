@@ -11,7 +11,7 @@
 #include <type_traits>
 #include <vector>
 
-namespace Reference {
+namespace reference {
 
 /// The value, and the count if one is written.
 template <class T>
@@ -168,4 +168,4 @@ private:
     std::vector<CharType> m_units;
 };
 
-} // namespace Reference
+} // namespace reference

@@ -3,7 +3,7 @@
 
 #include <vector>
 
-namespace Reference {
+namespace reference {
 
 /// The value in 64 bits, to be truncated to a type, and the count.
 struct ParsedInteger {
@@ -96,4 +96,4 @@ private:
     std::vector<CharType> m_text;
 };
 
-} // namespace Reference
+} // namespace reference

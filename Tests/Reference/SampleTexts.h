@@ -18,11 +18,16 @@ using Bytes = std::vector<unsigned char>;
 using Units = std::vector<Vorn::UTF16Char>;
 using Codes = std::vector<unsigned int>;
 
+/// As a length: up to the terminator, or up to the end. As a result: not found.
+inline constexpr unsigned int NPOS = 0xFFFFFFFF;
+
 /// U+0000 becomes 0xC0 0x80.
-inline void appendUTF8(Bytes& bytes, unsigned int code) {
+template <class Text>
+void appendUTF8(Text& text, unsigned int code) {
     const unsigned int size = code == 0 ? 2 : sizeInUTF8(code);
     const unsigned int word = sequence(code, size);
-    for (unsigned int left = size; left-- > 0;) bytes.push_back(static_cast<unsigned char>(word >> (8 * left)));
+    for (unsigned int left = size; left-- > 0;)
+        text.push_back(static_cast<typename Text::value_type>(word >> (8 * left)));
 }
 
 inline Bytes toUTF8(const Codes& codes) {
@@ -120,17 +125,17 @@ inline constexpr unsigned char badBytes[] = {0x00, 0x41, 0x7F, 0x80, 0xBF, 0xC0,
 inline constexpr Vorn::UTF16Char badUnits[] = {0x0000, 0x0041, 0x007F, 0x0080, 0xD800, 0xD8C0, 0xDBFF, 0xDC00,
                                                0xDFFD, 0xDFFE, 0xDFFF, 0xFDD0, 0xFDEF, 0xFFFD, 0xFFFE, 0xFFFF};
 
-/// The texts that differ from `text` by one replaced unit, and all its beginnings; under a sanitizer, a part of them
+/// The texts that differ from `text` by one replaced unit, and all its beginnings; with reduced effort, a part of them
 /// that touches every place.
 template <class Unit, std::size_t Count>
 std::vector<std::vector<Unit>> damaged(const std::vector<Unit>& text, const Unit (&values)[Count]) {
-    static_assert(Count >= ROW_STEP, "or a place stays untouched");
+    static_assert(Count >= LARGEST_ROW_STEP, "or a place stays untouched");
     std::vector<std::vector<Unit>> texts;
     std::size_t row = 0;
     for (std::size_t at = 0; at < text.size(); ++at) {
-        if (row++ % ROW_STEP == 0) texts.emplace_back(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(at));
+        if (row++ % rowStep() == 0) texts.emplace_back(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(at));
         for (const Unit value : values) {
-            if (row++ % ROW_STEP != 0) continue;
+            if (row++ % rowStep() != 0) continue;
             texts.push_back(text);
             texts.back()[at] = value;
         }

@@ -7,8 +7,6 @@
 
 namespace reference {
 
-inline constexpr unsigned int TERMINATED = 0xFFFFFFFF;
-
 /// The result or the failure of a scan, and the value of `length` after it.
 struct ScanResult {
     Outcome outcome;
@@ -31,7 +29,7 @@ inline Outcome verdict(bool null, bool twoByteClass, bool fullClass) {
 }
 
 inline ScanResult scan(const Bytes& bytes, unsigned int length) {
-    const bool terminated = length == TERMINATED;
+    const bool terminated = length == NPOS;
     bool null = false;
     bool twoByteClass = false;
     bool fullClass = false;
@@ -88,7 +86,7 @@ inline ScanResult scan(const Bytes& bytes, unsigned int length) {
 }
 
 inline ScanResult scan(const Units& units, unsigned int length) {
-    const bool terminated = length == TERMINATED;
+    const bool terminated = length == NPOS;
     bool null = false;
     bool twoByteClass = false;
     bool fullClass = false;

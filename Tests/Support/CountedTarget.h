@@ -2,22 +2,12 @@
 #pragma once
 
 #include "Support/AllocationCounter.h"
-#include "Support/Sanitizers.h"
+#include "Support/ExpectedLeak.h"
 #include "Vorn/SharedObjects/DelegateBase.h"
 #include "Vorn/SharedObjects/RefCounter.h"
 
 #include <string>
 #include <vector>
-
-#if VORN_TEST_HAS_ASAN
-#include <sanitizer/lsan_interface.h>
-/// Allocations in its scope may be lost: events lose nodes on purpose. Tests count what is lost themselves.
-using LeakScope = __lsan::ScopedDisabler;
-#else
-struct LeakScope {
-    LeakScope() {}
-};
-#endif
 
 /// What happened, in order.
 inline std::vector<std::string>& journal() {

@@ -1,23 +1,16 @@
 // Excludes allocations from leak detection.
 #pragma once
 
-#if defined(__has_feature)
-#if __has_feature(address_sanitizer)
-#define VORN_TEST_LEAKS_ARE_REPORTED
-#endif
-#endif
-#if defined(__SANITIZE_ADDRESS__)
-#define VORN_TEST_LEAKS_ARE_REPORTED
-#endif
+#include "Support/Sanitizers.h"
 
-#if defined(VORN_TEST_LEAKS_ARE_REPORTED)
+#if VORN_TEST_HAS_ASAN
 #include <sanitizer/lsan_interface.h>
 #endif
 
 /// During its lifetime the leak sanitizer ignores new blocks. Limit it to the call that leaks.
 class ExpectedLeak {
 public:
-#if defined(VORN_TEST_LEAKS_ARE_REPORTED)
+#if VORN_TEST_HAS_ASAN
     ExpectedLeak() { __lsan_disable(); }
     ~ExpectedLeak() { __lsan_enable(); }
 #else

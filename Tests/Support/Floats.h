@@ -1,6 +1,8 @@
 // Floats of every kind for random tests, comparison by bits, and tests of uninitialised construction.
 #pragma once
 
+#include "Support/Effort.h"
+
 #include <gtest/gtest.h>
 
 #include <array>
@@ -108,13 +110,6 @@ private:
     std::array<float, 6> m_latest{};
     std::size_t m_count = 0;
 };
-
-/// How often a random test repeats: seldom where the sanitizers watch.
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__) || !defined(__OPTIMIZE__)
-inline constexpr int RANDOM_ROUNDS = 20000;
-#else
-inline constexpr int RANDOM_ROUNDS = 100000;
-#endif
 
 /// Expects that neither `Record` nor `Record()` writes a byte of the storage that a new object gets.
 template <class Record>

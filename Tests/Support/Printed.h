@@ -1,7 +1,7 @@
 // Expectations on printing functions and the memory around their buffers.
 #pragma once
 
-#include "Support/Units.h"
+#include "Support/Texts.h"
 
 #include <gtest/gtest.h>
 
@@ -54,10 +54,4 @@ void expectPrinted(const std::basic_string<CharType>& text, Callable&& run) {
         EXPECT_EQ(printed.result(), size);
         EXPECT_TRUE(printed.isUntouched()) << printed.text() << " in " << capacity;
     }
-}
-
-/// `text` in units of 8 or 16 bits.
-template <class CharType>
-std::basic_string<CharType> widened(const std::string& text) {
-    return std::basic_string<CharType>(text.begin(), text.end());
 }

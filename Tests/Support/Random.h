@@ -1,6 +1,8 @@
 // Random numbers that are the same on every platform.
 #pragma once
 
+#include "Support/Effort.h" // repetitions
+
 #include <random>
 
 class Random {
@@ -17,12 +19,3 @@ public:
 private:
     std::mt19937 m_engine;
 };
-
-/// `full` repetitions in optimised builds, fewer where checks make each one slow.
-constexpr int repetitions(int full) {
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__) || !defined(__OPTIMIZE__)
-    return full / 50;
-#else
-    return full;
-#endif
-}

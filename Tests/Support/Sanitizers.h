@@ -17,4 +17,10 @@
 #define VORN_TEST_HAS_TSAN 0
 #endif
 
-#define VORN_TEST_HAS_SANITIZER (VORN_TEST_HAS_ASAN || VORN_TEST_HAS_TSAN)
+#if defined(__has_feature)
+#define VORN_TEST_HAS_MSAN __has_feature(memory_sanitizer)
+#else
+#define VORN_TEST_HAS_MSAN 0
+#endif
+
+#define VORN_TEST_HAS_SANITIZER (VORN_TEST_HAS_ASAN || VORN_TEST_HAS_TSAN || VORN_TEST_HAS_MSAN)

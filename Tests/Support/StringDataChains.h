@@ -2,7 +2,7 @@
 #pragma once
 
 #include "Support/AllocationCounter.h"
-#include "Support/StringUnits.h"
+#include "Support/Texts.h"
 #include "Vorn/String/String.h"
 
 #include <gtest/gtest.h>

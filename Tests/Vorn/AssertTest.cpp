@@ -124,6 +124,17 @@ TEST(QualifiedName, ReadsTheDescriptionsOfBothCompilers) {
     EXPECT_NAME("Vorn::f()::<lambda(int)>", "Vorn::f");
     EXPECT_NAME("auto Vorn::f()::(anonymous class)::operator()(int) const", "Vorn::f");
     EXPECT_NAME("void Vorn::myoperator(int)", "Vorn::myoperator");
+    // Beside "operator", every character of an identifier makes it a part of a longer name.
+    for (const char edge : {'a', 'm', 'z', 'A', 'M', 'Z', '0', '5', '9', '_'}) {
+        char behind[] = "void Vorn::operatorX(int)";
+        behind[19] = edge;
+        EXPECT_EQ(VornPrivate::qualifiedName(behind).characters, std::string("Vorn::operator") + edge);
+        char before[] = "void Vorn::Xoperator(int)";
+        before[11] = edge;
+        EXPECT_EQ(VornPrivate::qualifiedName(before).characters, "Vorn::" + (edge + std::string("operator")));
+    }
+    EXPECT_NAME("int& Vorn::M::operator[](int)", "Vorn::M::operator []");
+    EXPECT_NAME("int Vorn::M::operator/(int)", "Vorn::M::operator /");
     EXPECT_NAME("void (* Vorn::R::getDeleter())(void*)", "Vorn::R::getDeleter");
     EXPECT_NAME("void (*Vorn::R::getDeleter(int))(void *)", "Vorn::R::getDeleter");
     EXPECT_NAME("int (& Vorn::R::getArray())[3]", "Vorn::R::getArray");

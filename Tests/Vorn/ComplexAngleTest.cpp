@@ -63,7 +63,7 @@ TEST(ComplexAngle, SineAndCosineAreTakenInDouble) {
     EXPECT_TRUE(same(ComplexAngle(INFINITE), Two{NOT_A_NUMBER, NOT_A_NUMBER}));
 
     RandomFloats random(74);
-    for (int round = 0; round < RANDOM_ROUNDS; ++round) {
+    for (int round = 0; round < repetitions(100000); ++round) {
         const float radians = random.next();
         const Two expected = {static_cast<float>(std::cos(static_cast<double>(radians))),
                               static_cast<float>(std::sin(static_cast<double>(radians)))};
@@ -191,7 +191,7 @@ const Form FORMS[] = {
 
 TEST(ComplexAngle, EveryFormHasTheBitsOfThePlainFormula) {
     RandomFloats random(75);
-    for (int round = 0; round < RANDOM_ROUNDS; ++round) {
+    for (int round = 0; round < repetitions(100000); ++round) {
         const ComplexAngle a = random.record<ComplexAngle>();
         const ComplexAngle b = random.record<ComplexAngle>();
         for (const Form& form : FORMS) {

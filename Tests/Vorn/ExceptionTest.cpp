@@ -394,6 +394,15 @@ TEST(Exception, FormattedMessageFollowsThePrefix) {
     EXPECT_STREQ(bare.getMessage(), "");
 }
 
+TEST(Exception, AnEmptyFormattedTextAddsNothing) {
+    for (const std::string& prefix : {std::string(), std::string("prefix")}) {
+        Derived exception(1, literal("T"), literal("P"), literal("F"), literal("L"), 3u);
+        exception.print(ExceptionString(prefix, 0.0f), "%s", "");
+        EXPECT_EQ(static_cast<std::size_t>(exception.message().size()), prefix.size());
+        EXPECT_EQ(std::string(exception.getMessage()), prefix);
+    }
+}
+
 TEST(Exception, FormattedTextIsTruncatedAt4095BytesAndThePrefixIsNot) {
     const struct {
         std::size_t formatted;

@@ -252,7 +252,7 @@ void expectPlainBits(const Form (&forms)[Count], const FloatRect& a, const Float
 
 TEST(FloatRectForms, HaveTheBitsOfThePlainFormula) {
     RandomFloats random(83);
-    for (int round = 0; round < RANDOM_ROUNDS / 3 && !testing::Test::HasFatalFailure(); ++round) {
+    for (int round = 0; round < repetitions(100000) / 3 && !testing::Test::HasFatalFailure(); ++round) {
         const FloatRect a = random.record<FloatRect>();
         const FloatRect b = random.record<FloatRect>();
         expectPlainBits(FORMS, a, b);
@@ -261,7 +261,7 @@ TEST(FloatRectForms, HaveTheBitsOfThePlainFormula) {
 
 TEST(FloatRectForms, DivideWithTheBitsOfThePlainFormula) {
     RandomFloats random(84);
-    for (int round = 0; round < RANDOM_ROUNDS / 3 && !testing::Test::HasFatalFailure(); ++round) {
+    for (int round = 0; round < repetitions(100000) / 3 && !testing::Test::HasFatalFailure(); ++round) {
         const FloatRect a = random.record<FloatRect>();
         FloatRect b = random.record<FloatRect>();
         for (unsigned int side = 0; side < 4; ++side) {

@@ -143,7 +143,7 @@ void expectForm(const Form& form, const Input& in) {
 
 TEST(PinnedResizing, EveryFormHasTheBitsOfThePlainFormula) {
     RandomFloats random(85);
-    for (int round = 0; round < RANDOM_ROUNDS / 3 && !testing::Test::HasFatalFailure(); ++round) {
+    for (int round = 0; round < repetitions(100000) / 3 && !testing::Test::HasFatalFailure(); ++round) {
         const Input in = {random.record<FloatRect>(), random.record<Vector2>(), PINS[random.below(9)],
                           random.record<Vector2>()};
         for (const Form& form : FORMS) expectForm(form, in);

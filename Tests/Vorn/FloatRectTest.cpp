@@ -66,7 +66,7 @@ float floatOf(double value) { return static_cast<float>(value); }
 
 TEST(FloatRect, SizeAndPlaceHaveTheBitsOfThePlainFormula) {
     RandomFloats random(80);
-    for (int round = 0; round < RANDOM_ROUNDS; ++round) {
+    for (int round = 0; round < repetitions(100000); ++round) {
         const FloatRect rect = random.record<FloatRect>();
         const double left = rect.left, top = rect.top, right = rect.right, bottom = rect.bottom;
         const float width = floatOf(right - left);
@@ -102,7 +102,7 @@ TEST(FloatRect, CentreDoesNotOverflow) {
 
 TEST(FloatRect, QuestionsFollowThePlainComparisons) {
     RandomFloats random(81);
-    for (int round = 0; round < RANDOM_ROUNDS; ++round) {
+    for (int round = 0; round < repetitions(100000); ++round) {
         const FloatRect a = random.record<FloatRect>();
         const FloatRect b = random.record<FloatRect>();
         const Four s = floatsOf(a);
@@ -403,7 +403,7 @@ TEST(FloatRect, RotationIsNoBoundingBox) {
 
 TEST(FloatRect, TransformationHasTheBitsOfThePlainFormula) {
     RandomFloats random(82);
-    for (int round = 0; round < RANDOM_ROUNDS; ++round) {
+    for (int round = 0; round < repetitions(100000); ++round) {
         const FloatRect rect = random.record<FloatRect>();
         const Matrix3 matrix = random.record<Matrix3>();
         const float* const m = matrix.m;

@@ -6,7 +6,7 @@
 #include "Support/AllocationCounter.h"
 #include "Support/Random.h"
 #include "Support/Report.h"
-#include "Support/Units.h"
+#include "Support/Texts.h"
 
 #include <gtest/gtest.h>
 
@@ -18,7 +18,6 @@ namespace {
 
 using Vorn::UTF16Char;
 
-constexpr unsigned int UNKNOWN = 0xFFFFFFFF;
 constexpr unsigned int WHOLE = 0xFFFFFFF0; // stands for the length of the text
 constexpr unsigned int UNTOUCHED = 0xDEADBEEF;
 constexpr double NOT_A_NUMBER = std::numeric_limits<double>::quiet_NaN();
@@ -38,7 +37,7 @@ unsigned long long bitsOf(double value) { return std::bit_cast<unsigned long lon
 // The value of a whole text, through both unit types.
 template <class T>
 T valueOf(const std::string& text) {
-    const Units units(std::string_view{text});
+    const TerminatedUnits units(std::string_view{text});
     const T value = parse<T>(units.bytes(), nullptr, units.size());
     EXPECT_EQ(bitsOf(parse<T>(units.units(), nullptr, units.size())), bitsOf(value)) << text;
     return value;
@@ -55,7 +54,7 @@ template <class T, class CharType>
 void expectRow(const Row& row) {
     SCOPED_TRACE(std::string(sizeof(T) == 4 ? "float" : "double") + " of \"" + row.text + "\", length " +
                  std::to_string(row.length));
-    const Units text(std::string_view{row.text});
+    const TerminatedUnits text(std::string_view{row.text});
     const unsigned int length = row.length == WHOLE ? text.size() : row.length;
     unsigned int count = UNTOUCHED;
     const T value = parse<T>(text.as<CharType>(), &count, length);
@@ -112,14 +111,14 @@ TEST(ParseFloat, DecimalExponents) {
     expectRows({
         {"1e5", WHOLE, 1, 1}, // two units must follow the letter within the length
         {"1e5", 4, 100000, 3},
-        {"1e5", UNKNOWN, 100000, 3},
+        {"1e5", NPOS, 100000, 3},
         {"1E05", WHOLE, 100000, 4},
         {"1e+5", WHOLE, 100000, 4},
         {"1e+", WHOLE, 1, 1},
-        {"1e+", UNKNOWN, 1, 3}, // the sign of an exponent counts without a digit
+        {"1e+", NPOS, 1, 3}, // the sign of an exponent counts without a digit
         {"1e+x", WHOLE, 1, 3},
         {"1exy", WHOLE, 1, 2},
-        {"1e", UNKNOWN, 1, 2},
+        {"1e", NPOS, 1, 2},
         {"1e 5", WHOLE, 100000, 4},
         {"1e- 2", WHOLE, 0.01, 5},
         {"e05", WHOLE, 0, 3},
@@ -145,7 +144,7 @@ TEST(ParseFloat, TextWithoutANumber) {
         {"NaN", WHOLE, NOT_A_NUMBER, 0},
         {"nonsense", WHOLE, NOT_A_NUMBER, 0},
         {" n", WHOLE, NOT_A_NUMBER, 0},
-        {"N", UNKNOWN, NOT_A_NUMBER, 0},
+        {"N", NPOS, NOT_A_NUMBER, 0},
         {"n1", WHOLE, NOT_A_NUMBER, 0},
         {"inf", WHOLE, NOT_A_NUMBER, 0},
         {"-INF", WHOLE, NOT_A_NUMBER, 0},
@@ -157,7 +156,7 @@ TEST(ParseFloat, TextWithoutANumber) {
         {"abc", WHOLE, 0, 0},
         {"  abc", WHOLE, 0, 2},
         {"-abc", WHOLE, -0.0, 1},
-        {"", UNKNOWN, 0, 0},
+        {"", NPOS, 0, 0},
         {"-", WHOLE, 0, 0}, // the length ends before the number begins
         {"-", 2, -0.0, 1},
         {" ", WHOLE, 0, 0},
@@ -178,10 +177,10 @@ TEST(ParseFloat, CommaAndUnboundedSignsLeaveTheCountAlone) {
         {" ,5", WHOLE, NOT_A_NUMBER, UNTOUCHED},
         {",", 0, NOT_A_NUMBER, UNTOUCHED},
         {"-,5", WHOLE, -0.0, 1},
-        {"-1", UNKNOWN, -1, 2},
-        {" -1", UNKNOWN, NOT_A_NUMBER, UNTOUCHED},
-        {" +1", UNKNOWN, NOT_A_NUMBER, UNTOUCHED},
-        {" 1", UNKNOWN, 1, 2},
+        {"-1", NPOS, -1, 2},
+        {" -1", NPOS, NOT_A_NUMBER, UNTOUCHED},
+        {" +1", NPOS, NOT_A_NUMBER, UNTOUCHED},
+        {" 1", NPOS, 1, 2},
         {"-1", 0x7FFFFFFE, -1, 2},
         {"-1", 0x7FFFFFFF, NOT_A_NUMBER, UNTOUCHED},
         {" -1", 0x7FFFFFFF, -1, 3},
@@ -219,18 +218,18 @@ TEST(ParseFloat, HexadecimalNumbers) {
         {"0x1p4", WHOLE, 16, 5},
         {"0x1p4", 4, 1, 3}, // one unit must follow the letter within the length
         {"0x1p", WHOLE, 1, 3},
-        {"0x1p", UNKNOWN, 1, 4},
+        {"0x1p", NPOS, 1, 4},
         {"0x1px", WHOLE, 1, 4},
         {"0x1p-", WHOLE, 1, 5},
         {"0x1.p4", WHOLE, 16, 6},
         {"0x1.", WHOLE, 1, 4},
-        {"0x1.", UNKNOWN, 1, 4},
+        {"0x1.", NPOS, 1, 4},
         {"0x1.8", 4, 1, 4},
         {"0x1.8", 3, 1, 3},
         {"0x12", 3, 1, 3},
         {"0x", WHOLE, 0, 1}, // decimal 0
         {"0x", 3, 0, 2},
-        {"0x", UNKNOWN, 0, 2},
+        {"0x", NPOS, 0, 2},
         {"0xg", WHOLE, 0, 2},
         {"-0xg", WHOLE, -0.0, 3},
         {"0x.8", WHOLE, 0, 2}, // no digit before the point
@@ -351,8 +350,8 @@ TEST(ParseFloat, EveryDecimalExponent) {
     for (int exponent = -400; exponent <= 400; ++exponent) {
         std::string text = exponent < 0 ? "1e-" : "1e+";
         text += std::to_string(std::abs(exponent));
-        EXPECT_EQ(bitsOf(valueOf<float>(text)), bitsOf(Reference::integerPower<float>(10, exponent))) << text;
-        EXPECT_EQ(bitsOf(valueOf<double>(text)), bitsOf(Reference::integerPower<double>(10, exponent))) << text;
+        EXPECT_EQ(bitsOf(valueOf<float>(text)), bitsOf(reference::integerPower<float>(10, exponent))) << text;
+        EXPECT_EQ(bitsOf(valueOf<double>(text)), bitsOf(reference::integerPower<double>(10, exponent))) << text;
     }
 }
 
@@ -397,8 +396,8 @@ TEST(ParseFloat, EveryBinaryExponent) {
 }
 
 template <class T, class CharType>
-void expectAsReference(const Units& text, unsigned int length) {
-    const Reference::FloatParser<T, CharType> reference(text.as<CharType>(), text.size());
+void expectAsReference(const TerminatedUnits& text, unsigned int length) {
+    const reference::FloatParser<T, CharType> reference(text.as<CharType>(), text.size());
     const auto expected = reference.parse(length);
     unsigned int count = UNTOUCHED;
     const T value = parse<T>(text.as<CharType>(), &count, length);
@@ -413,7 +412,7 @@ void expectAsReference(const Units& text, unsigned int length) {
 }
 
 // Number texts, most of them malformed.
-Units randomText(Random& random) {
+TerminatedUnits randomText(Random& random) {
     std::string text;
     const auto add = [&](std::string_view alphabet, unsigned int limit) {
         for (unsigned int size = random.below(limit + 1); size > 0; --size) {
@@ -446,14 +445,14 @@ Units randomText(Random& random) {
     if (random.below(4) == 0) add("x.eEpP-+ ,nN/:@G`g", 3);
     std::vector<unsigned int> codes;
     for (const char c : text) codes.push_back(static_cast<unsigned char>(c) + (random.below(200) == 0 ? 0x100u : 0u));
-    return Units(codes);
+    return TerminatedUnits(codes);
 }
 
 TEST(ParseFloat, RandomTextsAgreeWithThePlainReference) {
     Random random(7);
     for (int round = 0; round < repetitions(300000); ++round) {
-        const Units text = randomText(random);
-        const unsigned int lengths[] = {text.size(), UNKNOWN, random.below(16), text.size() + 1};
+        const TerminatedUnits text = randomText(random);
+        const unsigned int lengths[] = {text.size(), NPOS, random.below(16), text.size() + 1};
         const unsigned int length = lengths[random.below(4)];
         expectAsReference<float, unsigned char>(text, length);
         expectAsReference<float, UTF16Char>(text, length);
@@ -465,13 +464,38 @@ TEST(ParseFloat, RandomTextsAgreeWithThePlainReference) {
 
 TEST(ParseFloat, ParseRealIsParseFloat) {
     for (const Bits& row : BITS) {
-        const Units text(std::string_view{row.text});
+        const TerminatedUnits text(std::string_view{row.text});
         unsigned int count = UNTOUCHED;
         EXPECT_EQ(bitsOf(Vorn::parseReal(text.bytes(), &count, text.size())), row.asFloat);
         EXPECT_EQ(count, text.size());
         EXPECT_EQ(bitsOf(Vorn::parseReal(text.units(), &count, text.size())), row.asFloat);
         EXPECT_EQ(count, text.size());
     }
+}
+
+TEST(ParseFloat, WithoutALengthTheTextEndsAtItsTerminator) {
+    // Longer than any length that could have been meant by mistake, such as one unit or a few.
+    std::string digits = "12.";
+    digits.append(90, '0');
+    digits += "5e1";
+    const TerminatedUnits text(std::string_view{digits});
+    const auto expectWhole = [&](auto parse, auto expected) {
+        unsigned int count = UNTOUCHED;
+        EXPECT_EQ(parse(text.bytes(), &count), expected);
+        EXPECT_EQ(count, text.size());
+        count = UNTOUCHED;
+        EXPECT_EQ(parse(text.units(), &count), expected);
+        EXPECT_EQ(count, text.size());
+    };
+    expectWhole([](auto str, unsigned int* count) { return Vorn::parseFloat(str, count); }, 120.0f);
+    expectWhole([](auto str, unsigned int* count) { return Vorn::parseDouble(str, count); }, 120.0);
+    expectWhole([](auto str, unsigned int* count) { return Vorn::parseReal(str, count); }, 120.0f);
+    EXPECT_EQ(Vorn::parseFloat(text.bytes()), 120.0f);
+    EXPECT_EQ(Vorn::parseFloat(text.units()), 120.0f);
+    EXPECT_EQ(Vorn::parseDouble(text.bytes()), 120.0);
+    EXPECT_EQ(Vorn::parseDouble(text.units()), 120.0);
+    EXPECT_EQ(Vorn::parseReal(text.bytes()), 120.0f);
+    EXPECT_EQ(Vorn::parseReal(text.units()), 120.0f);
 }
 
 TEST(ParseFloat, NullPointersAreRefused) {
@@ -491,7 +515,7 @@ TEST(ParseFloat, NullPointersAreRefused) {
 }
 
 TEST(ParseFloatString, EitherBufferIsRead) {
-    const Units text("-2.5x");
+    const TerminatedUnits text("-2.5x");
     for (const Vorn::String& string : {Vorn::String(text.bytes()), Vorn::String(text.units())}) {
         EXPECT_EQ(Vorn::parseFloat(string), -2.5f);
         EXPECT_EQ(Vorn::parseDouble(string), -2.5);
@@ -514,7 +538,7 @@ TEST(ParseFloatString, UTF16IsReadWhereThereAreBoth) {
 }
 
 TEST(ParseFloatString, LengthBoundsTheText) {
-    const Units text("1.5e5");
+    const TerminatedUnits text("1.5e5");
     EXPECT_EQ(Vorn::parseDouble(Vorn::String(text.bytes())), 1.5); // two units must follow the letter
     EXPECT_EQ(Vorn::parseFloat(Vorn::String(text.units(), 1)), 1.0f);
 }
@@ -529,7 +553,7 @@ TEST(ParseFloatString, NullStringsAreNaNAndEmptyOnesZero) {
 }
 
 TEST(ParseFloat, ParsersTakeNothingFromTheHeap) {
-    const Units text("-123.456e-07");
+    const TerminatedUnits text("-123.456e-07");
     EXPECT_EQ(allocationsDuring([&] {
                   Vorn::parseFloat(text.bytes(), nullptr, text.size());
                   Vorn::parseDouble(text.units(), nullptr, text.size());

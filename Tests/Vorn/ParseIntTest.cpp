@@ -6,7 +6,7 @@
 #include "Support/AllocationCounter.h"
 #include "Support/Random.h"
 #include "Support/Report.h"
-#include "Support/Units.h"
+#include "Support/Texts.h"
 
 #include <gtest/gtest.h>
 
@@ -18,7 +18,6 @@ namespace {
 
 using Vorn::UTF16Char;
 
-constexpr unsigned int UNKNOWN = 0xFFFFFFFF;
 constexpr unsigned int UNTOUCHED = 0xDEADBEEF;
 constexpr const char* FILE_TEXT = "Source/Vorn/ParseInt";
 
@@ -37,16 +36,16 @@ std::string typeName() {
 }
 
 template <class CharType>
-using Reader = Reference::ParsedInteger (Reference::IntegerParser<CharType>::*)(unsigned int) const;
+using Reader = reference::ParsedInteger (reference::IntegerParser<CharType>::*)(unsigned int) const;
 
 // One parser of buffers, with its types erased.
 struct Member {
     std::string family;
     std::string type;
     bool isWide;
-    long long (*parse)(const Units& text, unsigned int* count, unsigned int length);
+    long long (*parse)(const TerminatedUnits& text, unsigned int* count, unsigned int length);
     long long (*parseNull)(unsigned int* count, unsigned int length);
-    Reference::ParsedInteger (*expected)(const Units& text, unsigned int length);
+    reference::ParsedInteger (*expected)(const TerminatedUnits& text, unsigned int length);
 
     std::string description() const { return family + "<" + type + (isWide ? ", wide>" : ">"); }
 };
@@ -56,15 +55,15 @@ Member member(const char* family) {
     return {family,
             typeName<T>(),
             sizeof(CharType) == 2,
-            [](const Units& text, unsigned int* count, unsigned int length) {
+            [](const TerminatedUnits& text, unsigned int* count, unsigned int length) {
                 return static_cast<long long>(function(text.as<CharType>(), count, length));
             },
             [](unsigned int* count, unsigned int length) {
                 return static_cast<long long>(function(nullptr, count, length));
             },
-            [](const Units& text, unsigned int length) {
-                const Reference::IntegerParser<CharType> parser(text.as<CharType>(), text.size());
-                Reference::ParsedInteger result = (parser.*reader)(length);
+            [](const TerminatedUnits& text, unsigned int length) {
+                const reference::IntegerParser<CharType> parser(text.as<CharType>(), text.size());
+                reference::ParsedInteger result = (parser.*reader)(length);
                 result.value = static_cast<unsigned long long>(static_cast<long long>(static_cast<T>(result.value)));
                 return result;
             }};
@@ -72,7 +71,7 @@ Member member(const char* family) {
 
 template <class CharType, class T>
 void addSigned(std::vector<Member>& members) {
-    using Parser = Reference::IntegerParser<CharType>;
+    using Parser = reference::IntegerParser<CharType>;
     members.push_back(member<T, CharType, &Vorn::parseInt<T, CharType>, &Parser::parseInt>("parseInt"));
     members.push_back(member<T, CharType, &Vorn::parseHex<T, CharType>, &Parser::parseHex>("parseHex"));
     members.push_back(member<T, CharType, &Vorn::parseDec<T, CharType>, &Parser::parseDec>("parseDec"));
@@ -80,7 +79,7 @@ void addSigned(std::vector<Member>& members) {
 
 template <class CharType, class T>
 void addUnsigned(std::vector<Member>& members) {
-    using Parser = Reference::IntegerParser<CharType>;
+    using Parser = reference::IntegerParser<CharType>;
     members.push_back(member<T, CharType, &Vorn::parseUInt<T, CharType>, &Parser::parseUInt>("parseUInt"));
     members.push_back(member<T, CharType, &Vorn::parseUHex<T, CharType>, &Parser::parseUHex>("parseUHex"));
     members.push_back(member<T, CharType, &Vorn::parseUDec<T, CharType>, &Parser::parseUDec>("parseUDec"));
@@ -129,7 +128,7 @@ void expectRows(const std::string& family, const std::string& type, const std::v
         ++members;
         for (const Row& row : rows) {
             SCOPED_TRACE(member.description() + " of \"" + row.text + "\", length " + std::to_string(row.length));
-            const Units text(std::string_view{row.text});
+            const TerminatedUnits text(std::string_view{row.text});
             const unsigned int length = row.length == WHOLE ? text.size() : row.length;
             unsigned int count = UNTOUCHED;
             EXPECT_EQ(member.parse(text, &count, length), row.value);
@@ -144,24 +143,24 @@ TEST(ParseInteger, ParseIntTakesSignsAndChoosesTheRadix) {
     expectRows("parseInt", "int",
                {
                    {"42", WHOLE, 42, 2},
-                   {"42", UNKNOWN, 42, 2},
+                   {"42", NPOS, 42, 2},
                    {"0", WHOLE, 0, 1},
                    {"007", WHOLE, 7, 3},
                    {"12ab", WHOLE, 12, 2},
                    {"0x1F", WHOLE, 31, 4},
-                   {"0x1F", UNKNOWN, 31, 4},
+                   {"0x1F", NPOS, 31, 4},
                    {"0xaBcDeF", WHOLE, 0xABCDEF, 8},
                    {"1F", WHOLE, 1, 1},
                    {"0X1F", WHOLE, 0, 1}, // only a lower-case x makes a prefix
                    {"0x", WHOLE, 0, 1},   // the prefix requires a unit after it
                    {"0x1", 2, 0, 1},      // within the length
                    {"0x1", 3, 1, 3},
-                   {"0x", UNKNOWN, 0, 0},
+                   {"0x", NPOS, 0, 0},
                    {"0xZ", WHOLE, 0, 0},
                    {"0x 1", WHOLE, 0, 0},
                    {"0x-1", WHOLE, 0, 0},
                    {"abc", WHOLE, 0, 0},
-                   {"", UNKNOWN, 0, 0},
+                   {"", NPOS, 0, 0},
                    {" ", WHOLE, 0, 0},
                    {" 42", WHOLE, 42, 3},
                    {"\t\n\v\f\r 42", WHOLE, 42, 8},
@@ -190,7 +189,7 @@ TEST(ParseInteger, ParseIntTakesSignsAndChoosesTheRadix) {
                    {"--7", WHOLE, 0, 0},
                    {"-+7", WHOLE, 0, 0},
                    {"-", WHOLE, 0, 0}, // the sign counts only if a number follows
-                   {"+", UNKNOWN, 0, 0},
+                   {"+", NPOS, 0, 0},
                    {"-a", WHOLE, 0, 0},
                    {"-0x1F", WHOLE, -31, 5},
                    {"+0x1F", WHOLE, 31, 5},
@@ -236,12 +235,12 @@ TEST(ParseInteger, ParseHexCountsTheSignAlways) {
         {
             {"1F", WHOLE, 31, 2},     {"0x1F", WHOLE, 31, 4},  {"0X1F", WHOLE, 0, 1},
             {"-0x1F", WHOLE, -31, 5}, {"+ff", WHOLE, 255, 3},  {"- 5", WHOLE, -5, 3},
-            {" -5", WHOLE, 0, 0},     {"-", WHOLE, 0, 1},      {"+", UNKNOWN, 0, 1},
+            {" -5", WHOLE, 0, 0},     {"-", WHOLE, 0, 1},      {"+", NPOS, 0, 1},
             {"-g", WHOLE, 0, 1},      {"0xZ", WHOLE, 0, 2},    {"-0xZ", WHOLE, 0, 3},
             {"-0x", WHOLE, 0, 3},     {"-1234", 3, -0x123, 4}, // one digit more than the length tells
             {"-0x12", 2, -0x12, 5}, // the prefix fits into the length behind the sign, and the digits have no bound
             {"-0x1", 1, 0, 2},        {"-12", 1, -1, 2},       {"80000000", WHOLE, -2147483648LL, 8},
-            {"", UNKNOWN, 0, 0},
+            {"", NPOS, 0, 0},
         });
 }
 
@@ -255,7 +254,7 @@ TEST(ParseInteger, ParseUHexStepsOverThePrefixEvenWithoutADigit) {
                    {"0xZ", WHOLE, 0, 2},
                    {"  0xZ", WHOLE, 0, 4},
                    {"0x", WHOLE, 0, 2},
-                   {"0x", UNKNOWN, 0, 2},
+                   {"0x", NPOS, 0, 2},
                    {"0x12", 2, 0x12, 4}, // a prefix that ends at the length leaves no bound
                    {"0x12", 1, 0, 1},
                    {"0x12", 3, 1, 3},
@@ -270,7 +269,7 @@ TEST(ParseInteger, ParseUHexStepsOverThePrefixEvenWithoutADigit) {
                    {":", WHOLE, 0, 0},
                    {"123456789", WHOLE, 0x23456789, 9},
                    {"12345", 3, 0x123, 3},
-                   {"", UNKNOWN, 0, 0},
+                   {"", NPOS, 0, 0},
                });
 }
 
@@ -291,7 +290,7 @@ TEST(ParseInteger, ParseDecCountsTheSignAlways) {
                    {"abc", WHOLE, 0, 0},
                    {"99999999999", WHOLE, 1215752191, 11},
                    {"-2147483648", WHOLE, -2147483648LL, 11},
-                   {"", UNKNOWN, 0, 0},
+                   {"", NPOS, 0, 0},
                });
 }
 
@@ -326,7 +325,7 @@ TEST(ParseInteger, ValuesWrapInTheWidthOfTheirType) {
 }
 
 TEST(ParseInteger, FixedWidthTypesAreInstances) {
-    const Units text("-5");
+    const TerminatedUnits text("-5");
     EXPECT_EQ(Vorn::parseInt<std::int8_t>(text.bytes()), -5);
     EXPECT_EQ(Vorn::parseInt<std::int16_t>(text.bytes()), -5);
     EXPECT_EQ(Vorn::parseInt<std::int32_t>(text.bytes()), -5);
@@ -340,22 +339,22 @@ TEST(ParseInteger, FixedWidthTypesAreInstances) {
 TEST(ParseInteger, CodesAboveAByteAreNeitherDigitsNorWhiteSpace) {
     // Each is a digit, a letter, a blank, a sign or an x but for its upper byte.
     for (const unsigned int code : {0x0130u, 0x0141u, 0x0161u, 0x0120u, 0x012Du, 0xFF10u, 0x8031u}) {
-        const Units text(std::vector<unsigned int>{code, '1'});
+        const TerminatedUnits text(std::vector<unsigned int>{code, '1'});
         for (const Member& member : allMembers()) {
             if (!member.isWide) continue;
             unsigned int count = UNTOUCHED;
-            EXPECT_EQ(member.parse(text, &count, UNKNOWN), 0);
+            EXPECT_EQ(member.parse(text, &count, NPOS), 0);
             EXPECT_EQ(count, 0u) << member.description() << " of " << code;
         }
     }
-    const Units prefix(std::vector<unsigned int>{'0', 0x0178, '1'});
+    const TerminatedUnits prefix(std::vector<unsigned int>{'0', 0x0178, '1'});
     unsigned int count;
     EXPECT_EQ(Vorn::parseUHex<unsigned int>(prefix.units(), &count), 0u);
     EXPECT_EQ(count, 1u);
 }
 
-void expectAsReference(const Member& member, const Units& text, unsigned int length) {
-    const Reference::ParsedInteger expected = member.expected(text, length);
+void expectAsReference(const Member& member, const TerminatedUnits& text, unsigned int length) {
+    const reference::ParsedInteger expected = member.expected(text, length);
     unsigned int count = UNTOUCHED;
     const long long value = member.parse(text, &count, length);
     ASSERT_EQ(value, static_cast<long long>(expected.value))
@@ -366,7 +365,7 @@ void expectAsReference(const Member& member, const Units& text, unsigned int len
 }
 
 // Texts of characters that are relevant to a parser, with some others in between.
-Units randomText(Random& random) {
+TerminatedUnits randomText(Random& random) {
     static const std::string_view alphabets[] = {"0123456789", "0123456789abcdefABCDEF",    " \t\n\v\f\r", "0x",
                                                  "+-",         "gGXz./:@`!\x1F\x08\x0E\xB0"};
     std::vector<unsigned int> codes;
@@ -378,16 +377,16 @@ Units randomText(Random& random) {
             if (random.below(64) == 0) codes.back() += 0x100;
         }
     }
-    return Units(codes);
+    return TerminatedUnits(codes);
 }
 
 TEST(ParseInteger, AllMembersAgreeWithThePlainReference) {
     Random random(20240611);
     for (int round = 0; round < repetitions(50000); ++round) {
-        const Units text = randomText(random);
-        const unsigned int lengths[] = {text.size(), UNKNOWN, 1 + random.below(12)};
+        const TerminatedUnits text = randomText(random);
+        const unsigned int lengths[] = {text.size(), NPOS, 1 + random.below(12)};
         unsigned int length = lengths[random.below(3)];
-        if (length == 0) length = UNKNOWN;
+        if (length == 0) length = NPOS;
         for (const Member& member : allMembers()) {
             expectAsReference(member, text, length);
             if (HasFatalFailure()) return;
@@ -399,34 +398,34 @@ TEST(ParseInteger, EveryCodeIsClassified) {
     for (const Member& member : allMembers()) {
         if (member.type != "int" && member.type != "unsigned int") continue;
         for (unsigned int code = 1; code < (member.isWide ? 0x10000u : 0x100u); ++code) {
-            expectAsReference(member, Units(std::vector<unsigned int>{code, '7'}), 2);
-            expectAsReference(member, Units(std::vector<unsigned int>{'0', code, '7'}), UNKNOWN);
+            expectAsReference(member, TerminatedUnits(std::vector<unsigned int>{code, '7'}), 2);
+            expectAsReference(member, TerminatedUnits(std::vector<unsigned int>{'0', code, '7'}), NPOS);
             if (HasFatalFailure()) return;
         }
     }
 }
 
 // The function name in the reports of a parser.
-std::string checkedFunction(const Member& member) {
-    const std::string unit = member.isWide ? "wchar_t" : "unsigned char";
+std::string checkedFunction(const std::string& family, const std::string& type, bool isWide) {
+    const std::string unit = isWide ? "wchar_t" : "unsigned char";
     const std::string getFirst = "<" + unit + ">(" + unit + " const *,unsigned int &,unsigned int)";
-    const std::string signedNum = "VornPrivate::ParseSignedNum<" + member.type + "," + unit;
-    if (member.family == "parseHex") {
+    const std::string signedNum = "VornPrivate::ParseSignedNum<" + type + "," + unit;
+    if (family == "parseHex") {
         return signedNum + ",16,&int __cdecl VornPrivate::getFirstHexaValue" + getFirst +
                ",&int __cdecl VornPrivate::getHexa(unsigned int)>::parse";
     }
-    if (member.family == "parseDec") {
+    if (family == "parseDec") {
         return signedNum + ",10,&int __cdecl VornPrivate::getFirstValue" + getFirst +
                ",&int __cdecl VornPrivate::getDecimal(unsigned int)>::parse";
     }
-    return "VornPrivate::" + member.family + "Inline";
+    return "VornPrivate::" + family + "Inline";
 }
 
 TEST(ParseInteger, NullPointersAndZeroLengthsAreRefused) {
-    const Units text("1");
+    const TerminatedUnits text("1");
     for (const Member& member : allMembers()) {
         SCOPED_TRACE(member.description());
-        const std::string function = checkedFunction(member);
+        const std::string function = checkedFunction(member.family, member.type, member.isWide);
         const bool isSignedNum = member.family == "parseHex" || member.family == "parseDec";
         const std::string zeroLength = isSignedNum ? "length > 0 : empty buffer!" : "length > 0 : empty string!";
         unsigned int count = UNTOUCHED;
@@ -493,7 +492,7 @@ std::vector<StringMember> allStringMembers() {
 }
 
 TEST(ParseIntegerString, EitherBufferIsRead) {
-    const Units text("102");
+    const TerminatedUnits text("102");
     const Vorn::String utf8(text.bytes());
     const Vorn::String utf16(text.units());
     for (const StringMember& member : allStringMembers()) {
@@ -516,7 +515,7 @@ TEST(ParseIntegerString, UTF8IsReadWhereThereAreBoth) {
 }
 
 TEST(ParseIntegerString, LengthBoundsTheText) {
-    const Units text("12345");
+    const TerminatedUnits text("12345");
     EXPECT_EQ(Vorn::parseInt<int>(Vorn::String(text.bytes(), 3)), 123);
     EXPECT_EQ(Vorn::parseInt<int>(Vorn::String(text.units(), 2)), 12);
 }
@@ -537,12 +536,13 @@ TEST(ParseIntegerString, EmptyStringsFailTheCheckOfTheParser) {
     for (const StringMember& member : allStringMembers()) {
         const bool isSignedNum = member.family == "parseHex" || member.family == "parseDec";
         expectRaises<1>([&] { member.parse(Vorn::String::getEmptyString()); },
-                        isSignedNum ? "length > 0 : empty buffer!" : "length > 0 : empty string!");
+                        isSignedNum ? "length > 0 : empty buffer!" : "length > 0 : empty string!",
+                        checkedFunction(member.family, member.type, false), FILE_TEXT);
     }
 }
 
 TEST(ParseInteger, ParsersTakeNothingFromTheHeap) {
-    const Units text("-0x12345");
+    const TerminatedUnits text("-0x12345");
     EXPECT_EQ(allocationsDuring([&] {
                   for (const Member& member : allMembers()) member.parse(text, nullptr, text.size());
               }),

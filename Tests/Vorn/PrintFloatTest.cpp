@@ -31,6 +31,8 @@ constexpr T INFINITE = std::numeric_limits<T>::infinity();
 template <class T>
 constexpr T NOT_A_NUMBER = std::numeric_limits<T>::quiet_NaN();
 
+static_assert(FLOAT_EXPONENT_AUTO == 0 && FLOAT_EXPONENT_NONE == 1 && FLOAT_EXPONENT_ALWAYS == 2);
+
 // Hexadecimal text ----------------------------------------------------------------------------------------------------
 
 // The expected text of a value, from its bits, and the size of its exponent without the "p".
@@ -207,7 +209,8 @@ TEST(PrintHexFloat, LongestTextsAreRejected) {
     EXPECT_EQ(hexOf(-0x1.FFFFFFFFFFFFFp-999), "-0x1.FFFFFFFFFFFFFp-999");
     EXPECT_EQ(Vorn::measureHex(-0x1.FFFFFFFFFFFFFp-1000), 24u);
     expectRaises<2>([&] { Vorn::printHex(-0x1.FFFFFFFFFFFFFp-1000, buffer, 40); },
-                    "count < bufferSize : unexpected large exponent");
+                    "count < bufferSize : unexpected large exponent", "VornPrivate::printHexFloat",
+                    "Source/Vorn/PrintFloat");
 }
 
 TEST(PrintHexFloat, WideExponentsArriveHalf) {

@@ -275,7 +275,7 @@ const Form FORMS[] = {
 
 TEST(Vector2, EveryFormHasTheBitsOfThePlainFormula) {
     RandomFloats random(71);
-    for (int round = 0; round < RANDOM_ROUNDS; ++round) {
+    for (int round = 0; round < repetitions(100000); ++round) {
         const Vector2 v = random.record<Vector2>();
         const Vector2 other = random.record<Vector2>();
         for (const Form& form : FORMS) {
@@ -287,7 +287,7 @@ TEST(Vector2, EveryFormHasTheBitsOfThePlainFormula) {
 
 TEST(Vector2, RelationsHoldOnlyIfBothComponentsDo) {
     RandomFloats random(72);
-    for (int round = 0; round < RANDOM_ROUNDS; ++round) {
+    for (int round = 0; round < repetitions(100000); ++round) {
         const Vector2 a = random.record<Vector2>();
         const Vector2 b = random.record<Vector2>();
         ASSERT_EQ(a < b, a.x < b.x && a.y < b.y) << describe(a) << "and " << describe(b);
@@ -440,7 +440,7 @@ TEST(Vector2, DivisionChecksXAndThenYAndChangesNothing) {
 
 TEST(Vector2, DivisionIsATrueDivision) {
     RandomFloats random(73);
-    for (int round = 0; round < RANDOM_ROUNDS; ++round) {
+    for (int round = 0; round < repetitions(100000); ++round) {
         const Vector2 v = random.record<Vector2>();
         const Vector2 divisor = random.record<Vector2>();
         const bool xDivides = divisor.x != 0.0f && divisor.x == divisor.x;

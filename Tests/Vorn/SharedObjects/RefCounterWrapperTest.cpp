@@ -2,6 +2,7 @@
 
 #include "Support/CountedTarget.h"
 #include "Support/Report.h"
+#include "Support/Sanitizers.h"
 
 #include <gtest/gtest.h>
 
@@ -125,7 +126,7 @@ TEST(MakeThreadsafe, LeavesTheRecordAsItWasMade) {
     }
 }
 
-#if !defined(__SANITIZE_THREAD__) // a thread sanitizer's program may not fork
+#if !VORN_TEST_HAS_TSAN // a thread sanitizer's program may not fork
 using RefCounterWrapperDeathTest = testing::Test;
 
 TEST(RefCounterWrapperDeathTest, FaultsWithoutARecord) {

@@ -312,6 +312,8 @@ TEST_F(SharedPtrTest, InterfacesCountInTheRecordOfTheirObject) {
     SharedPtr<Openable> made(static_cast<Openable*>(new Door(2))); // the first pointer of a DynamicObject
     EXPECT_EQ(living, 2);
     EXPECT_EQ(Vorn::dynamicSharedCast<Door>(made)->value, 2);
+    EXPECT_FALSE(made.isArray());
+    EXPECT_FALSE(made.isThreadsafe());
     made.reset();
     EXPECT_EQ(living, 1);
 }

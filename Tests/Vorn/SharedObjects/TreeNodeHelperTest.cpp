@@ -133,7 +133,7 @@ TEST(EnsureInsertableNode, ValidatesTheWayUpButNotTheRoot) {
     family.child.hold(nullptr); // found only behind the grandchild
     expectCycle(&family.grandchild, &family.child, true, "Can't append a node under its descendant!");
     expectRaises<2>([&] { TreeNodeHelper::ensureInsertableNode(&family.grandchild, &family.root, true); },
-                    "counter : null ref counter!!!");
+                    "counter : null ref counter!!!", "Vorn::TreeNodeHelper::assertValidTreeNodeInChildList", SOURCE);
 }
 
 TEST(EnsureInsertableNode, RefusesANullParent) {

@@ -3,7 +3,7 @@
 #include "Support/ExpectedLeak.h"
 #include "Support/GuardedBuffer.h"
 #include "Support/Random.h"
-#include "Support/StringTexts.h"
+#include "Support/Texts.h"
 #include "Vorn/Exception.h"
 #include "Vorn/String/ASCIITable.h"
 #include "Vorn/String/Interop.h"

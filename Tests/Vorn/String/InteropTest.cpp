@@ -3,7 +3,7 @@
 #include "Support/AllocationCounter.h"
 #include "Support/Random.h"
 #include "Support/StringDataProbe.h"
-#include "Support/StringTexts.h"
+#include "Support/Texts.h"
 #include "Vorn/String/UTF8String.h"
 
 #include <gtest/gtest.h>
@@ -106,6 +106,19 @@ TEST(Interop, RangesOfBytes) {
     }
     EXPECT_TRUE(bytes(String()).empty() && view(String()).empty() && bytes(""_vs).empty());
     EXPECT_EQ(bytes(String()).begin(), bytes(String()).end());
+}
+
+TEST(Interop, LiteralsAreTerminatedTextsThatNobodyCopies) {
+    const String bytes = "abc"_vs, units = u"abc"_vs;
+    const StringDataBufferInfo& info8 = bytes.getData()->getBufferInfo<unsigned char>();
+    const StringDataBufferInfo& info16 = units.getData()->getBufferInfo<UTF16Char>();
+    for (const StringDataBufferInfo* info : {&info8, &info16}) {
+        EXPECT_EQ(info->m_length, 3u);
+        EXPECT_EQ(info->m_nullTerminated, 1u);
+        EXPECT_EQ(info->m_allocationType, STRING_DATA_STATIC);
+    }
+    const unsigned char* const buffer = bytes.getData()->getPrivateBuffer<unsigned char>();
+    EXPECT_EQ(bytes.getData()->getTerminatedBuffer<unsigned char>(), buffer);
 }
 
 TEST(Interop, StreamsWriteUTF8) {

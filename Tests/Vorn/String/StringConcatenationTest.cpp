@@ -4,7 +4,7 @@
 #include "Support/ExpectedLeak.h"
 #include "Support/Report.h"
 #include "Support/StringDataProbe.h"
-#include "Support/StringTexts.h"
+#include "Support/Texts.h"
 
 #include <gtest/gtest.h>
 
@@ -160,7 +160,8 @@ TEST(StringConcatenation, RefusedByTheScanStillPointsAtARecordThatAnotherHolds) 
     StringData* const record = other.getData();
     {
         const ExpectedLeak leak;
-        expectRaises<7>([&] { refused.string += refused.right; }, "Unmatched second surrogate code!");
+        expectRaises<7>([&] { refused.string += refused.right; }, "Unmatched second surrogate code!",
+                        "stringDataBufferScan", "Source/Vorn/StringDataHelper");
     }
     EXPECT_EQ(refused.string.getData(), record);
     EXPECT_EQ(record->getRefCount(), 1u);
@@ -174,7 +175,8 @@ TEST(StringConcatenation, RefusedConversionChangesNothingAndLeavesNoBlock) {
     const String wide = over(right);
     const StringData* const record = string.getData();
     const std::size_t live = liveAllocationCount();
-    expectRaises<2>([&] { string += wide; }, "j < destLength : destination buffer too short!");
+    expectRaises<2>([&] { string += wide; }, "j < destLength : destination buffer too short!",
+                    "Vorn::stringDataConvertToUTF8FromUCS2", "Source/Vorn/StringDataHelper");
     EXPECT_EQ(liveAllocationCount(), live);
     EXPECT_EQ(string.getData(), record);
     EXPECT_EQ(record->getRefCount(), 1u);

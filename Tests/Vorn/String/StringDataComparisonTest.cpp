@@ -2,7 +2,7 @@
 
 #include "Support/Random.h"
 #include "Support/StringDataProbe.h"
-#include "Support/StringTexts.h"
+#include "Support/Texts.h"
 
 #include <gtest/gtest.h>
 
@@ -209,6 +209,8 @@ TEST(StringComparison, OfAllPairsOfEncodings) {
                            {0x10001},
                            {'a', 0x10000},
                            {'a', 0x10000, 'b'},
+                           {0x10000, 0}, // a text and its extension by U+0000
+                           {'a', 0x10000, 0},
                            {0x1F600, 0xE9},
                            {0xE000, 0x10000},
                            {0xFDF0, 0x10000}};

@@ -3,7 +3,6 @@
 #include "Support/AllocationCounter.h"
 #include "Support/Random.h"
 #include "Support/StringDataChains.h"
-#include "Support/StringUnits.h"
 #include "Support/Texts.h"
 #include "Vorn/Exception.h"
 #include "Vorn/String/String.h"
@@ -153,7 +152,7 @@ private:
             own(m_buffers.back(), block, units.size());
         }
         const bool measured = terminated && m_random.below(2);
-        const String string(block, measured ? 0xFFFFFFFF : length, type);
+        const String string(block, measured ? NPOS : length, type);
         m_strings.push_back({string, text, sizeof(CharType) == 2 || !hasSupplementary(text)});
     }
 
@@ -227,7 +226,7 @@ private:
         auto length = static_cast<unsigned int>(encode(text, CharType()).size());
         const bool reachesEnd = from + size == known.text.size();
         const bool terminated = record.getBufferInfo<CharType>().m_nullTerminated;
-        if (reachesEnd && m_random.below(2)) length = 0xFFFFFFFF;
+        if (reachesEnd && m_random.below(2)) length = NPOS;
         const int fromEnd = offset - static_cast<int>(record.getBufferInfo<CharType>().m_length);
 
         // A UTF-8 cut keeps the lead of its last character and puts back one unit at the end of a terminated text.

@@ -3,7 +3,7 @@
 #include "Support/Report.h"
 #include "Support/StringDataChains.h"
 #include "Support/StringDataProbe.h"
-#include "Support/StringUnits.h"
+#include "Support/Texts.h"
 #include "Vorn/String/String.h"
 
 #include <gtest/gtest.h>
@@ -81,7 +81,7 @@ TYPED_TEST(StringDataOwnership, SubstringsOfStaticTextAreInNoChain) {
 TYPED_TEST(StringDataOwnership, SubstringToTheEndOfATerminatedTextIsTerminated) {
     const String root = dynamicString<TypeParam>(std::string_view("abcdef\0", 7));
     const TypeParam* const block = this->bufferOf(root);
-    const String whole = cut<TypeParam>(root, 0, 0xFFFFFFFF);
+    const String whole = cut<TypeParam>(root, 0, NPOS);
     const String end = cut<TypeParam>(root, 4, 2);
     const String notToTheEnd = cut<TypeParam>(root, 4, 1);
     this->held(whole, {"abcdef", 0, STRING_DATA_EXTERNAL, true});
@@ -339,7 +339,7 @@ TYPED_TEST(StringDataOwnership, EveryOrderOfTerminatingAndDroppingKeepsTheTexts)
         std::array<int, 8> order = {0, 0, 1, 1, 2, 2, 3, 3};
         unsigned int number = 0;
         do {
-            if (number++ % ROW_STEP != 0) continue;
+            if (number++ % rowStep() != 0) continue;
             SCOPED_TRACE(root.name);
             auto buffer = callerBuffer<TypeParam>(root.units);
             std::array<String, 4> strings;
@@ -407,7 +407,8 @@ TEST(StringDataOwnershipUTF8, RefusedTextOfASubstringLeavesTheChainUnchanged) {
     const String root = dynamicString<unsigned char>("a\xC3\xA9z");
     const String part = cut<unsigned char>(root, 0, 1);
     const std::size_t live = liveAllocationCount();
-    expectRaises<7>([&] { cut<unsigned char>(root, 0, 3); }, "Unmatched lead UTF-8 byte for a 2-byte sequence!");
+    expectRaises<7>([&] { cut<unsigned char>(root, 0, 3); }, "Unmatched lead UTF-8 byte for a 2-byte sequence!",
+                    "stringDataBufferScan");
     EXPECT_EQ(liveAllocationCount(), live);
     expectChain<unsigned char>({root.getData(), part.getData()});
 }

@@ -3,7 +3,7 @@
 #include "Support/Random.h"
 #include "Support/Report.h"
 #include "Support/StringDataProbe.h"
-#include "Support/StringTexts.h"
+#include "Support/Texts.h"
 
 #include <gtest/gtest.h>
 
@@ -12,8 +12,6 @@ namespace {
 using namespace Vorn;
 
 using Byte = unsigned char;
-
-constexpr unsigned int NONE = 0xFFFFFFFF;
 
 const signed char* needleOf(const std::string& text) { return reinterpret_cast<const signed char*>(text.c_str()); }
 
@@ -37,7 +35,8 @@ TEST(StringQueries, RefuseNullAndEmptyNeedles) {
         expectRaises<4>([&] { string.contains(none); }, "Invalid string!", "Vorn::StringData::contains");
         expectRaises<4>([&] { data.count(static_cast<signed char>(0x80)); }, "Invalid ASCII character!",
                         "Vorn::StringData::count");
-        expectRaises<4>([&] { string.count(static_cast<char>(0xFF)); }, "Invalid ASCII character!");
+        expectRaises<4>([&] { string.count(static_cast<char>(0xFF)); }, "Invalid ASCII character!",
+                        "Vorn::StringData::count");
     }
 }
 
@@ -52,7 +51,7 @@ TEST(StringQueries, OfANullStringLookAtNoArgument) {
     EXPECT_EQ(null.count(static_cast<char>(0x80)), 0u);
     EXPECT_EQ(null.count(static_cast<signed char>(-1)), 0u);
     EXPECT_EQ(null.getUnicodeLength(), 0u);
-    EXPECT_EQ(null.getUnicodeCharAt(0), NONE);
+    EXPECT_EQ(null.getUnicodeCharAt(0), NPOS);
 }
 
 TEST(StringQueries, OfARecordWithoutABuffer) {
@@ -60,8 +59,8 @@ TEST(StringQueries, OfARecordWithoutABuffer) {
     EXPECT_FALSE(null.equals("a") || null.startsWith("a") || null.endsWith("a") || null.contains("a"));
     EXPECT_EQ(null.count('a'), 0u);
     EXPECT_EQ(null.getUnicodeLength(), 0u);
-    EXPECT_EQ(null.getUnicodeCharAt(0), NONE);
-    EXPECT_EQ(null.getUnicodeCharAt(-1), NONE);
+    EXPECT_EQ(null.getUnicodeCharAt(0), NPOS);
+    EXPECT_EQ(null.getUnicodeCharAt(-1), NPOS);
 }
 
 // The plain meaning of each question, for texts and needles of bytes.
@@ -171,20 +170,20 @@ TEST(StringQueries, UnicodeLengthTakesTheUTF16Buffer) {
 unsigned int referenceCharAt(const Codes& codes, int index, bool units) {
     if (!units) {
         const int size = static_cast<int>(codes.size());
-        if (index >= size || index < -size) return NONE;
+        if (index >= size || index < -size) return NPOS;
         return codes[static_cast<std::size_t>(index < 0 ? index + size : index)];
     }
     if (index >= 0) {
         for (std::size_t i = 0; i < codes.size() && codes[i] < 0x10000; ++i)
             if (static_cast<int>(i) == index) return codes[i];
-        return NONE;
+        return NPOS;
     }
     int place = 0;
     for (std::size_t i = codes.size(); i > 0; --i) {
         place -= codes[i - 1] < 0x10000 ? 1 : 2;
         if (place == index) return codes[i - 1];
     }
-    return NONE;
+    return NPOS;
 }
 
 TEST(StringQueries, UnicodeCharAtOfRandomTexts) {
@@ -203,9 +202,9 @@ TEST(StringQueries, UnicodeCharAtOfRandomTexts) {
             ASSERT_EQ(narrow.getUnicodeCharAt(index), referenceCharAt(codes, index, false)) << index;
             ASSERT_EQ(wide.getUnicodeCharAt(index), referenceCharAt(codes, index, true)) << index;
         }
-        EXPECT_EQ(narrow.getUnicodeCharAt(0x7FFFFFFF), NONE);
-        EXPECT_EQ(wide.getUnicodeCharAt(-0x7FFFFFFF - 1), NONE);
-        EXPECT_EQ(narrow.getUnicodeCharAt(-0x7FFFFFFF - 1), NONE);
+        EXPECT_EQ(narrow.getUnicodeCharAt(0x7FFFFFFF), NPOS);
+        EXPECT_EQ(wide.getUnicodeCharAt(-0x7FFFFFFF - 1), NPOS);
+        EXPECT_EQ(narrow.getUnicodeCharAt(-0x7FFFFFFF - 1), NPOS);
     }
 }
 
@@ -218,26 +217,26 @@ TEST(StringQueries, UnicodeCharAtEndsTheWalkOnBrokenText) {
     };
     const Row rows[] = {
         {"overlong four bytes forwards", "\xF0\x80\x80\x80", 0, 0},
-        {"overlong four bytes backwards", "\xF0\x80\x80\x80", -1, NONE},
-        {"lone lead", "a\xC3", -1, NONE},
-        {"lead that runs out", "a\xC3", 1, NONE},
-        {"lone trail", "\x80", -1, NONE},
-        {"trail behind ASCII", "a\x80", -1, NONE},
-        {"trail behind ASCII, beyond it", "ba\x80", -2, NONE},
-        {"wrong lead for one", "\xE2\x80", -1, NONE},
-        {"wrong lead for two", "\xC3\x80\x80", -1, NONE},
-        {"wrong lead for three", "\xE2\x80\x80\x80", -1, NONE},
-        {"four trails", "\xF0\x80\x80\x80\x80", -1, NONE},
-        {"zero byte", std::string("a\0", 2), -1, NONE},
-        {"overlong two", "\xC1\xBF", -1, NONE},
-        {"overlong three", "\xE0\x9F\xBF", -1, NONE},
-        {"surrogate", "\xED\xA0\x80", -1, NONE},
-        {"overlong four", "\xF0\x8F\xBF\xBD", -1, NONE},
-        {"noncharacter", "\xF4\x8F\xBF\xBE", -1, NONE},
+        {"overlong four bytes backwards", "\xF0\x80\x80\x80", -1, NPOS},
+        {"lone lead", "a\xC3", -1, NPOS},
+        {"lead that runs out", "a\xC3", 1, NPOS},
+        {"lone trail", "\x80", -1, NPOS},
+        {"trail behind ASCII", "a\x80", -1, NPOS},
+        {"trail behind ASCII, beyond it", "ba\x80", -2, NPOS},
+        {"wrong lead for one", "\xE2\x80", -1, NPOS},
+        {"wrong lead for two", "\xC3\x80\x80", -1, NPOS},
+        {"wrong lead for three", "\xE2\x80\x80\x80", -1, NPOS},
+        {"four trails", "\xF0\x80\x80\x80\x80", -1, NPOS},
+        {"zero byte", std::string("a\0", 2), -1, NPOS},
+        {"overlong two", "\xC1\xBF", -1, NPOS},
+        {"overlong three", "\xE0\x9F\xBF", -1, NPOS},
+        {"surrogate", "\xED\xA0\x80", -1, NPOS},
+        {"overlong four", "\xF0\x8F\xBF\xBD", -1, NPOS},
+        {"noncharacter", "\xF4\x8F\xBF\xBE", -1, NPOS},
         {"noncharacter forwards",
          "\xEF\xBF\xBE"
          "a",
-         1, NONE},
+         1, NPOS},
         {"good behind bad",
          "\x80"
          "a",
@@ -263,15 +262,15 @@ TEST(StringQueries, UnicodeCharAtEndsTheWalkOnBrokenText) {
         return data.getUnicodeCharAt(index);
     };
     EXPECT_EQ(charAt(10, -1), unsigned('e'));
-    EXPECT_EQ(charAt(10, -2), NONE);
+    EXPECT_EQ(charAt(10, -2), NPOS);
     EXPECT_EQ(charAt(10, -3), 0x10000u);
     EXPECT_EQ(charAt(10, -4), unsigned('d'));
-    EXPECT_EQ(charAt(10, -5), NONE) << "a noncharacter";
+    EXPECT_EQ(charAt(10, -5), NPOS) << "a noncharacter";
     EXPECT_EQ(charAt(5, -1), unsigned('c'));
-    EXPECT_EQ(charAt(5, -2), NONE) << "a first surrogate";
-    EXPECT_EQ(charAt(3, -2), NONE) << "a second surrogate alone";
-    EXPECT_EQ(charAt(3, -3), NONE) << "behind it";
-    EXPECT_EQ(charAt(10, 1), NONE);
+    EXPECT_EQ(charAt(5, -2), NPOS) << "a first surrogate";
+    EXPECT_EQ(charAt(3, -2), NPOS) << "a second surrogate alone";
+    EXPECT_EQ(charAt(3, -3), NPOS) << "behind it";
+    EXPECT_EQ(charAt(10, 1), NPOS);
 }
 
 TEST(StringQueries, FetchersAssertCharsetAndBuffer) {

@@ -14,8 +14,8 @@ namespace {
 
 using reference::Bytes;
 using reference::Codes;
+using reference::NPOS;
 using reference::ScanResult;
-using reference::TERMINATED;
 using reference::Units;
 using Vorn::stringDataScanBuffer;
 using Vorn::UTF16Char;
@@ -42,8 +42,8 @@ bool scansAsTold(const std::vector<Unit>& text) {
     std::vector<Unit> upToTheTerminator(text.begin(), std::find(text.begin(), text.end(), Unit(0)));
     upToTheTerminator.push_back(Unit(0));
     const GuardedBuffer<Unit> terminated(upToTheTerminator);
-    const ScanResult expectedTerminated = reference::scan(upToTheTerminator, TERMINATED);
-    const ScanResult actualTerminated = scanned(terminated.data(), TERMINATED);
+    const ScanResult expectedTerminated = reference::scan(upToTheTerminator, NPOS);
+    const ScanResult actualTerminated = scanned(terminated.data(), NPOS);
     EXPECT_EQ(actualTerminated, expectedTerminated) << "terminated: " << reference::shown(text);
     return actualCounted == expectedCounted && actualTerminated == expectedTerminated;
 }
@@ -61,7 +61,7 @@ const char* const SECOND = "Unmatched second surrogate code!";
 const char* const FFFE = "Invalid character with code ending in FFFE or FFFF!";
 
 TEST(StringDataScan, NullBufferIsRefusedWhateverItsLength) {
-    for (const unsigned int length : {0u, 1u, 100u, TERMINATED}) {
+    for (const unsigned int length : {0u, 1u, 100u, NPOS}) {
         unsigned int kept = length;
         expectRaises<4>([&] { stringDataScanBuffer(static_cast<const unsigned char*>(nullptr), kept); },
                         "Buffer is null!", "Vorn::stringDataScanBuffer", "Source/Vorn/StringDataHelper");
@@ -88,9 +88,9 @@ TEST(StringDataScan, EmptyBufferIsASCIIInAllForms) {
     const unsigned char noByte[] = {0};
     const UTF16Char noUnit[] = {0};
     EXPECT_EQ(scanned(noByte, 0), (ScanResult{{1, {}}, 0}));
-    EXPECT_EQ(scanned(noByte, TERMINATED), (ScanResult{{1, {}}, 0}));
+    EXPECT_EQ(scanned(noByte, NPOS), (ScanResult{{1, {}}, 0}));
     EXPECT_EQ(scanned(noUnit, 0), (ScanResult{{1, {}}, 0}));
-    EXPECT_EQ(scanned(noUnit, TERMINATED), (ScanResult{{1, {}}, 0}));
+    EXPECT_EQ(scanned(noUnit, NPOS), (ScanResult{{1, {}}, 0}));
     EXPECT_TRUE(scansAsTold(Bytes{}));
     EXPECT_TRUE(scansAsTold(Units{}));
 }
@@ -128,7 +128,7 @@ TEST(StringDataScan, ResultsOfUTF8) {
             << row.name;
         Bytes terminated = row.bytes;
         terminated.push_back(0);
-        EXPECT_EQ(scanned(GuardedBuffer<unsigned char>(terminated).data(), TERMINATED),
+        EXPECT_EQ(scanned(GuardedBuffer<unsigned char>(terminated).data(), NPOS),
                   (ScanResult{{row.verdict, {}}, length}))
             << row.name;
         EXPECT_TRUE(scansAsTold(row.bytes)) << row.name;
@@ -185,8 +185,7 @@ TEST(StringDataScan, FailuresOfUTF8) {
         EXPECT_EQ(scanned(GuardedBuffer<unsigned char>(row.bytes).data(), length), expected) << row.name;
         Bytes terminated = row.bytes;
         terminated.push_back(0);
-        EXPECT_EQ(scanned(GuardedBuffer<unsigned char>(terminated).data(), TERMINATED),
-                  (ScanResult{expected.outcome, TERMINATED}))
+        EXPECT_EQ(scanned(GuardedBuffer<unsigned char>(terminated).data(), NPOS), (ScanResult{expected.outcome, NPOS}))
             << row.name;
         EXPECT_TRUE(scansAsTold(row.bytes)) << row.name;
     }
@@ -195,9 +194,9 @@ TEST(StringDataScan, FailuresOfUTF8) {
 TEST(StringDataScan, ZeroByteIsRefusedByTheCountAndEndsTheTerminatedForm) {
     const unsigned char bytes[] = {0x61, 0x00, 0x62};
     EXPECT_EQ(scanned(bytes, 3), (ScanResult{reference::refused(NO_NULL), 3}));
-    EXPECT_EQ(scanned(bytes, TERMINATED), (ScanResult{{1, {}}, 1}));
+    EXPECT_EQ(scanned(bytes, NPOS), (ScanResult{{1, {}}, 1}));
     const unsigned char letters[] = "abc";
-    EXPECT_EQ(scanned(letters, TERMINATED), (ScanResult{{1, {}}, 3}));
+    EXPECT_EQ(scanned(letters, NPOS), (ScanResult{{1, {}}, 3}));
     EXPECT_EQ(scanned(letters, 4), (ScanResult{reference::refused(NO_NULL), 4}));
     EXPECT_EQ(scanned(letters, 2), (ScanResult{{1, {}}, 2}));
 }
@@ -238,8 +237,7 @@ TEST(StringDataScan, ResultsOfUTF16) {
             << row.name;
         Units terminated = row.units;
         terminated.push_back(0);
-        EXPECT_EQ(scanned(GuardedBuffer<UTF16Char>(terminated).data(), TERMINATED),
-                  (ScanResult{{row.verdict, {}}, length}))
+        EXPECT_EQ(scanned(GuardedBuffer<UTF16Char>(terminated).data(), NPOS), (ScanResult{{row.verdict, {}}, length}))
             << row.name;
         EXPECT_TRUE(scansAsTold(row.units)) << row.name;
     }
@@ -248,11 +246,11 @@ TEST(StringDataScan, ResultsOfUTF16) {
 TEST(StringDataScan, ZeroUnitIsTextByTheCountAndEndsTheTerminatedForm) {
     const UTF16Char null[] = {0};
     EXPECT_EQ(scanned(null, 1), (ScanResult{{6, {}}, 1}));
-    EXPECT_EQ(scanned(null, TERMINATED), (ScanResult{{1, {}}, 0}));
+    EXPECT_EQ(scanned(null, NPOS), (ScanResult{{1, {}}, 0}));
     const UTF16Char between[] = {0x61, 0, 0xD800, 0xDC00};
     EXPECT_EQ(scanned(between, 2), (ScanResult{{6, {}}, 2}));
     EXPECT_EQ(scanned(between, 4), (ScanResult{{7, {}}, 4}));
-    EXPECT_EQ(scanned(between, TERMINATED), (ScanResult{{1, {}}, 1}));
+    EXPECT_EQ(scanned(between, NPOS), (ScanResult{{1, {}}, 1}));
 }
 
 TEST(StringDataScan, FailuresOfUTF16) {
@@ -264,19 +262,19 @@ TEST(StringDataScan, FailuresOfUTF16) {
     } rows[] = {
         {"first surrogate at the end", {0xD800}, FIRST, 1},
         {"first surrogate at the end of a text", {0x61, 0x62, 0xDBFF}, FIRST, 3},
-        {"first surrogate before a letter", {0xD800, 0x41}, FIRST, TERMINATED},
-        {"two first surrogates", {0xD800, 0xD800, 0xDC00}, FIRST, TERMINATED},
-        {"first surrogate before a noncharacter", {0xD800, 0xFFFF}, FIRST, TERMINATED},
-        {"noncharacter FFFE of plane 1", {0xD83F, 0xDFFE}, FFFE, TERMINATED},
-        {"noncharacter FFFF of plane 1", {0xD83F, 0xDFFF}, FFFE, TERMINATED},
-        {"noncharacter of the last plane", {0xDBFF, 0xDFFE}, FFFE, TERMINATED},
-        {"second surrogate alone", {0xDC00}, SECOND, TERMINATED},
-        {"second surrogate behind a pair", {0xD800, 0xDC00, 0xDFFF}, SECOND, TERMINATED},
-        {"first noncharacter", {0xFDD0}, INVALID, TERMINATED},
-        {"last of the noncharacters' block", {0xFDEF}, INVALID, TERMINATED},
-        {"FFFE", {0xFFFE}, INVALID, TERMINATED},
-        {"FFFF", {0xFFFF}, INVALID, TERMINATED},
-        {"the first failure is told", {0x41, 0xDC00, 0xFFFF}, SECOND, TERMINATED},
+        {"first surrogate before a letter", {0xD800, 0x41}, FIRST, NPOS},
+        {"two first surrogates", {0xD800, 0xD800, 0xDC00}, FIRST, NPOS},
+        {"first surrogate before a noncharacter", {0xD800, 0xFFFF}, FIRST, NPOS},
+        {"noncharacter FFFE of plane 1", {0xD83F, 0xDFFE}, FFFE, NPOS},
+        {"noncharacter FFFF of plane 1", {0xD83F, 0xDFFF}, FFFE, NPOS},
+        {"noncharacter of the last plane", {0xDBFF, 0xDFFE}, FFFE, NPOS},
+        {"second surrogate alone", {0xDC00}, SECOND, NPOS},
+        {"second surrogate behind a pair", {0xD800, 0xDC00, 0xDFFF}, SECOND, NPOS},
+        {"first noncharacter", {0xFDD0}, INVALID, NPOS},
+        {"last of the noncharacters' block", {0xFDEF}, INVALID, NPOS},
+        {"FFFE", {0xFFFE}, INVALID, NPOS},
+        {"FFFF", {0xFFFF}, INVALID, NPOS},
+        {"the first failure is told", {0x41, 0xDC00, 0xFFFF}, SECOND, NPOS},
     };
     for (const auto& row : rows) {
         const auto length = static_cast<unsigned int>(row.units.size());
@@ -284,7 +282,7 @@ TEST(StringDataScan, FailuresOfUTF16) {
         EXPECT_EQ(scanned(GuardedBuffer<UTF16Char>(row.units).data(), length), expected) << row.name;
         Units terminated = row.units;
         terminated.push_back(0);
-        EXPECT_EQ(scanned(GuardedBuffer<UTF16Char>(terminated).data(), TERMINATED),
+        EXPECT_EQ(scanned(GuardedBuffer<UTF16Char>(terminated).data(), NPOS),
                   (ScanResult{expected.outcome, row.terminatedLength}))
             << row.name;
         EXPECT_TRUE(scansAsTold(row.units)) << row.name;
@@ -312,13 +310,13 @@ TEST(StringDataScan, NothingBehindTheFirstFailureIsReadInTheTerminatedForm) {
             Bytes text(before, 0x61);
             text.insert(text.end(), end.begin(), end.end());
             const ExactBuffer<unsigned char> block(text, before % 8);
-            EXPECT_EQ(scanned(block.data(), TERMINATED), reference::scan(text, TERMINATED)) << reference::shown(text);
+            EXPECT_EQ(scanned(block.data(), NPOS), reference::scan(text, NPOS)) << reference::shown(text);
         }
         for (const Units& end : unitEnds) {
             Units text(before, 0x61);
             text.insert(text.end(), end.begin(), end.end());
             const ExactBuffer<UTF16Char> block(text, before % 8);
-            EXPECT_EQ(scanned(block.data(), TERMINATED), reference::scan(text, TERMINATED)) << reference::shown(text);
+            EXPECT_EQ(scanned(block.data(), NPOS), reference::scan(text, NPOS)) << reference::shown(text);
         }
     }
 }
@@ -329,7 +327,7 @@ TEST(StringDataScan, EveryByteAndEveryTwoBytes) {
         ASSERT_TRUE(scansAsTold(Bytes{byte}));
         // Behind ASCII the second byte stands alone: one such row is enough.
         if (first > 0x41 && first < 0x7F) continue;
-        for (unsigned int second = first % ROW_STEP; second <= 0xFF; second += ROW_STEP) {
+        for (unsigned int second = first % rowStep(); second <= 0xFF; second += rowStep()) {
             ASSERT_TRUE(scansAsTold(Bytes{byte, static_cast<unsigned char>(second)}));
         }
     }

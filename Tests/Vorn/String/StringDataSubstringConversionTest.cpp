@@ -5,7 +5,7 @@
 #include "Support/Random.h"
 #include "Support/Report.h"
 #include "Support/StringDataProbe.h"
-#include "Support/StringTexts.h"
+#include "Support/Texts.h"
 
 #include <gtest/gtest.h>
 
@@ -14,8 +14,6 @@
 namespace {
 
 using namespace Vorn;
-
-constexpr unsigned int ALL = 0xFFFFFFFF;
 
 using Byte = unsigned char;
 
@@ -43,7 +41,7 @@ TEST(ConvertedSubstring, OfASCIIWidensAndNarrows) {
     const String narrow = over(text);
     const String wide = over(units);
     for (int offset = -11; offset <= 11; ++offset) {
-        for (const unsigned int length : {0u, 1u, 4u, 11u, ALL}) {
+        for (const unsigned int length : {0u, 1u, 4u, 11u, NPOS}) {
             const unsigned int start = static_cast<unsigned int>(offset < 0 ? offset + 11 : offset);
             const String toWide(narrow.getData()->substr<UTF16Char>(offset, length));
             const String toNarrow(wide.getData()->substr<Byte>(offset, length));
@@ -165,7 +163,7 @@ void expectAllCuts(const Codes& codes, From from) {
     for (int offset = -total - 2; offset <= total + 2; ++offset) {
         for (int length = 0; length <= total + 1; ++length)
             expectCut(source, codes, from, offset, static_cast<unsigned int>(length));
-        expectCut(source, codes, from, offset, ALL);
+        expectCut(source, codes, from, offset, NPOS);
     }
     EXPECT_EQ(source.getData()->getNext<Byte>(), nullptr);
     EXPECT_EQ(source.getData()->getNext<UTF16Char>(), nullptr);
@@ -234,7 +232,7 @@ TEST(ConvertedSubstring, LeaksTheBlockOfASubstringThatFails) {
     {
         const ExpectedLeak leak;
         try {
-            source.getData()->substr<Byte>(-1, ALL);
+            source.getData()->substr<Byte>(-1, NPOS);
             ADD_FAILURE();
         } catch (const Exception<2>&) {
         }
@@ -259,7 +257,7 @@ TEST(ConvertedSubstring, CountsU0000AsOneByteAndWritesTwo) {
         const UTF16Text text = utf16Of(codes);
         const String long_ = over(text);
         const ExpectedLeak leak;
-        EXPECT_THROW(long_.getData()->substr<Byte>(0, ALL), AllExceptions);
+        EXPECT_THROW(long_.getData()->substr<Byte>(0, NPOS), AllExceptions);
     }
 }
 
@@ -268,7 +266,7 @@ TEST(ConvertedSubstring, DropsOverlongCharactersBeyondTheCapacity) {
     const std::string text = "\xF0\x80\x80\x80\xF0\x80\x80\x80\xF0\x80\x80\x80";
     const String source = over(text);
     const ExpectedLeak leak;
-    expectRaises<7>([&] { source.getData()->substr<UTF16Char>(0, ALL); }, "Unmatched first surrogate character!",
+    expectRaises<7>([&] { source.getData()->substr<UTF16Char>(0, NPOS); }, "Unmatched first surrogate character!",
                     "stringDataBufferScan");
     const String pair(source.getData()->substr<UTF16Char>(0, 2));
     EXPECT_EQ(unitsOf(*pair.getData()), (UTF16Text{0xDBC0, 0xDC00}));

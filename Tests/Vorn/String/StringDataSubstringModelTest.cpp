@@ -1,6 +1,8 @@
 #include "Vorn/String/String.h"
 
+#include "Reference/TextScan.h"
 #include "Support/AllocationCounter.h"
+#include "Support/Outcome.h"
 #include "Support/Random.h"
 #include "Support/Texts.h"
 
@@ -12,8 +14,6 @@
 namespace {
 
 using namespace Vorn;
-
-constexpr unsigned int ALL = 0xFFFFFFFF;
 
 // Substrings of substrings with random life times, of all kinds of blocks, against plain copies of their texts.
 
@@ -58,24 +58,60 @@ struct Model {
 
     Entry& pick() { return entries[random.below(static_cast<unsigned int>(entries.size()))]; }
 
-    void cut() {
-        Entry& parent = pick();
+    // What a substring of an entry gives: a text, or a failure.
+    struct Expected {
+        Text text;
+        std::string failure;
+    };
+
+    // Follows the rules unit by unit. `behind` is the unit behind the text.
+    static Expected expectedSubstring(const Entry& parent, CharType behind, int offset, unsigned int length) {
+        const Expected invalidOffset{
+            {}, failureText(4, "Invalid Offset!", "Vorn::StringData::substr", "Source/Vorn/StringDataSubstring")};
         const int size = static_cast<int>(parent.text.size());
-        const int offset = static_cast<int>(random() % static_cast<unsigned int>(2 * size + 1)) - size;
-        const unsigned int length = random() % 4 == 0 ? ALL : random() % static_cast<unsigned int>(size + 2);
-        const std::size_t start = static_cast<std::size_t>(offset < 0 ? offset + size : offset);
-        try {
-            String string(parent.string.getData()->template substr<CharType>(offset, length));
-            const unsigned int found = string.getData()->getBufferInfo<CharType>().m_length;
-            EXPECT_LE(found, std::min<std::size_t>(length, parent.text.size() - start));
-            EXPECT_TRUE(found == 0 || parent.string.getData()->getCharset() != STRING_DATA_ASCII ||
-                        found == std::min<std::size_t>(length, parent.text.size() - start));
-            Text text = parent.text.substr(start, found);
-            entries.push_back({nullptr, string, text});
-        } catch (const Exception<4>&) {
-        } catch (const Exception<7>&) {
-            EXPECT_EQ(sizeof(CharType), 1u);
+        const int start = offset < 0 ? offset + size : offset;
+        if (start < 0 || start > size) return invalidOffset;
+
+        const Text units = parent.text + behind;
+        const auto isInside = [&](int i) {
+            const unsigned int unit = units[static_cast<std::size_t>(i)];
+            return sizeof(CharType) == 1 ? reference::isTrailByte(unit) : reference::isSecondSurrogate(unit);
+        };
+        if (isInside(start)) return invalidOffset;
+
+        int end = length < static_cast<unsigned int>(size - start) ? start + static_cast<int>(length) : size;
+        const bool keepsTerminator = end == size && isTerminated(parent.string);
+        if constexpr (sizeof(CharType) == 1) {
+            while (end > start && isInside(end - 1)) --end;
+        } else {
+            if (end > start && reference::isFirstSurrogate(units[static_cast<std::size_t>(end - 1)])) --end;
         }
+        if (end == start) return {};
+        if (keepsTerminator) ++end; // or the first trail byte, if the last character has one
+        std::vector<CharType> taken(units.begin() + start, units.begin() + end);
+        if (taken.back() == 0) taken.pop_back();
+        const reference::ScanResult scanned = reference::scan(taken, static_cast<unsigned int>(taken.size()));
+        return {Text(taken.begin(), taken.end()), scanned.outcome.failure};
+    }
+
+    static bool isTerminated(const String& string) {
+        return string.getData()->template getBufferInfo<CharType>().m_nullTerminated;
+    }
+
+    void addSubstring() {
+        Entry& parent = pick();
+        const StringData& data = *parent.string.getData();
+        const int size = static_cast<int>(parent.text.size());
+        const int offset = static_cast<int>(random.below(static_cast<unsigned int>(2 * size + 3))) - size - 1;
+        const unsigned int length = random() % 4 == 0 ? NPOS : random() % static_cast<unsigned int>(size + 2);
+        const CharType behind = data.getPrivateBuffer<CharType>()[size];
+        const Expected expected = expectedSubstring(parent, behind, offset, length);
+        String string;
+        const std::string failure = failureOf([&] { string = String(data.substr<CharType>(offset, length)); });
+        ASSERT_EQ(failure, expected.failure)
+            << "offset " << offset << ", length " << length << " of " << testing::PrintToString(parent.text);
+        if (failure.empty()) entries.push_back({nullptr, string, expected.text}); // `check` compares the text
+        (failure.empty() ? taken : refused) += 1;
     }
 
     void drop() {
@@ -105,7 +141,7 @@ struct Model {
         case 1:
         case 2:
         case 3:
-            if (!entries.empty() && entries.size() < 24) cut();
+            if (!entries.empty() && entries.size() < 24) addSubstring();
             break;
         case 4:
             if (!entries.empty()) {
@@ -139,9 +175,11 @@ struct Model {
     Random random;
     std::vector<std::unique_ptr<CharType[]>> keptBlocks;
     std::vector<Entry> entries;
+    int taken = 0;
+    int refused = 0;
 };
 
-constexpr int STEPS = repetitions(400000);
+const int STEPS = repetitions(400000);
 
 template <class CharType>
 void runModel(unsigned int seed) {
@@ -152,6 +190,8 @@ void runModel(unsigned int seed) {
             model.step();
             model.check();
         }
+        EXPECT_GT(model.taken, 0);
+        EXPECT_GT(model.refused, 0);
     }
     EXPECT_EQ(liveAllocationCount(), live);
 }

@@ -3,7 +3,7 @@
 #include "Support/AllocationCounter.h"
 #include "Support/Report.h"
 #include "Support/StringDataProbe.h"
-#include "Support/StringTexts.h"
+#include "Support/Texts.h"
 
 #include <gtest/gtest.h>
 
@@ -12,8 +12,6 @@
 namespace {
 
 using namespace Vorn;
-
-constexpr unsigned int ALL = 0xFFFFFFFF;
 
 using Byte = unsigned char;
 
@@ -71,7 +69,7 @@ TEST(Substring, OfUTF16StandsInItsOwnChain) {
     const UTF16Text text = u"0123456789";
     const String parent = over(text);
     const String first(parent.getData()->substr<UTF16Char>(2, 6));
-    const String inner(first.getData()->substr<UTF16Char>(-2, ALL));
+    const String inner(first.getData()->substr<UTF16Char>(-2, NPOS));
     EXPECT_EQ(first.getData()->getPrevious<UTF16Char>(), parent.getData());
     EXPECT_EQ(first.getData()->getNext<UTF16Char>(), inner.getData());
     EXPECT_EQ(inner.getData()->getPrevious<UTF16Char>(), first.getData());
@@ -96,7 +94,7 @@ TEST(Substring, CopiesTheTextOfABorrowedBufferWhenItsParentIsDestroyed) {
     auto text = std::make_unique<std::string>("abcdef");
     String parent = over(*text);
     const String first(parent.getData()->substr<Byte>(1, 3));
-    const String second(parent.getData()->substr<Byte>(2, ALL));
+    const String second(parent.getData()->substr<Byte>(2, NPOS));
     parent = String();
     text.reset();
     EXPECT_EQ(textOf(*first.getData()), "bcd");
@@ -106,7 +104,7 @@ TEST(Substring, CopiesTheTextOfABorrowedBufferWhenItsParentIsDestroyed) {
 TEST(Substring, OfAStaticBufferIsStaticAndUnlinked) {
     static constexpr unsigned char text[] = "static text";
     String parent(text, 12, STRING_DATA_STATIC);
-    const String cut(parent.getData()->substr<Byte>(7, ALL));
+    const String cut(parent.getData()->substr<Byte>(7, NPOS));
     EXPECT_EQ(cut.getData()->getAllocationType<Byte>(), STRING_DATA_STATIC);
     EXPECT_EQ(cut.getData()->getPrevious<Byte>(), nullptr);
     EXPECT_EQ(parent.getData()->getNext<Byte>(), nullptr);
@@ -127,7 +125,7 @@ TEST(Substring, OfTheWholeTerminatedTextIsTerminated) {
     const std::string text = "whole";
     const UTF16Text units = u"whole";
     const String parent = over(text);
-    const String cut(parent.getData()->substr<Byte>(0, ALL));
+    const String cut(parent.getData()->substr<Byte>(0, NPOS));
     EXPECT_NE(cut.getData(), parent.getData());
     EXPECT_EQ(cut.getData()->getPrivateBuffer<Byte>(), bytesOf(text));
     EXPECT_EQ(cut.getData()->getBufferInfo<Byte>().m_length, 5u);
@@ -145,7 +143,7 @@ TEST(Substring, OfTheWholeTerminatedTextIsTerminated) {
 TEST(Substring, OfTheEndOfAnUnterminatedTextIsNotTerminated) {
     const std::string text = "abcdef";
     const String parent(bytesOf(text), 4);
-    const String cut(parent.getData()->substr<Byte>(2, ALL));
+    const String cut(parent.getData()->substr<Byte>(2, NPOS));
     EXPECT_FALSE(cut.getData()->getBufferInfo<Byte>().m_nullTerminated);
     EXPECT_EQ(textOf(*cut.getData()), "cd");
     // The unit behind the text starts a character here, so the offset passes.
@@ -165,8 +163,8 @@ TEST(Substring, EmptyResultsAreTheEmptyRecord) {
     }
     EXPECT_EQ(narrow.getData()->substr<Byte>(3, 7), &StringData::s_emptyString);
     EXPECT_EQ(wide.getData()->substr<UTF16Char>(3, 7), &StringData::s_emptyString);
-    EXPECT_EQ(StringData::s_emptyString.substr<Byte>(0, ALL), &StringData::s_emptyString);
-    EXPECT_EQ(StringData::s_emptyString.substr<UTF16Char>(0, ALL), &StringData::s_emptyString);
+    EXPECT_EQ(StringData::s_emptyString.substr<Byte>(0, NPOS), &StringData::s_emptyString);
+    EXPECT_EQ(StringData::s_emptyString.substr<UTF16Char>(0, NPOS), &StringData::s_emptyString);
     EXPECT_EQ(StringData::s_emptyString.getRefCount(), 0u);
 }
 
@@ -223,11 +221,11 @@ TEST(Substring, OfUTF8TrimsToTheLastLeadByteAndKeepsIt) {
         {"ends inside two bytes", "z\xC3\xA9", 0, 2, "Unmatched lead UTF-8 byte for a 2-byte sequence!", ""},
         {"ends behind three bytes", "\xE2\x82\xACz", 0, 3, "Unmatched lead UTF-8 byte for a 3-byte sequence!", ""},
         {"ends behind four bytes", "\xF0\x90\x80\x80z", 0, 4, "Unmatched first surrogate character!", ""},
-        {"two bytes at the end come back whole", "z\xC3\xA9", 0, ALL, nullptr, "z\xC3\xA9"},
-        {"three bytes at the end", "z\xE2\x82\xAC", 0, ALL, "Unmatched lead UTF-8 byte for a 3-byte sequence!", ""},
-        {"four bytes at the end", "z\xF0\x90\x80\x80", 0, ALL, "Unmatched first surrogate character!", ""},
+        {"two bytes at the end come back whole", "z\xC3\xA9", 0, NPOS, nullptr, "z\xC3\xA9"},
+        {"three bytes at the end", "z\xE2\x82\xAC", 0, NPOS, "Unmatched lead UTF-8 byte for a 3-byte sequence!", ""},
+        {"four bytes at the end", "z\xF0\x90\x80\x80", 0, NPOS, "Unmatched first surrogate character!", ""},
         {"a final U+0000 goes", "z\xC0\x80y", 0, 3, nullptr, "z"},
-        {"a final U+0000 at the end stays as its lead", "z\xC0\x80", 0, ALL,
+        {"a final U+0000 at the end stays as its lead", "z\xC0\x80", 0, NPOS,
          "Unmatched lead UTF-8 byte for a 2-byte sequence!", ""},
         {"0xF4 is no lead here", "z\xF4\x8F\xBF\xBDy", 0, 5, nullptr, "z"},
     };
@@ -252,14 +250,14 @@ TEST(Substring, TrimmedToNothingIsEmpty) {
     const std::string null = "\xC0\x80";
     StringData data(bytesOf(text), 2, STRING_DATA_STATIC);
     setText<Byte>(data, bytesOf(null), 2);
-    expectRaises<4>([&] { data.substr<Byte>(0, 2); }, "Invalid Offset!");
+    expectRaises<4>([&] { data.substr<Byte>(0, 2); }, "Invalid Offset!", "Vorn::StringData::substr");
     EXPECT_EQ(data.substr<Byte>(2, 0), &StringData::s_emptyString);
 }
 
 TEST(Substring, OfATrimmedEndIsNotTerminated) {
     const std::string text = "z\xC3\xA9";
     const String parent = over(text);
-    const String cut(parent.getData()->substr<Byte>(0, ALL));
+    const String cut(parent.getData()->substr<Byte>(0, NPOS));
     EXPECT_FALSE(cut.getData()->getBufferInfo<Byte>().m_nullTerminated);
     EXPECT_EQ(cut.getData()->getBufferInfo<Byte>().m_length, 3u);
     EXPECT_STREQ(cut.getCString(), "z\xC3\xA9");

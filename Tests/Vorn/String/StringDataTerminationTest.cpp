@@ -2,7 +2,7 @@
 #include "Support/Report.h"
 #include "Support/StringDataChains.h"
 #include "Support/StringDataProbe.h"
-#include "Support/StringUnits.h"
+#include "Support/Texts.h"
 #include "Vorn/String/String.h"
 
 #include <gtest/gtest.h>

@@ -3,7 +3,7 @@
 #include "Support/AllocationCounter.h"
 #include "Support/Report.h"
 #include "Support/StringDataProbe.h"
-#include "Support/StringUnits.h"
+#include "Support/Texts.h"
 #include "Vorn/String/String.h"
 
 #include <gtest/gtest.h>
@@ -16,8 +16,6 @@ namespace {
 
 using namespace Vorn;
 using VornPrivate::StringDataProbe;
-
-constexpr unsigned int Measure = 0xFFFFFFFF;
 
 static_assert(!std::is_polymorphic_v<StringData> && !std::is_copy_constructible_v<StringData> &&
               !std::is_copy_assignable_v<StringData>);
@@ -68,9 +66,9 @@ TYPED_TEST(StringDataConstruction, LengthsAndTerminatorsDetermineTheText) {
         unsigned int builtLength;
         bool terminated;
     } rows[] = {
-        {"measured", std::string_view("abc\0", 4), Measure, 3, true},
-        {"measured up to the first zero only", std::string_view("ab\0cd\0", 6), Measure, 2, true},
-        {"measured and empty", std::string_view("\0", 1), Measure, 0, true},
+        {"measured", std::string_view("abc\0", 4), NPOS, 3, true},
+        {"measured up to the first zero only", std::string_view("ab\0cd\0", 6), NPOS, 2, true},
+        {"measured and empty", std::string_view("\0", 1), NPOS, 0, true},
         {"with the terminator counted", std::string_view("abc\0", 4), 4, 3, true},
         {"without the terminator", std::string_view("abc\0", 4), 3, 3, false},
         {"nothing behind the text", "abc", 3, 3, false},
@@ -121,7 +119,7 @@ TYPED_TEST(StringDataConstruction, BuildingCopiesNothing) {
 }
 
 TYPED_TEST(StringDataConstruction, NullBufferIsRefusedWithAnyLength) {
-    for (const unsigned int length : {0u, 1u, 5u, Measure}) {
+    for (const unsigned int length : {0u, 1u, 5u, NPOS}) {
         for (const StringAllocationType type : {STRING_DATA_EXTERNAL, STRING_DATA_STATIC, STRING_DATA_DYNAMIC}) {
             const Report report =
                 reportOf<4>([&] { StringData(static_cast<const TypeParam*>(nullptr), length, type); });
@@ -404,11 +402,11 @@ TEST(StringData, CopyIntoTooSmallABufferWritesNothing) {
 
     // The encoding at hand says that it does not fit, a conversion says how much it needs.
     for (const unsigned int capacity : {0u, 1u, 3u}) {
-        EXPECT_EQ(held8.copyToUTF8(bytes, capacity), UINT_MAX);
+        EXPECT_EQ(held8.copyToUTF8(bytes, capacity), NPOS);
         EXPECT_EQ(held16.copyToUTF8(bytes, capacity), 4u);
     }
     for (const unsigned int capacity : {0u, 1u, 2u}) {
-        EXPECT_EQ(held16.copyToUTF16(units, capacity), UINT_MAX);
+        EXPECT_EQ(held16.copyToUTF16(units, capacity), NPOS);
         EXPECT_EQ(held8.copyToUTF16(units, capacity), 3u);
     }
     EXPECT_TRUE(std::all_of(bytes, bytes + 4, [](unsigned char unit) { return unit == 0x55; }));

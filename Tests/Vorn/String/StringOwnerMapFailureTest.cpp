@@ -181,7 +181,8 @@ TYPED_TEST(StringOwnerMapFailureTest, RefusedTextStaysRefused) {
     EXPECT_TRUE(refused);
     EXPECT_EQ(filled.map.size(), 17u);
     EXPECT_TRUE(filled.map.mapString(bad, 1, false).isNull());
-    expectRaises<4>([&] { filled.map.addStaticString(bad); }, "String marked as owned!");
+    expectRaises<4>([&] { filled.map.addStaticString(bad); }, "String marked as owned!",
+                    std::string(this->PREFIX) + "addStaticString", FILE_TEXT);
 }
 
 TYPED_TEST(StringOwnerMapFailureTest, AddStaticStringLeavesTheBufferUnmarked) {

@@ -4,7 +4,7 @@
 #include "Support/Random.h"
 #include "Support/Report.h"
 #include "Support/StringDataProbe.h"
-#include "Support/StringTexts.h"
+#include "Support/Texts.h"
 
 #include <gtest/gtest.h>
 
@@ -228,7 +228,7 @@ TYPED_TEST(StringOwnerMapTest, CopiesExternalTextIntoTheCallersMemory) {
         EXPECT_NE(map.mapStringNonInline(string, pool), buffer) << "copied anew";
         EXPECT_EQ(map.mapStringNonInline(survivor, pool), buffer) << "its own buffer comes back";
         EXPECT_EQ(pool.blocks.size(), 2u);
-        expectRaises<4>([&] { map.addStaticString(buffer); }, "String marked as owned!");
+        expectRaises<4>([&] { map.addStaticString(buffer); }, "String marked as owned!", this->ADD, FILE_TEXT);
 
         // A part of an owned buffer is known by the start of the block, and comes back as it stands.
         const String cut(survivor.getData()->template substr<TypeParam>(2, 3));

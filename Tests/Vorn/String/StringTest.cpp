@@ -4,7 +4,7 @@
 #include "Support/ExpectedLeak.h"
 #include "Support/Report.h"
 #include "Support/StringDataProbe.h"
-#include "Support/StringUnits.h"
+#include "Support/Texts.h"
 #include "Vorn/ExceptionString.h"
 
 #include <gtest/gtest.h>
@@ -16,8 +16,6 @@ namespace {
 
 using namespace Vorn;
 using VornPrivate::StringDataProbe;
-
-constexpr unsigned int Measure = 0xFFFFFFFF;
 
 static_assert(sizeof(String) == 2 * sizeof(void*) && std::has_virtual_destructor_v<String>);
 
@@ -222,7 +220,7 @@ TYPED_TEST(StringConstructors, TakeLengthAndTypeAsTheRecordDoes) {
     expectRecord(String(text, 4, STRING_DATA_STATIC), text, 3, STRING_DATA_STATIC, true);
     expectRecord(String(text, 3, STRING_DATA_EXTERNAL), text, 3, STRING_DATA_EXTERNAL, false);
     expectRecord(String(text, 0, STRING_DATA_EXTERNAL), text, 0, STRING_DATA_EXTERNAL, false);
-    expectRecord(String(text, Measure, STRING_DATA_STATIC), text, 3, STRING_DATA_STATIC, true);
+    expectRecord(String(text, NPOS, STRING_DATA_STATIC), text, 3, STRING_DATA_STATIC, true);
     expectRecord(String(text, 2), text, 2, STRING_DATA_EXTERNAL, false);
     expectRecord(String(text), text, 3, STRING_DATA_EXTERNAL, true);
     EXPECT_EQ(allocationsDuring([&] { const String string(text); }), 1u);
@@ -241,15 +239,15 @@ TYPED_TEST(StringConstructors, FlagCountsTheTerminatorIn) {
     expectRecord(String(text, 4, STRING_DATA_EXTERNAL, false), text, 3, STRING_DATA_EXTERNAL, true);
     expectRecord(String(text, 2, STRING_DATA_EXTERNAL, true), text, 3, STRING_DATA_EXTERNAL, false); // no zero there
     expectRecord(String(text + 3, 0, STRING_DATA_EXTERNAL, true), text + 3, 0, STRING_DATA_EXTERNAL, true);
-    expectRecord(String(text, Measure, STRING_DATA_EXTERNAL, false), text, 3, STRING_DATA_EXTERNAL, true);
+    expectRecord(String(text, NPOS, STRING_DATA_EXTERNAL, false), text, 3, STRING_DATA_EXTERNAL, true);
     // The addition wraps to a length of 0.
-    expectRecord(String(text, Measure, STRING_DATA_EXTERNAL, true), text, 0, STRING_DATA_EXTERNAL, false);
+    expectRecord(String(text, NPOS, STRING_DATA_EXTERNAL, true), text, 0, STRING_DATA_EXTERNAL, false);
 }
 
 TYPED_TEST(StringConstructors, NullBufferIsRefusedAndNothingLeaks) {
     const TypeParam* const none = nullptr;
     const std::size_t live = liveAllocationCount();
-    for (const unsigned int length : {0u, 1u, 7u, Measure}) {
+    for (const unsigned int length : {0u, 1u, 7u, NPOS}) {
         expectRaises<4>([&] { String(none, length, STRING_DATA_EXTERNAL); }, "buffer must not be null!!!!",
                         "Vorn::StringData::initialise");
         expectRaises<4>([&] { String(none, length, STRING_DATA_DYNAMIC, true); }, "buffer must not be null!!!!",
@@ -274,7 +272,7 @@ TYPED_TEST(StringConstructors, BadTextIsRefusedAndTheBufferStaysWithTheCaller) {
         expectRaises<7>([&] { String(block, 4, type); }, message, "stringDataBufferScan",
                         "Source/Vorn/StringDataHelper");
         expectRaises<7>([&] { String(block, 3, type, true); }, message, "stringDataBufferScan");
-        expectRaises<7>([&] { String(block, Measure, type); }, message, "stringDataBufferScan");
+        expectRaises<7>([&] { String(block, NPOS, type); }, message, "stringDataBufferScan");
     }
     EXPECT_EQ(liveAllocationCount(), live);
     EXPECT_TRUE(std::equal(bad, bad + 4, block));

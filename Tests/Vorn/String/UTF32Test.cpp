@@ -123,7 +123,7 @@ TEST(UTF32, KindOfEveryByte) {
 
 TEST(UTF32, CodeOfEveryTwoBytes) {
     for (const unsigned int lead : reference::allBytes) {
-        const unsigned int step = reference::within(lead, 0xC0, 0xDF) ? 1 : ROW_STEP;
+        const unsigned int step = reference::within(lead, 0xC0, 0xDF) ? 1 : rowStep();
         for (unsigned int trail = lead % step; trail <= 0xFF; trail += step) {
             ASSERT_EQ(outcomeOf([&] {
                           return UTF32::getUTF32Char(static_cast<unsigned char>(lead),
@@ -203,7 +203,7 @@ TEST(UTF32, CodeOfPackedWords) {
     for (const unsigned int word : reference::packedWords()) {
         const bool known = word < 0x80 || reference::hasPattern(word, 2) || reference::hasPattern(word, 3) ||
                            reference::hasPattern(word, 4);
-        if (known || ++refused % (32 * ROW_STEP) == 0) words.push_back(word);
+        if (known || ++refused % (32 * rowStep()) == 0) words.push_back(word);
     }
     expectSameOver(
         words, [](unsigned int seq) { return outcomeOf([&] { return UTF32::getUTF32CharForUTF8(seq); }); },

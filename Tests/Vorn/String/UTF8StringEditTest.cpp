@@ -5,7 +5,7 @@
 #include "Support/Random.h"
 #include "Support/Report.h"
 #include "Support/StringDataProbe.h"
-#include "Support/StringTexts.h"
+#include "Support/Texts.h"
 
 #include <gtest/gtest.h>
 
@@ -267,7 +267,8 @@ TEST(UTF8StringEdit, SetLengthNeedsADynamicTextOfOneHandle) {
                     "Vorn::StringData::setLength", "Include/Vorn/String/StringData");
     EXPECT_EQ(textOf(string), "te");
     const String other = string;
-    expectRaises<2>([&] { string.getData()->setLength(1); }, NOT_ALONE);
+    expectRaises<2>([&] { string.getData()->setLength(1); }, NOT_ALONE, "Vorn::StringData::setLength",
+                    "Include/Vorn/String/StringData");
 }
 
 TEST(UTF8StringEdit, AppendsCharacters) {

@@ -4,7 +4,7 @@
 #include "Support/Random.h"
 #include "Support/Report.h"
 #include "Support/StringDataProbe.h"
-#include "Support/StringTexts.h"
+#include "Support/Texts.h"
 
 #include <gtest/gtest.h>
 
@@ -14,7 +14,6 @@ namespace {
 
 using namespace Vorn;
 
-constexpr unsigned int NONE = 0xFFFFFFFF;
 constexpr const char* FILE_TEXT = "Source/Vorn/UTF8String";
 
 const ASCIITable& vowels() {
@@ -104,8 +103,8 @@ TEST(UTF8String, WithoutText) {
         EXPECT_EQ(string.getLength(), 0u);
         EXPECT_EQ(string.next(0), 0u);
         EXPECT_EQ(string.next(7), 0u);
-        EXPECT_EQ(string.previous(0), NONE);
-        EXPECT_EQ(string.previous(7), NONE);
+        EXPECT_EQ(string.previous(0), NPOS);
+        EXPECT_EQ(string.previous(7), NPOS);
         const auto fails = [&](auto run, const char* function) {
             expectRaises<4>(run, "Invalid index!", function, FILE_TEXT);
         };
@@ -173,6 +172,23 @@ TEST(UTF8String, RefusesEmptyNeedles) {
     }
 }
 
+TEST(UTF8String, SearchesBeginAtTheStartUnlessToldOtherwise) {
+    const UTF8String text("baab"); // every search has another result from index 1
+    EXPECT_EQ(text.find('b'), 0u);
+    EXPECT_EQ(text.find(0x62u), 0u);
+    EXPECT_EQ(text.find("b"), 0u);
+    EXPECT_EQ(text.find(String("b")), 0u);
+    EXPECT_EQ(UTF8String("ebb").find(vowels()), 0u);
+    EXPECT_EQ(text.skip('a'), 0u);
+    EXPECT_EQ(text.skip(0x61u), 0u);
+    EXPECT_EQ(text.skip("a"), 0u);
+    EXPECT_EQ(text.skip(String("a")), 0u);
+    EXPECT_EQ(text.skip(vowels()), 0u);
+    EXPECT_EQ(text.match("ba"), 0u);
+    EXPECT_EQ(text.match(String("ba")), 0u);
+    EXPECT_EQ(UTF8String("ebb").match(vowels()), 0u);
+}
+
 TEST(UTF8String, RefusesCodesWithoutUTF8) {
     const UTF8String string("abc");
     for (const unsigned int c : {0xD800u, 0xDFFFu, 0xFDD0u, 0xFDEFu, 0xFFFEu, 0xFFFFu, 0x1FFFEu, 0x10FFFFu, 0x110000u,
@@ -199,7 +215,7 @@ TEST(UTF8String, KnownAnswers) {
     EXPECT_EQ(UTF8String("a\xC3\xA9").skip(0xD800, 2), 2u) << "even for a code that cannot be encoded";
 
     EXPECT_EQ(UTF8String("abc").match("ab", 0), 0u);
-    EXPECT_EQ(UTF8String("xbc").match("ab", 0), NONE);
+    EXPECT_EQ(UTF8String("xbc").match("ab", 0), NPOS);
     EXPECT_EQ(UTF8String("ababc").skip("ab", 0), 4u);
     EXPECT_EQ(UTF8String("aab").skip('a', 0), 2u);
     EXPECT_EQ(UTF8String("abc").find('z', 0), 3u);
@@ -242,7 +258,7 @@ struct Reference {
         return static_cast<unsigned int>(end - start + offset(index));
     }
     unsigned int match(const std::string& needle, int index) const {
-        return text.compare(startFrom(offset(index)), needle.size(), needle) == 0 ? offset(index) : NONE;
+        return text.compare(startFrom(offset(index)), needle.size(), needle) == 0 ? offset(index) : NPOS;
     }
     unsigned int findOf(const std::string& set, int index) const {
         const std::size_t start = startFrom(offset(index));
@@ -257,20 +273,20 @@ struct Reference {
     }
     unsigned int matchOf(const std::string& set, int index) const {
         const std::size_t start = startFrom(offset(index));
-        return start < text.size() && set.find(text[start]) != std::string::npos ? offset(index) : NONE;
+        return start < text.size() && set.find(text[start]) != std::string::npos ? offset(index) : NPOS;
     }
     unsigned int next(unsigned int index) const {
         if (index >= text.size()) return static_cast<unsigned int>(text.size());
         return static_cast<unsigned int>(startFrom(index + 1));
     }
-    // NONE also where a character of four bytes is too long.
+    // NPOS also where a character of four bytes is too long.
     unsigned int previous(unsigned int index) const {
-        if (text.empty() || index == 0) return NONE;
+        if (text.empty() || index == 0) return NPOS;
         std::size_t start = std::min<std::size_t>(index, text.size());
         const bool lookedAtOne = index >= text.size() || isTrail(index);
         do --start;
         while (isTrail(start));
-        return !lookedAtOne && index - start == 4 ? NONE : static_cast<unsigned int>(start);
+        return !lookedAtOne && index - start == 4 ? NPOS : static_cast<unsigned int>(start);
     }
 
     std::string text;
@@ -312,7 +328,7 @@ TEST(UTF8String, RandomTextsAgainstTheReference) {
         }
         for (unsigned int i = 0; i <= text.size() + 2; ++i) {
             ASSERT_EQ(string.next(i), reference.next(i)) << i;
-            if (const unsigned int expected = reference.previous(i); expected != NONE || i == 0)
+            if (const unsigned int expected = reference.previous(i); expected != NPOS || i == 0)
                 ASSERT_EQ(string.previous(i), expected) << i;
             else
                 EXPECT_THROW(string.previous(i), Exception<2>) << i;
