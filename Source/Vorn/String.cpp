@@ -47,7 +47,7 @@ String::String(const std::string& text) : m_data(nullptr) {
         std::memcpy(block.get(), text.c_str(), text.size() + 1);
         const std::uint64_t length = std::uint64_t(text.size()) + 1;
         m_data = new StringData(block.get(), length, STRING_DATA_EXTERNAL, StringData::CountedLength());
-        block.release(); // the record does not own it, and callers rely on the text outliving every record
+        block.release(); // not owned by the record and never freed: the text is specified to outlive every record
     }
     addShare();
 }

@@ -61,7 +61,7 @@ unsigned int stringDataBufferScan(const unsigned char* buffer, unsigned int& len
                 VORN_THROW(7, "Invalid character!");
             VORN_THROW(7, "Invalid overlong 3-byte sequence!");
         case 0xFDD4:
-            // The text is that of an unpaired surrogate; callers know it so. Overlong forms pass.
+            // The text of an unpaired surrogate is specified here. Overlong forms are accepted.
             if (!hasTrailAt(i + 1) || !hasTrailAt(i + 2) || !hasTrailAt(i + 3))
                 VORN_THROW(7, "Unmatched first surrogate character!");
             if (UTF8::invalidUnicode(buffer[i], buffer[i + 1], buffer[i + 2], buffer[i + 3]))

@@ -40,8 +40,8 @@ StringData* StringData::substr(int offset, unsigned int length) const {
 
     if constexpr (sizeof(CharType) == 1) {
         if (!UTF8::validUTF8Lead(buffer[start])) VORN_THROW(4, "Invalid Offset!");
-        // Stops on a lead byte and keeps it, so the scan refuses a cut that ends with a character of several bytes.
-        // Callers rely on where the cut ends.
+        // Specified: the end moves back behind a lead byte or an ASCII character. The scan refuses a substring that ends
+        // with a character of several bytes, because the lead byte is kept.
         while (length != 0 && !UTF8::validUTF8Lead(buffer[start + length - 1])) --length;
     } else {
         UTF32Char c = Unicode::getUTF32Char(buffer[start]);
@@ -240,9 +240,9 @@ ConvertedRange findFromStart(const typename Measure::Source* buffer, unsigned in
     return range;
 }
 
-// Walks from the end of the text: first over what stands behind the cut, then over the cut. All numbers count down from
-// 0. A cut that reaches the end of the text has nothing behind it, and its end stays 0; callers rely on what the
-// conversion then makes of the range.
+// Walks from the end of the text: first over the units behind the substring, then over the substring. All indices count
+// down from 0. For a substring that reaches the end of the text the end stays 0, as specified, and the conversion uses
+// the range as it is.
 template <class Measure>
 ConvertedRange findFromEnd(const typename Measure::Source* buffer, unsigned int bufferLength, int offset,
                            unsigned int length) {
