@@ -1,10 +1,10 @@
 #include "Vorn/String/String.h"
 
+#include "RecordMemory.h"
 #include "StringDataHelper.h"
 
 #include <cstring>
 #include <memory>
-#include <new>
 
 namespace Vorn {
 
@@ -89,14 +89,12 @@ void String::append(const StringData& other) {
     // Memory for the new record comes first, so that this handle is as before if there is none. The old record is
     // released before the new one is built: if the scan refuses the joined text, a handle that keeps the old record
     // alive goes on pointing at it, and the block is lost. Both are documented.
-    const auto freeRecord = [](void* memory) { ::operator delete(memory); };
-    std::unique_ptr<void, decltype(freeRecord)> record(::operator new(sizeof(StringData)), freeRecord);
+    RecordMemory record;
     const bool wasLast = m_data->getRefCount() == 1 && !m_data->isStaticConstString();
     m_data->decRefCount();
     if (wasLast) m_data = nullptr;
-    m_data = new (record.get())
-        StringData(block.release(), std::uint64_t(joinedLength) + 1, STRING_DATA_DYNAMIC, StringData::CountedLength());
-    record.release(); // a record frees itself
+    m_data = record.own(new (record.get()) StringData(block.release(), std::uint64_t(joinedLength) + 1,
+                                                      STRING_DATA_DYNAMIC, StringData::CountedLength()));
     addShare();
 }
 

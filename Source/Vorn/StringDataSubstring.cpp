@@ -1,4 +1,5 @@
 // Substrings: of the encoding at hand without copying, and of the other encoding by converting the cut alone.
+#include "RecordMemory.h"
 #include "StringDataHelper.h"
 #include "Vorn/String/StringData.h"
 #include "Vorn/String/Unicode.h"
@@ -96,10 +97,12 @@ StringData* StringData::substrConvertASCIITo(int offset, unsigned int length) co
     length = std::min(length, sourceLength - start);
     if (length == 0) return &s_emptyString;
 
+    RecordMemory record; // first: if memory ends here or at the block, nothing is left behind
     Target* const block = allocateText<Target>(length).release();
     for (unsigned int i = 0; i < length; ++i) block[i] = static_cast<Target>(source[start + i]);
     block[length] = 0;
-    return new StringData(block, std::uint64_t(length) + 1, STRING_DATA_DYNAMIC, CountedLength());
+    return record.own(new (record.get())
+                          StringData(block, std::uint64_t(length) + 1, STRING_DATA_DYNAMIC, CountedLength()));
 }
 
 namespace {
@@ -296,22 +299,27 @@ void convertRange(unsigned char* block, const ConvertedRange& range, StringDataS
 StringData* StringData::substrConvertUCS2ToUTF8(int offset, unsigned int length) const {
     const ConvertedRange range = findRange<MeasureUCS2AsUTF8>(m_UTF16Buffer, m_utf16Info.m_length, offset, length);
     if (range.count == 0) return &s_emptyString;
+    RecordMemory record; // first: if memory ends here or at the block, nothing is left behind
     unsigned char* const block = allocateCut<unsigned char>(range, overrunOfUTF8(*this));
     convertRange(block, range, STRING_DATA_UCS2, m_UTF16Buffer);
-    return new StringData(block, std::uint64_t(range.count) + 1, STRING_DATA_DYNAMIC, CountedLength());
+    return record.own(new (record.get())
+                          StringData(block, std::uint64_t(range.count) + 1, STRING_DATA_DYNAMIC, CountedLength()));
 }
 
 StringData* StringData::substrConvertUTF16ToUTF8(int offset, unsigned int length) const {
     const ConvertedRange range = findRange<MeasureUTF16AsUTF8>(m_UTF16Buffer, m_utf16Info.m_length, offset, length);
     if (range.count == 0) return &s_emptyString;
+    RecordMemory record; // first: if memory ends here or at the block, nothing is left behind
     unsigned char* const block = allocateCut<unsigned char>(range, overrunOfUTF8(*this));
     convertRange(block, range, STRING_DATA_UNICODE, m_UTF16Buffer);
-    return new StringData(block, std::uint64_t(range.count) + 1, STRING_DATA_DYNAMIC, CountedLength());
+    return record.own(new (record.get())
+                          StringData(block, std::uint64_t(range.count) + 1, STRING_DATA_DYNAMIC, CountedLength()));
 }
 
 StringData* StringData::substrConvertUTF8ToUTF16(int offset, unsigned int length) const {
     const ConvertedRange range = findRange<MeasureUTF8AsUTF16>(m_UTF8Buffer, m_utf8Info.m_length, offset, length);
     if (range.count == 0) return &s_emptyString;
+    RecordMemory record; // first: if memory ends here or at the block, nothing is left behind
     UTF16Char* const block = allocateCut<UTF16Char>(range, 0);
     unsigned int j = 0;
     // An overlong form of 4 bytes is measured as one unit and read as two; what has no room is dropped.
@@ -322,7 +330,8 @@ StringData* StringData::substrConvertUTF8ToUTF16(int offset, unsigned int length
     }
     clearUnwritten(block, j, range.count);
     block[range.count] = 0;
-    return new StringData(block, std::uint64_t(range.count) + 1, STRING_DATA_DYNAMIC, CountedLength());
+    return record.own(new (record.get())
+                          StringData(block, std::uint64_t(range.count) + 1, STRING_DATA_DYNAMIC, CountedLength()));
 }
 
 template VORN_API StringData* StringData::substr<unsigned char>(int offset, unsigned int length) const;

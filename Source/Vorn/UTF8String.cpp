@@ -1,5 +1,6 @@
 #include "Vorn/String/UTF8String.h"
 
+#include "RecordMemory.h"
 #include "StringDataHelper.h"
 #include "TextSearch.h"
 #include "Vorn/Assert.h"
@@ -396,9 +397,11 @@ unsigned int UTF8String::provideCapacity(unsigned int length) {
     const unsigned int n = measure();
     if (m_data->getRefCount() >= 2 || m_data->isStaticConstString()) {
         Block block = copyText(*m_data, n, length);
+        RecordMemory record; // if memory ends, the string is as before
         m_data->decRefCount();
         m_data = nullptr; // the share has gone, even if the scan refuses the text now
-        m_data = new StringData(block.get(), std::uint64_t(n) + 1, STRING_DATA_DYNAMIC, StringData::CountedLength());
+        m_data = record.own(new (record.get()) StringData(block.get(), std::uint64_t(n) + 1, STRING_DATA_DYNAMIC,
+                                                          StringData::CountedLength()));
         block.release();
         m_data->incRefCount();
     } else if (n < length || m_data->getAllocationType<unsigned char>() != STRING_DATA_DYNAMIC) {

@@ -26,6 +26,8 @@ std::atomic<std::size_t> allocations{0};
 std::atomic<std::size_t> liveAllocations{0};
 std::atomic<std::size_t> lastSize{0};
 std::atomic<std::size_t> failingAllocation{0};
+std::atomic<bool> failsFromThere{false};
+std::atomic<std::size_t> failedAllocations{0};
 std::atomic<const void*> lastArray{nullptr};
 
 // The ledger must not count itself.
@@ -60,7 +62,12 @@ Ledger& ledger() {
     return *blocks;
 }
 
-bool mustFail() { return failingAllocation != 0 && --failingAllocation == 0; }
+bool mustFail() {
+    if (failingAllocation == 0) return false;
+    const bool isFailure = failsFromThere && failingAllocation == 1 ? true : --failingAllocation == 0;
+    failedAllocations += isFailure;
+    return isFailure;
+}
 
 void* allocate(std::size_t size, bool isArray) {
     if (mustFail()) throw std::bad_alloc();
@@ -105,7 +112,17 @@ extern "C" void* __wrap_calloc(std::size_t count, std::size_t size) {
 std::size_t allocationCount() { return allocations; }
 std::size_t liveAllocationCount() { return liveAllocations; }
 std::size_t lastAllocationSize() { return lastSize; }
-void failAllocation(std::size_t n) { failingAllocation = n; }
+std::size_t failedAllocationCount() { return failedAllocations; }
+
+void failAllocation(std::size_t n) {
+    failsFromThere = false;
+    failingAllocation = n;
+}
+
+void failAllocationsFrom(std::size_t n) {
+    failsFromThere = true;
+    failingAllocation = n;
+}
 
 std::size_t liveArraySize(const void* block) {
     const std::lock_guard<std::mutex> lock(ledgerMutex);

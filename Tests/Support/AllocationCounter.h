@@ -21,6 +21,12 @@ std::size_t lastAllocationSize();
 /// WRAP_MALLOC (see Tests/CMakeLists.txt), calls of `malloc` and `calloc` count too, and the n-th returns null.
 void failAllocation(std::size_t n);
 
+/// The same for the n-th allocation and all that follow it, until `failAllocation` is called.
+void failAllocationsFrom(std::size_t n);
+
+/// Allocations that failed on request since the program began.
+std::size_t failedAllocationCount();
+
 /// Bytes of the live block that array new gave at this very address; 0 if there is none.
 std::size_t liveArraySize(const void* block);
 

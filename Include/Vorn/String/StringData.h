@@ -86,7 +86,7 @@ public:
 
     /// Replaces `dest` by the text in UTF-8, without a terminator; U+0000 stays 0xC0 0x80. A missing UTF-8 buffer is
     /// not kept. Raises what `stringDataConvertToUTF8` raises; a text that is too long in UTF-8 leaves `dest` as it
-    /// was.
+    /// was. If memory ends, `dest` is as it was, or empty if the text is held in UTF-16 only.
     void copyTo(std::string& dest) const;
 
     /// Bytes of the text in UTF-8. Without a UTF-8 buffer, computed by `stringDataGetUTF8Length` and not kept; raises
@@ -204,7 +204,7 @@ public:
     ///     the pair does not fit, and one with U+0000 comes out as from `stringDataConvertToUTF8`.
     /// @warning An offset inside a character raises `Exception<4>` with "Invalid offset!" where the source is UCS-2 or
     ///     the offset negative, and gives the empty result elsewhere. If a failure comes after the block is allocated,
-    ///     such as a scan that refuses the cut, the block is lost.
+    ///     such as a scan that refuses the cut, the block is lost; if memory ends, nothing is.
     template <class CharType>
     StringData* substr(int offset, unsigned int length) const;
 

@@ -139,10 +139,10 @@ public:
     /// that has become malformed: by an edit, behind the library's back, or by its conversion from UTF-16.
     /// Throws `Exception<4>`: "length : text too long!" for a length of 0xFFFFFFFF, and for a text held in UTF-16 that
     /// is too long in UTF-8; nothing has changed then.
+    /// If memory ends, throws `std::bad_alloc`, and the text is as before; so it is with every edit.
     /// @warning The string loses its text by such a refusal of the scan: it is null if it shared its record, which the
-    /// others keep;
-    ///     a record of its own is left without a buffer, and every later edit raises `Exception<4>` with "buffer must
-    ///     not be null!!!!". A string that shared its record is null as well if there is no memory for a new one.
+    ///     others keep; a record of its own is left without a buffer, and every later edit raises `Exception<4>` with
+    ///     "buffer must not be null!!!!".
     /// @warning A string with no record gets one that it does not count: it cannot be edited, and once the string was
     ///     copied, the record dies while one of the strings still points at it. Assign a text to the string instead.
     unsigned int reserve(unsigned int length);

@@ -208,7 +208,7 @@ TEST(UTF8StringReserve, MoreThanTheProcessHasIsRefused) {
 }
 #endif
 
-TEST(UTF8StringReserve, WithoutMemoryForTheRecordAStringThatSharedItsOwnIsNull) {
+TEST(UTF8StringReserve, WithoutMemoryForTheRecordAStringKeepsTheOneThatItShares) {
     const std::string text = "text";
     const String other = over(text);
     UTF8String string(other);
@@ -217,8 +217,8 @@ TEST(UTF8StringReserve, WithoutMemoryForTheRecordAStringThatSharedItsOwnIsNull) 
     EXPECT_THROW(string.reserve(9), std::bad_alloc);
     failAllocation(0);
     EXPECT_EQ(liveAllocationCount(), live);
-    EXPECT_EQ(string.getData(), nullptr);
-    EXPECT_EQ(other.getData()->getRefCount(), 1u);
+    EXPECT_EQ(string.getData(), other.getData());
+    EXPECT_EQ(other.getData()->getRefCount(), 2u);
 }
 
 TEST(UTF8StringEdit, OfAStringWithoutARecordFails) {
