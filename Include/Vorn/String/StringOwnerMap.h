@@ -267,8 +267,6 @@ StringOwnerMap<CharType>::~StringOwnerMap() {
 
 template <class CharType>
 String StringOwnerMap<CharType>::mapNewString(const CharType* buffer, unsigned int length, bool terminated) {
-    const std::uint64_t size = std::uint64_t(length) + terminated;
-    if (size > 0xFFFFFFFF) VORN_THROW(4, "length : text too long!", Names::MAP_STRING);
     setEmptyKey();
     const bool isStatic = m_staticBuffers.find(buffer) != m_staticBuffers.end();
     const StringOwnerKey key(buffer, length);
@@ -276,8 +274,7 @@ String StringOwnerMap<CharType>::mapNewString(const CharType* buffer, unsigned i
     StringData* data = nullptr;
     try {
         if (!isStatic) reserveOne(m_ownedBuffers);
-        data = new StringData(buffer, static_cast<unsigned int>(size),
-                              isStatic ? STRING_DATA_STATIC : STRING_DATA_EXTERNAL);
+        data = new StringData(buffer, length + terminated, isStatic ? STRING_DATA_STATIC : STRING_DATA_EXTERNAL);
     } catch (const std::bad_alloc&) {
         eraseEntry(key);
         throw;
