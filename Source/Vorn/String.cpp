@@ -49,14 +49,14 @@ String::String(const std::string& text) : m_data(nullptr) {
         m_data = new StringData(block.get(), length, STRING_DATA_EXTERNAL, StringData::CountedLength());
         block.release(); // not owned by the record and never freed: the text is specified to outlive every record
     }
-    addShare();
+    acquireReference();
 }
 
 String& String::operator=(const String& other) {
     if (m_data != other.m_data) {
         StringData* const old = m_data;
         m_data = other.m_data;
-        addShare();
+        acquireReference();
         if (old) old->decRefCount();
     }
     return *this;
@@ -95,7 +95,7 @@ void String::append(const StringData& other) {
     if (wasLast) m_data = nullptr;
     m_data = record.own(new (record.get()) StringData(block.release(), std::uint64_t(joinedLength) + 1,
                                                       STRING_DATA_DYNAMIC, StringData::CountedLength()));
-    addShare();
+    acquireReference();
 }
 
 String& String::operator+=(const String& other) {

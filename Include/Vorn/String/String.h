@@ -1,14 +1,16 @@
-// String: the library's text value.
-//
-// A handle of two words on a shared, immutable, counted record (StringData). Copying costs an increment, and a copy
-// never sees a change. The record may hold its text as UTF-8, as UTF-16 or as both.
-//
-// A String does not copy the buffer that it is built from: with STRING_DATA_EXTERNAL the buffer must live as long as
-// the string and everything cut from it by pointer. A null string, which has no record, differs from an empty one. For
-// text that is edited piece by piece take UTF8String.
-//
-// Threads: counts are plain integers, and reading can move text. All strings that share a record or a block of text
-// belong to one thread at a time. Empty strings on the record of `s_emptyString` may be used in any thread.
+/// @file
+/// String: an immutable Unicode text, shared by reference counting.
+///
+/// A String is a handle of two words that refers to a string record (StringData). Copying it costs one increment. The
+/// record holds the text in UTF-8, in UTF-16 or in both.
+///
+/// A String does not copy the buffer that it is built from. With `STRING_DATA_EXTERNAL` the buffer must outlive the
+/// string, its copies and its substrings. A null string refers to no record and differs from an empty string. To edit a
+/// text, use UTF8String. Interop.h connects strings with standard containers, streams and text types.
+///
+/// Threads: ordinary reference counts are plain integers, and reading can move text. All strings that share a record or
+/// a block of text must be used by one thread at a time. Empty strings on the record of `s_emptyString` may be used by
+/// all threads.
 #pragma once
 
 #include "Vorn/Config.h"
@@ -19,134 +21,145 @@
 
 namespace Vorn {
 
-/// Handle on a shared, immutable text.
+/// An immutable text, shared by reference counting.
 class VORN_API String {
 public:
-    /// A null string.
+    /// Builds a null string.
     String() noexcept : m_data(nullptr) {}
 
-    /// Shares the record of `other`.
-    String(const String& other) noexcept : m_data(other.m_data) { addShare(); }
+    /// Builds a string that shares the record of `other`.
+    String(const String& other) noexcept : m_data(other.m_data) { acquireReference(); }
 
-    /// Takes a share of `data`; null gives a null string. Operations that make a record return it with a count of 0,
-    /// and this constructor makes it 1.
-    String(StringData* data) noexcept : m_data(data) { addShare(); }
+    /// Builds a string that refers to `data` and acquires a reference; null results in a null string. Operations that
+    /// build a record return it with a reference count of 0.
+    String(StringData* data) noexcept : m_data(data) { acquireReference(); }
 
-    /// A string over a UTF-8 text, which is not copied. `length` counts bytes: if the last of them is zero, it is the
-    /// terminator and not text; 0xFFFFFFFF stands for a text that ends at its first zero byte. With
-    /// `STRING_DATA_DYNAMIC` the string takes over a block of array new.
-    /// Raises `Exception<4>` with "buffer must not be null!!!!", and `Exception<7>` if the text is not valid; the
-    /// buffer then stays with the caller. Throws `Exception<4>`: "length : text too long!" if a text of unknown length
-    /// has no terminator in its first 0xFFFFFFFF units; no unit behind these is read.
+    /// Builds a string over a UTF-8 text, which is validated and not copied.
+    ///
+    /// @param buffer The text. With `STRING_DATA_DYNAMIC` the string takes ownership of this block of `new[]`.
+    /// @param length Length in bytes. If the last byte is zero, it is the terminator and not text. 0xFFFFFFFF means
+    ///     that the text ends at its first zero byte.
+    /// @param type The ownership of the buffer.
+    ///
+    /// If it throws, the caller still owns the buffer. Throws `Exception<4>`: "buffer must not be null!!!!". Throws
+    /// `Exception<7>` if the text is malformed. Throws `Exception<4>`: "length : text too long!" if a text of unknown
+    /// length has no terminator in its first 0xFFFFFFFF units; it reads no unit behind these.
     String(const unsigned char* buffer, unsigned int length = 0xFFFFFFFF,
            StringAllocationType type = STRING_DATA_EXTERNAL);
     String(const char* buffer, unsigned int length = 0xFFFFFFFF, StringAllocationType type = STRING_DATA_EXTERNAL);
 
-    /// The same over a UTF-16 text; `length` counts units.
+    /// Builds a string over a UTF-16 text, as above; `length` counts units.
     String(const UTF16Char* buffer, unsigned int length = 0xFFFFFFFF, StringAllocationType type = STRING_DATA_EXTERNAL);
 
-    /// The same for a text of `length` units with, if `nullTerminated` is set, a terminator behind them.
-    /// @warning With a length of 0xFFFFFFFF and the flag set, the string is empty. With 0xFFFFFFFE and the flag set,
-    ///     the text ends at its first zero unit, as with 0xFFFFFFFF alone.
+    /// Builds a string over a text of `length` units, as above. `nullTerminated` states that a terminator follows them.
+    /// @warning A length of 0xFFFFFFFF with `nullTerminated` set results in an empty string. A length of 0xFFFFFFFE
+    ///     with it set means that the text ends at its first zero unit. To have a text measured, use the form without
+    ///     the flag.
     String(const unsigned char* buffer, unsigned int length, StringAllocationType type, bool nullTerminated);
     String(const char* buffer, unsigned int length, StringAllocationType type, bool nullTerminated);
     String(const UTF16Char* buffer, unsigned int length, StringAllocationType type, bool nullTerminated);
 
-    /// Copies the UTF-8 text into a block that is never freed; an empty text shares the record of `s_emptyString`. For
-    /// text that comes and goes, hand a block of array new to another constructor with `STRING_DATA_DYNAMIC`.
-    /// Raises `Exception<7>` if the text is not valid, also for a zero byte inside it. Throws `Exception<4>`:
-    /// "length : text too long!" for a text of more than 0xFFFFFFFE bytes, before it allocates.
+    /// Copies a UTF-8 text, but leaks the copy: it is never freed. An empty text shares the record of `s_emptyString`.
+    /// For temporary text, pass a block of `new[]` with `STRING_DATA_DYNAMIC` to another constructor. Throws
+    /// `Exception<7>` if the text is malformed or contains a zero byte. Throws `Exception<4>`: "length : text too
+    /// long!" for more than 0xFFFFFFFE bytes, before it allocates.
     String(const std::string& text);
 
     virtual ~String() {
         if (m_data) m_data->decRefCount();
     }
 
-    /// Takes a share of the record of `other` and then gives up its own.
+    /// Acquires a reference to the record of `other`, then releases the old one.
     String& operator=(const String& other);
 
-    /// Copies only the first half of the left text if that is held in UTF-16 alone: zero bytes take the place of the
-    /// second half. For UTF-16 texts call `getCString` on the left side first, which gives it UTF-8 unless that garbles
-    /// it; see `stringDataConvertToUTF8`.
+    /// Appends `other`, but keeps only the first half of a left text that is held in UTF-16 alone; zero units take the
+    /// place of the second half. Call `getCString` on the left side first to give it a UTF-8 buffer, if its conversion
+    /// is exact (`stringDataConvertToUTF8`).
     ///
-    /// Appends `other` in a new record, in UTF-8 if this string has a UTF-8 buffer, else in UTF-16; other handles on
-    /// the old record still see the old text. Costs two allocations, a copy and a scan of the whole. If either side is
-    /// null or empty, nothing is copied: a null `other` changes nothing, an empty one makes a null string empty, and a
-    /// string without text shares the record of `other`. Raises `Exception<7>` if the scan refuses the joined text, and
-    /// what converting `other` raises. Throws `Exception<4>`: "length : text too long!" if the joined text would have
-    /// more than 0xFFFFFFFE bytes or units; nothing has changed then.
-    /// @warning What converting `other` garbles comes garbled into the joined text: U+0000 in UTF-16 costs the end of
-    ///     `other` in UTF-8, unseen; supplementary characters in UTF-8 are refused by a text in UTF-16, and U+007F next
-    ///     to supplementary characters in UTF-16 by a text in UTF-8.
-    /// If memory ends, throws `std::bad_alloc` and changes nothing.
-    /// @warning The old record is released before the new text is scanned. After a refusal this string is null if it
-    ///     held the last share; otherwise it still points at the old record but has given up its share: the record dies
-    ///     too early unless somebody takes another one. The joined text is lost in either case.
+    /// The result is a new record: in UTF-8 if this string has a UTF-8 buffer, else in UTF-16. Other handles keep the
+    /// old text. Costs two allocations, one copy and one validation of the whole text. A null `other` changes nothing.
+    /// An empty `other` makes a null string empty and otherwise changes nothing. A string without text shares the
+    /// record of `other`.
+    ///
+    /// If memory ends, throws `std::bad_alloc` and changes nothing. Throws `Exception<4>`: "length : text too long!" if
+    /// the joined text would have more than 0xFFFFFFFE bytes or units, and changes nothing. Throws what converting
+    /// `other` throws. Throws `Exception<7>` if the joined text is malformed.
+    /// @warning A conversion of `other` that is not exact changes the joined text or makes it malformed: U+0000 held in
+    ///     UTF-16 truncates `other` in UTF-8 without an error; supplementary characters held in UTF-8 are malformed in
+    ///     UTF-16; U+007F beside supplementary characters in UTF-16 is malformed in UTF-8.
+    /// @warning The old record is released before the joined text is validated. If validation throws, the joined text
+    ///     is leaked. The string is then null if it owned the last reference. Otherwise it keeps pointing at the old
+    ///     record without owning a reference, so the record is destroyed too early: call `getData()->incRefCount()` at
+    ///     once, while another handle owns the record.
     String& operator+=(const String& other);
 
-    StringData* getData() const noexcept { return m_data; } ///< the record, null for a null string
+    StringData* getData() const noexcept { return m_data; } ///< the string record; null for a null string
 
-    bool isNull() const noexcept { return !m_data || m_data->isNull(); }   ///< no text at all
-    bool isNotNull() const noexcept { return !isNull(); }                  ///< a text, perhaps an empty one
-    bool isEmpty() const noexcept { return !m_data || m_data->isEmpty(); } ///< null, or a text of no characters
+    bool isNull() const noexcept { return !m_data || m_data->isNull(); } ///< true if there is no text
+    bool isNotNull() const noexcept { return !isNull(); }                ///< true if there is a text, also an empty one
+    bool isEmpty() const noexcept { return !m_data || m_data->isEmpty(); } ///< true if null or of length 0
 
-    /// True if the text contains U+0000; false for a null string.
+    /// Returns true if the text contains U+0000; false for a null string.
     bool haveEmbeddedNulls() const noexcept { return m_data && m_data->haveEmbeddedNulls(); }
 
-    /// The narrowest repertoire that holds the text; `STRING_DATA_ASCII` for a null string.
+    /// Returns the smallest charset that contains the text; `STRING_DATA_ASCII` for a null string.
     StringDataSubCharset getCharset() const noexcept { return m_data ? m_data->getCharset() : STRING_DATA_ASCII; }
 
-    /// Replaces `dest` by the text in UTF-8, see `StringData::copyTo`; a null string clears it.
+    /// Replaces `dest` with the text in UTF-8, see `StringData::copyTo`. A null string clears it.
     void copyTo(std::string& dest) const;
 
-    /// The text in UTF-8, terminated; a pointer to an empty text for a null string. May build the UTF-8 buffer.
-    /// @warning The pointer dies at the next call on this string or on a relative of it that can move the buffer; see
-    ///     `StringData::getTerminatedBuffer`.
+    /// Returns the text in UTF-8, terminated; an empty text for a null string. May build the UTF-8 buffer. Throws what
+    /// `StringData::getTerminatedBuffer` throws.
+    /// @warning A later call on this string, or on one that shares its block, can move the text and invalidate the
+    ///     pointer; see `StringData::getTerminatedBuffer`.
     const char* getCString() const;
 
-    /// Characters in the text, see `StringData::getUnicodeLength`; 0 for a null string.
+    /// Returns the number of characters, with the limits of `StringData::getUnicodeLength`; 0 for a null string.
     unsigned int getUnicodeLength() const { return m_data ? m_data->getUnicodeLength() : 0; }
 
-    /// The character at an index, with the limits of `StringData::getUnicodeCharAt`; 0xFFFFFFFF if there is none.
+    /// Returns the character at an index, with the limits of `StringData::getUnicodeCharAt`; 0xFFFFFFFF if there is
+    /// none.
     unsigned int getUnicodeCharAt(int index) const { return m_data ? m_data->getUnicodeCharAt(index) : 0xFFFFFFFF; }
 
-    // Questions with an ASCII needle. A null string answers false without looking at the needle; any other one raises
-    // `Exception<4>` for a null or empty needle.
+    // Comparison with an ASCII needle. A null string returns false and ignores the needle. All others throw
+    // `Exception<4>` for a null or empty needle; see StringData.
 
-    /// True if the text is `needle`.
+    /// Returns true if the text equals `needle`.
     bool equals(const signed char* needle) const { return m_data && m_data->equals(needle); }
     bool equals(const char* needle) const { return equals(asSigned(needle)); }
 
-    /// True if the text starts with `needle`.
+    /// Returns true if the text starts with `needle`.
     bool startsWith(const signed char* needle) const { return m_data && m_data->startsWith(needle); }
     bool startsWith(const char* needle) const { return startsWith(asSigned(needle)); }
 
-    /// Answers the inverse: true if the text does NOT end with `needle`, false also if it is shorter than the needle.
+    /// Returns true if the text does *not* end with `needle`, and false if it is shorter than the needle. To test for
+    /// the end, use `ends_with` of `view(s)` (Interop.h).
     bool endsWith(const signed char* needle) const { return m_data && m_data->endsWith(needle); }
     bool endsWith(const char* needle) const { return endsWith(asSigned(needle)); }
 
-    /// Searches everywhere only in a terminated UTF-8 text, otherwise at multiples of the needle's length; see
-    /// `StringData::contains`. Call `getCString` twice first to have the text terminated.
+    /// Returns true if the text contains `needle`, but searches all offsets only in a terminated UTF-8 text; see
+    /// `StringData::contains`. To search any text, call `getCString` twice first, or use `view(s).find` (Interop.h).
     bool contains(const signed char* needle) const { return m_data && m_data->contains(needle); }
     bool contains(const char* needle) const { return contains(asSigned(needle)); }
 
-    /// Occurrences of an ASCII character; 0 for a null string. Raises `Exception<4>` for a byte above 127.
+    /// Returns the number of occurrences of an ASCII character; 0 for a null string. Throws `Exception<4>`: "Invalid
+    /// ASCII character!" for a byte above 127.
     unsigned int count(signed char c) const { return m_data ? m_data->count(c) : 0; }
     unsigned int count(char c) const { return count(static_cast<signed char>(c)); }
 
-    /// A string on the record of `s_emptyString`.
+    /// Returns an empty string, which shares the record of `s_emptyString`.
     static String getEmptyString() { return s_emptyString; }
 
-    /// A null string.
+    /// Returns a null string.
     static String getNullString() noexcept { return String(); }
 
-    /// The empty string: not null, and of no characters. Ready at load.
+    /// The empty string, which is not null. Initialised at compile time.
     static const String s_emptyString;
 
 private:
     friend class UTF8String;
 
-    // The one handle on a static record, which counts it already.
+    // Builds the handle of a static record, whose initial count includes it.
     constexpr explicit String(StringData& counted) noexcept : m_data(&counted) {}
 
     static const signed char* asSigned(const char* text) { return reinterpret_cast<const signed char*>(text); }
@@ -154,19 +167,19 @@ private:
     template <class CharType>
     void append(const StringData& other);
 
-    void addShare() const noexcept {
+    void acquireReference() const noexcept {
         if (m_data) m_data->incRefCount();
     }
 
     static StringData s_emptyRecord;
 
-    StringData* m_data; // null for a null string; otherwise this handle is counted in it
+    StringData* m_data; // null for a null string; otherwise this handle owns one of its references
 };
 
 static_assert(sizeof(void*) != 4 || sizeof(String) == 8, "two words");
 
-/// True if both handles are null or hold the same text, in whatever encodings; see `operator==` of StringData for its
-/// one limit. A null string is not equal to an empty one.
+/// Returns true if both strings are null or have the same text, in all pairs of encodings; see `operator==` of
+/// StringData for its limit. A null string is not equal to an empty one.
 inline bool operator==(const String& a, const String& b) {
     if (a.getData() == b.getData()) return true;
     return a.getData() && b.getData() && *a.getData() == *b.getData();
@@ -174,8 +187,8 @@ inline bool operator==(const String& a, const String& b) {
 
 inline bool operator!=(const String& a, const String& b) { return !(a == b); }
 
-/// Not the order of code points, and no order at all for some texts in UTF-16; see `operator<` of StringData. A null
-/// string is less than every other one.
+/// Compares for sorting, but not by code point, and without a strict order for some texts in UTF-16; see `operator<` of
+/// StringData. A null string is less than every other string.
 inline bool operator<(const String& a, const String& b) {
     if (a.getData() == b.getData() || !b.getData()) return false;
     return !a.getData() || *a.getData() < *b.getData();

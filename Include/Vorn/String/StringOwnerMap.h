@@ -1,20 +1,19 @@
-// StringOwnerMap: ties raw character buffers to the strings that stand for them.
-//
-// A buffer that is seen twice yields one record, and a raw pointer that the map has handed out stays valid for as long
-// as it is mapped. It interns by identity, not by content: the key is the address and the length, the text is never
-// read for a lookup, and two equal texts at different addresses are two entries. To intern by content, use a hash table
-// of String (see Interop.h).
-//
-// Cost: one masked address and usually one comparison; mapping a known buffer allocates nothing. Addresses are not
-// mixed, so buffers of one pool share their low bits.
-//
-// Cost: buffers with equal low address bits, and one buffer mapped with many lengths, are compared with one another at
-// each lookup: n of them cost n comparisons a lookup.
-//
-// Out of memory: each operation throws `std::bad_alloc` and leaves all entries, counts and marks as they were, so that
-// the same call can be repeated later. Only the destructor cannot throw; see there.
-//
-// Threads: nothing is locked, and counts are plain integers. A map and its strings belong to one thread at a time.
+/// @file
+/// StringOwnerMap: interning of strings by the address of their buffer.
+///
+/// Mapping a buffer twice returns the same string record, and a pointer that the map returned stays valid as long as it
+/// is mapped. The key is the address and the length of the buffer: the text is not compared, so equal texts in buffers
+/// at different addresses are two entries. To intern by content, use a hash table of String (Interop.h).
+///
+/// Cost: one masked address and usually one comparison; mapping a known buffer allocates nothing. Addresses are not
+/// mixed: buffers with equal low address bits, and one buffer mapped with many lengths, are compared with one another
+/// at each lookup, so n of them cost n comparisons.
+///
+/// If memory ends, each operation throws `std::bad_alloc` and leaves all entries, counts and marks unchanged; the same
+/// call can be repeated later. Only the destructor cannot throw.
+///
+/// Threads: nothing is locked, and reference counts are plain integers. A map and its strings must be used by one
+/// thread at a time.
 #pragma once
 
 #include "Vorn/Assert.h"
@@ -33,7 +32,7 @@
 
 namespace VornPrivate {
 
-/// The names that a map's failures report.
+/// The function texts of reports.
 template <class CharType>
 struct StringOwnerMapNames;
 
@@ -99,7 +98,7 @@ public:
     }
     bool operator!=(const StringOwnerKey& other) const noexcept { return !(*this == other); }
 
-    /// The hash: the address itself, cut to 32 bits.
+    /// Returns the hash: the address, truncated to 32 bits.
     operator unsigned int() const noexcept {
         return static_cast<unsigned int>(reinterpret_cast<std::uintptr_t>(m_pointer));
     }
@@ -107,7 +106,7 @@ public:
     static const StringOwnerKey& getEmptyKey() noexcept { return s_emptyKey; }     ///< null and 0
     static const StringOwnerKey& getDeletedKey() noexcept { return s_deletedKey; } ///< null and 0xFFFFFFFF
 
-    /// The two keys that a table keeps for itself.
+    /// The keys that mark empty and deleted buckets.
     static const StringOwnerKey s_emptyKey;
     static const StringOwnerKey s_deletedKey;
 
@@ -118,12 +117,12 @@ private:
 
 static_assert(sizeof(void*) != 4 || sizeof(StringOwnerKey) == 8, "a pointer and a length");
 
-/// Where the copies that a map makes live. Derive from it and give out memory that may be kept for ever: the map
-/// neither frees it nor remembers the allocator.
+/// An allocator of the copies that a map makes. Derive from it and return memory that stays valid for ever: the map
+/// neither frees the memory nor keeps a reference to the allocator.
 class VORN_API StringOwnerAllocWrapperBase {
 public:
-    /// Returns `bytes` bytes, aligned for the units of the map. If it throws, or returns null, which the map takes for
-    /// `std::bad_alloc`, the map stays as it was.
+    /// Returns `bytes` bytes, aligned for the units of the map. If it throws, the map is unchanged. If it returns null,
+    /// the map throws `std::bad_alloc` and is unchanged.
     virtual void* allocate(unsigned int bytes) = 0;
     virtual ~StringOwnerAllocWrapperBase();
 
@@ -131,46 +130,47 @@ public:
     StringOwnerAllocWrapperBase(const StringOwnerAllocWrapperBase&) = default;
     StringOwnerAllocWrapperBase& operator=(const StringOwnerAllocWrapperBase&) = default;
 
-    void* operator()(unsigned int bytes) { return allocate(bytes); } ///< `allocate`
+    void* operator()(unsigned int bytes) { return allocate(bytes); } ///< calls `allocate`
 };
 
-/// What a map knows of one buffer.
+/// The entry of one buffer.
 struct StringOwnerEntry {
-    StringData* m_data = nullptr; ///< the record, of which the map holds one use; null if its text was refused
+    StringData* m_data = nullptr; ///< the record, of which the map owns one reference; null if its text is malformed
     unsigned int m_mapCount = 0;  ///< calls of `mapStringNonInline` that no `unmapString` has matched yet
 };
 
-/// Strings by the address and length of their buffers, of `unsigned char` or `UTF16Char`.
+/// A map from buffers of `unsigned char` or `UTF16Char`, by address and length, to strings.
 template <class CharType>
 class VORN_API StringOwnerMap {
 public:
-    /// Allocates the buckets of two of the three tables. Throws `std::bad_alloc`.
+    /// Builds an empty map and allocates the buckets of two of its three tables. Throws `std::bad_alloc`.
     StringOwnerMap() : m_emptyKeySet(false), m_deletedKeySet(false) {
         m_ownedBuffers.set_empty_key(nullptr);
         m_staticBuffers.set_empty_key(nullptr);
     }
 
-    /// Copies nothing: gives an empty map. Each map owns its records alone.
+    /// Builds an empty map; copies nothing, since each map owns its entries alone.
     StringOwnerMap(const StringOwnerMap&) : StringOwnerMap() {}
 
-    /// Does nothing: the left side keeps its own content.
+    /// Does nothing: this map keeps its entries.
     StringOwnerMap& operator=(const StringOwnerMap&) { return *this; }
 
-    /// Strings and substrings that still exist survive the map: external text is copied first.
-    /// @warning Running out of memory for these copies calls `std::terminate`, because a string over a buffer without
-    /// an
-    ///     owner would be left otherwise. Destroy the strings and substrings of external buffers before the map: then
-    ///     it allocates nothing.
+    /// Destroys the entries. Strings and substrings that still exist stay valid: external text is copied first.
+    /// @warning If memory ends while these copies are made, the destructor calls `std::terminate`. Destroy the strings
+    ///     and substrings of external buffers before the map: then it allocates nothing.
     ~StringOwnerMap();
 
-    /// Returns the string over `buffer`, the same record for the same address and length. `length` is in code units and
-    /// does not count a terminator; `terminated` states that there is one. The buffer must outlive the map unless it is
-    /// marked by `addStaticString`. A length of 0xFFFFFFFF stands for a text that ends at its first zero unit. Only the
-    /// first call reads the text and the flag.
-    /// Throws `Exception<4>`: "Invalid buffer!" for null; "length : text too long!" for a length of 0xFFFFFFFF with
-    /// `terminated` in the first call, which changes nothing. Throws `Exception<7>` for text that is not valid; after
-    /// that the same buffer and length map to a null string. `std::bad_alloc` leaves the map as it was: the buffer is
-    /// neither mapped nor marked as owned.
+    /// Returns the string over a buffer: the same record in each call with the same address and length.
+    ///
+    /// @param buffer The text; not copied. It must outlive the map unless it is marked by `addStaticString`.
+    /// @param length Length in units, without a terminator. 0xFFFFFFFF means that the text ends at its first zero unit.
+    /// @param terminated True if a terminator follows the text.
+    ///
+    /// Only the first call for a buffer reads the text and the flag. Throws `Exception<4>`: "Invalid buffer!" for null.
+    /// Throws `Exception<7>` if the text is malformed; later calls with the same buffer and length then return a null
+    /// string. Throws `std::bad_alloc` if memory ends; the buffer is then neither mapped nor marked as external.
+    /// @warning A length of 0xFFFFFFFF with `terminated` results in an empty string. To have a text measured, pass
+    ///     false.
     String mapString(const CharType* buffer, unsigned int length, bool terminated) {
         if (!buffer) VORN_THROW(4, "Invalid buffer!", Names::MAP_STRING);
         if (m_emptyKeySet) {
@@ -180,30 +180,33 @@ public:
         return mapNewString(buffer, length, terminated);
     }
 
-    /// Returns a buffer with the text of `s` that stays valid until `unmapString` has been called as often as this, or
-    /// the map is destroyed. External text of a buffer that is not known to this map is copied into memory from
-    /// `alloc`, and stays mapped until the map is destroyed.
-    /// Throws `Exception<4>`: "length : text too long!" if the copy and its terminator take more than 0xFFFFFFFF bytes,
-    /// which is so from 0x7FFFFFFF units of `UTF16Char` on; nothing is allocated or changed. What `alloc` throws passes
-    /// through, and `std::bad_alloc` is thrown if it returns null. Whatever is thrown, all entries stay as they were; a
-    /// block that `alloc` has returned before is not used again, and the text of `s` may have been built in this
-    /// encoding or terminated.
-    /// @warning Text of this map's own buffers is returned as it stands, terminated or not.
-    /// @warning The buffer of a static text that was not terminated is a first copy: it is freed at the next call that
-    ///     asks for the terminated text, this one included. Its entry keeps the freed address.
+    /// Returns a buffer with the text of `s`. It stays valid until `unmapString` has been called as often as this
+    /// operation, or until the map is destroyed.
+    ///
+    /// External text in a buffer that this map does not own is copied to memory from `alloc`, and stays mapped until
+    /// the map is destroyed. Throws `Exception<4>`: "length : text too long!" if the copy and its terminator need more
+    /// than 0xFFFFFFFF bytes (in UTF-16: from 0x7FFFFFFF units on), before it allocates or changes anything. Throws
+    /// `std::bad_alloc` if memory ends or `alloc` returns null, and what `alloc` throws. All entries are then
+    /// unchanged; a block that `alloc` has returned is not used again, and `s` may have received a buffer or a
+    /// terminator.
+    /// @warning Text in this map's own buffers is returned as it is, terminated or not.
+    /// @warning The buffer of a static text without a terminator is only a first copy. The next call that requests the
+    ///     terminated text, this operation included, frees it; its entry keeps the freed address. Call `getCString`
+    ///     twice on such a string first.
     const CharType* mapStringNonInline(String s, StringOwnerAllocWrapperBase& alloc);
 
-    /// Undoes one `mapStringNonInline`; the last one removes the entry, unless its text is external. An entry that only
-    /// `mapString` made is removed at once, under the same condition. Ignores a buffer that is not mapped. The table
-    /// allocates nothing here: it gets smaller at a later insertion, if at all.
+    /// Undoes one `mapStringNonInline`. The last one removes the entry, unless its text is external. An entry that was
+    /// made only by `mapString` is removed at once, under the same condition. A buffer that is not mapped is ignored.
+    /// Allocates nothing; the table shrinks at a later insertion.
     void unmapString(const CharType* buffer, unsigned int length);
 
-    /// Promises that `buffer` lives for ever: strings over it are static from now on. Entries that exist stay as they
-    /// are. Throws `Exception<4>`: "Invalid string!" for null; "String marked as owned!" for a buffer that the map has
-    /// ever taken as external. `std::bad_alloc` leaves the buffer unmarked.
+    /// Marks a buffer as static: the caller promises that it stays valid for ever. Later strings over it are static;
+    /// existing entries are unchanged. Throws `Exception<4>`: "Invalid string!" for null, and "String marked as owned!"
+    /// for a buffer that the map has ever mapped as external. Throws `std::bad_alloc` if memory ends; the buffer is
+    /// then not marked.
     void addStaticString(const CharType* buffer);
 
-    /// Number of entries.
+    /// Returns the number of entries.
     unsigned int size() const { return static_cast<unsigned int>(m_strings.size()); }
 
 private:
@@ -220,8 +223,8 @@ private:
     using Buffers = google::dense_hash_set<const CharType*, typename google::dense_hash_set<const CharType*>::hasher,
                                            std::equal_to<const CharType*>, Allocator<const CharType*>>;
 
-    // The table allocates its buckets only now. A table whose allocation failed takes no second empty key, so that a
-    // new one is set up and swapped in.
+    // Allocates the buckets of the table at its first use. A table whose allocation failed accepts no second empty key,
+    // so a new one is set up and swapped in.
     void setEmptyKey() {
         if (m_emptyKeySet) return;
         Strings strings;
@@ -244,13 +247,13 @@ private:
     String mapNewString(const CharType* buffer, unsigned int length, bool terminated);
 
     Strings m_strings;
-    Buffers m_ownedBuffers;  // external to their records, and kept by this map or its caller
+    Buffers m_ownedBuffers;  // external buffers, owned by this map or by its caller
     Buffers m_staticBuffers; // marked by addStaticString
     bool m_emptyKeySet;
     bool m_deletedKeySet;
 };
 
-// Implementation of the template. Users need not read on.
+// Implementation of the template; not needed for using the class.
 
 template <class CharType>
 StringOwnerMap<CharType>::~StringOwnerMap() {
@@ -258,7 +261,7 @@ StringOwnerMap<CharType>::~StringOwnerMap() {
     for (const auto& entry : m_strings) {
         StringData* const data = entry.second.m_data;
         if (!data) continue;
-        // Somebody outside still holds the record, and its buffer is about to lose its owner.
+        // Another handle still owns the record, and the owner of its buffer may be destroyed after this map.
         if (data->template getAllocationType<CharType>() == STRING_DATA_EXTERNAL && data->getRefCount() > 1)
             data->template detachExternalBuffer<CharType>();
         data->decRefCount();

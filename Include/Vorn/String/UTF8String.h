@@ -1,22 +1,24 @@
-// UTF8String: a text that is walked, searched and edited in place, in UTF-8.
-//
-// It is a String, shares its record until the first edit, and shares it again when it is copied. All positions are byte
-// offsets, never character counts. An index inside a character stands for the next character, but the offset that a
-// search then reports is too small by the bytes in between: search from offsets of character starts.
-//
-// Cost: a search decodes nothing and takes time in proportion to the lengths of the text and of what it looks for. An
-// edit that lengthens the text allocates exactly the room it needs, copies the text and scans it; one that does not
-// costs a move of the tail. To build a long text piece by piece, collect it in a std::string first.
-//
-// A string with no record cannot be edited; start from a buffer or from a String that has one, such as
-// String::getEmptyString(). Bytes that an edit writes are not scanned: charset and embedded-null flag stay those of the
-// text before the last edit that lengthened it.
-//
-// A text has at most 0xFFFFFFFE bytes; see StringData. Searches and `erase` work on texts of any length, though an
-// index above 0x7FFFFFFF cannot be given to them: count from the end instead. `insert` and `replace` refuse texts of
-// 2^31 bytes and more with "Invalid index!".
-//
-// Threads: a read can store a buffer in the shared record. A string and all that share its record belong to one thread.
+/// @file
+/// UTF8String: a text in UTF-8 that can be navigated, searched and edited in place.
+///
+/// It is a String. It shares its string record until the first edit, and shares it again when it is copied. All
+/// positions are offsets in bytes. An index inside a character stands for the next character, but the offset that a
+/// search then returns is too small by the bytes in between: search from offsets of character starts.
+///
+/// Cost: a search decodes nothing and takes time in proportion to the lengths of the text and of the needle. An edit
+/// that lengthens the text allocates exactly the size it needs, copies the text and validates it; any other edit moves
+/// the tail. To build a long text piece by piece, collect it in a `std::string` first.
+///
+/// A string with no record cannot be edited; start from a buffer, or from a String that has a record, such as
+/// `String::getEmptyString()`. Bytes that an edit writes are not validated: the charset and the flag of U+0000 are
+/// those of the text before the last edit that lengthened it.
+///
+/// A text has at most 0xFFFFFFFE bytes; see StringData. Searches and `erase` accept texts of any length, but an index
+/// above 0x7FFFFFFF does not fit their parameter: count from the end instead. `insert` and `replace` throw "Invalid
+/// index!" for texts of 2^31 bytes and more.
+///
+/// Threads: a read can store a buffer in the shared record. A string and all strings that share its record must be used
+/// by one thread at a time.
 #pragma once
 
 #include "Vorn/Config.h"
@@ -30,20 +32,20 @@
 
 namespace Vorn {
 
-/// An editable text in UTF-8.
+/// A text in UTF-8 that can be edited in place.
 class VORN_API UTF8String : public String {
 public:
-    /// A string with no record. It cannot be edited: see `append`.
+    /// Builds a null string, which has no record and cannot be edited; see `append`.
     UTF8String() noexcept : m_capacity(0) {}
 
-    /// Shares the record of `other`.
+    /// Builds a string that shares the record of `other`.
     UTF8String(const UTF8String& other) noexcept : String(other), m_capacity(0) {}
     UTF8String(const String& other) noexcept : String(other), m_capacity(0) {}
 
-    /// Takes a share of `data`; null gives a string with no record.
+    /// Builds a string that refers to `data` and acquires a reference; null results in a null string.
     UTF8String(StringData* data) noexcept : String(data), m_capacity(0) {}
 
-    /// A string over a text that is not copied; see the constructors of String.
+    /// Builds a string over a text, which is not copied; see the constructors of String.
     UTF8String(const char* buffer, unsigned int length = 0xFFFFFFFF, StringAllocationType type = STRING_DATA_EXTERNAL)
         : String(buffer, length, type), m_capacity(0) {}
     UTF8String(const unsigned char* buffer, unsigned int length = 0xFFFFFFFF,
@@ -53,7 +55,8 @@ public:
                StringAllocationType type = STRING_DATA_EXTERNAL)
         : String(buffer, length, type), m_capacity(0) {}
 
-    /// The same for a text of `length` units with, if `terminated` is set, a terminator behind them.
+    /// Builds a string over a text of `length` units. `terminated` states that a terminator follows them; see the
+    /// constructors of String.
     UTF8String(const char* buffer, unsigned int length, StringAllocationType type, bool terminated)
         : String(buffer, length, type, terminated), m_capacity(0) {}
     UTF8String(const unsigned char* buffer, unsigned int length, StringAllocationType type, bool terminated)
@@ -63,66 +66,79 @@ public:
 
     ~UTF8String() override { freeUncountedRecord(); }
 
-    /// Shares the record of `other` as String does.
+    /// Acquires a reference to the record of `other`, then releases the old one.
     UTF8String& operator=(const UTF8String& other) { return *this = static_cast<const String&>(other); }
     UTF8String& operator=(const String& other);
 
-    /// Bytes of the text. Builds the UTF-8 buffer if the record lacks it, as `getBuffer` does.
+    /// Returns the length in bytes. Builds the UTF-8 buffer if it is missing, as `getBuffer` does.
     unsigned int getLength() const;
 
-    /// The text in UTF-8, not always terminated; null if there is none. Raises what building it from UTF-16 raises.
-    /// @warning The pointer dies at the next edit, search or step that moves the text; see
+    /// Returns the text in UTF-8, not always terminated; null if there is none. Throws what its conversion from UTF-16
+    /// throws.
+    /// @warning An edit, a search or a step can move the text and invalidate the pointer; see
     ///     `StringData::getTerminatedBuffer`.
     const unsigned char* getBuffer() const;
 
-    /// The first byte of the first character at or after `index`, in a terminated buffer. A negative index counts from
-    /// the end and is made an offset in place; it is not moved to the character. Raises `Exception<4>` with
-    /// "Invalid index!" for an index outside the text, which includes its end, and for one whose offset is above
-    /// 0x7FFFFFFF and does not fit `index`, which then stays as it was.
-    /// @warning The pointer dies as that of `getBuffer`: in a text that was not terminated, at the next such call too.
+    /// Returns a pointer to the first character that starts at or after `index`, in a terminated buffer.
+    ///
+    /// A negative `index` counts from the end and is replaced with its offset; it is not moved to the character. Throws
+    /// `Exception<4>`: "Invalid index!" for an index outside the text, which includes its end, and for one whose offset
+    /// is above 0x7FFFFFFF; `index` is then unchanged.
+    /// @warning The pointer is invalidated as that of `getBuffer`. In a text that was not terminated, the next such
+    ///     call invalidates it too.
     const unsigned char* getTerminatedBuffer(int& index) const;
 
-    /// The byte at the first character start at or after `index`; raises as `getTerminatedBuffer` does, but for no
-    /// offset inside the text. An index from 0x80000000 on counts from the end, as a negative one does there.
-    /// @warning So it does in a text of more than 2^31 bytes, too: there, read `getBuffer()[index]`.
+    /// Returns the first byte of the first character that starts at or after `index`. An index of 0x80000000 or more
+    /// counts from the end, as a negative one. Throws `Exception<4>`: "Invalid index!" for an index outside the text.
+    /// @warning In a text of more than 2^31 bytes, read `getBuffer()[index]` instead.
     unsigned char get(unsigned int index) const;
     unsigned char operator[](unsigned int index) const { return get(index); }
 
-    /// Offset of the character behind the one at `index`; the length at the end and behind it. Terminates the text.
+    /// Returns the offset of the character behind the one at `index`; the length of the text if there is none.
+    /// Terminates the text.
     unsigned int next(unsigned int index) const;
 
-    /// Fails on a character of 4 bytes, unless `index` lies inside it or at or behind the end of the text: raises
-    /// `Exception<2>` with "!Unicode::validUTF8Trail(buffer[index]) : Invalid UTF-8 string". Otherwise the offset of
-    /// the character before `index`; 0xFFFFFFFF for an empty text and an index of 0.
+    /// Returns the offset of the character before `index`, but fails on a character of 4 bytes unless `index` is inside
+    /// it or at or behind the end of the text. Returns 0xFFFFFFFF for an empty text and for an index of 0. Throws
+    /// `Exception<2>`: "!Unicode::validUTF8Trail(buffer[index]) : Invalid UTF-8 string". To visit all characters, go
+    /// forward with `next`.
     unsigned int previous(unsigned int index) const;
 
-    /// The first byte of `ptr[0]` to `ptr[3]` that is no trail byte. Raises `Exception<2>` if all four are.
+    /// Returns a pointer to the first of the bytes `ptr[0]` to `ptr[3]` that is no trail byte. Throws `Exception<2>`:
+    /// "!Unicode::validUTF8Trail(*ptr) : Invalid UTF-8 String!" if all four are.
     const unsigned char* skipTrailBytes(const unsigned char* ptr) const;
 
-    // Searches. The index of each must be inside the text, so that every search in an empty text raises `Exception<4>`
-    // with "Invalid index!"; a negative one counts from the end. A null or empty needle raises "Invalid string!", a
-    // code that has no UTF-8 form `Exception<7>` with "Invalid Unicode Character!". All of them terminate the text, and
-    // that of a String needle, which can move both.
+    // Searches. A negative index counts from the end. All throw `Exception<4>`: "Invalid index!" for an index outside
+    // the text, so for every index in an empty text, and "Invalid string!" for a null or empty needle. They throw
+    // `Exception<7>`: "Invalid Unicode Character!" for a code that has no UTF-8 form. All terminate the text, and that
+    // of a String needle, which can move both.
 
-    /// Offset of the first occurrence at or after `index`; the length of the text if there is none.
+    /// Returns the offset of the first occurrence at or after `index`; the length of the text if there is none.
+    /// @{
     unsigned int find(unsigned int c, int index = 0) const;
     unsigned int find(String s, int index = 0) const;
     unsigned int find(const char* s, int index = 0) const;
     unsigned int find(const ASCIITable& table, int index = 0) const; ///< of any character of the set
+    /// @}
 
-    /// Offset of the first place at or after `index` that does not continue a run of the character, of the whole text
-    /// `s`, or of characters of the set.
+    /// Returns the offset at or after `index` where a run of the character, of the whole text `s`, or of characters of
+    /// the set ends; `index` as an offset if there is no such run.
+    /// @{
     unsigned int skip(unsigned int c, int index = 0) const;
     unsigned int skip(String s, int index = 0) const;
     unsigned int skip(const char* s, int index = 0) const;
     unsigned int skip(const ASCIITable& table, int index = 0) const;
+    /// @}
 
-    /// The index, made an offset, if the text goes on with `s` or a character of the set there; else 0xFFFFFFFF.
+    /// Returns `index` as an offset, not the end of the match, if the text continues there with `s` or with a character
+    /// of the set; 0xFFFFFFFF otherwise.
+    /// @{
     unsigned int match(String s, int index = 0) const;
     unsigned int match(const char* s, int index = 0) const;
     unsigned int match(const ASCIITable& table, int index = 0) const;
+    /// @}
 
-    /// For a literal 0, which could be a null pointer as well.
+    /// Makes calls with a literal 0, which could also be a null pointer, take it for a character.
     template <class Int, std::enable_if_t<std::is_same<Int, int>::value, int> = 0>
     unsigned int find(Int c, int index = 0) const {
         return find(static_cast<unsigned int>(c), index);
@@ -132,63 +148,76 @@ public:
         return skip(static_cast<unsigned int>(c), index);
     }
 
-    /// Makes room for `length` bytes in a record of its own and returns the larger of that and the length of the text.
-    /// The bytes of the capacity behind the text are zero.
-    /// The room is gone at the next edit that lengthens the text: only the length counts, not the room. Reserving does
-    /// not make edits cheaper; it makes the string private and reads its text anew, so it raises `Exception<7>` on text
-    /// that has become malformed: by an edit, behind the library's back, or by its conversion from UTF-16.
-    /// Throws `Exception<4>`: "length : text too long!" for a length of 0xFFFFFFFF, and for a text held in UTF-16 that
-    /// is too long in UTF-8; nothing has changed then.
-    /// If memory ends, throws `std::bad_alloc`, and the text is as before; so it is with every edit.
-    /// @warning The string loses its text by such a refusal of the scan: it is null if it shared its record, which the
-    ///     others keep; a record of its own is left without a buffer, and every later edit raises `Exception<4>` with
-    ///     "buffer must not be null!!!!".
-    /// @warning A string with no record gets one that it does not count: it cannot be edited, and once the string was
-    ///     copied, the record dies while one of the strings still points at it. Assign a text to the string instead.
+    /// Makes the string private with a capacity of at least `length` bytes, but does not make later edits cheaper: the
+    /// next edit that lengthens the text ignores the capacity and allocates again.
+    ///
+    /// Returns the capacity: the larger of `length` and the length of the text. The bytes of the capacity behind the
+    /// text are zero. The text is validated again. Throws `Exception<4>`: "length : text too long!" for a length of
+    /// 0xFFFFFFFF, and for a text held in UTF-16 that is too long in UTF-8; nothing has changed then. Throws
+    /// `Exception<7>` if the text has become malformed: by an edit, by a change of a borrowed buffer, or by its
+    /// conversion from UTF-16. If memory ends, throws `std::bad_alloc`, and the text is unchanged, as in every edit.
+    /// @warning If validation throws, the string loses its text. It is null if it shared its record, which the other
+    ///     strings keep. Otherwise its record has no buffer, and every later edit throws `Exception<4>`: "buffer must
+    ///     not be null!!!!"; assign another text.
+    /// @warning A null string receives a record that it does not count: the string still cannot be edited, and if it is
+    ///     copied, the record is destroyed while one of the strings still points at it. Assign a text first.
     unsigned int reserve(unsigned int length);
 
-    /// Makes a negative index the end of the text, whatever its value, and returns the length. Raises `Exception<4>`
-    /// with "Invalid index!" for an index behind the end, and always in a text of 2^31 bytes or more.
+    /// Returns the length, and replaces a negative `index`, whatever its value, with the end of the text. Throws
+    /// `Exception<4>`: "Invalid index!" for an index behind the end, and always in a text of 2^31 bytes or more.
     unsigned int assertValidInsertIndex(int& index) const;
 
-    // Edits. All of them make the string private by `reserve`, which may refuse, and then work in place. One that fails
-    // for an index, a length or a code leaves the text as it was; one whose String is held in UTF-16 and cannot be
-    // converted leaves the new length without the new bytes.
-    // A code is written as 0xC0 0x80 for 0 and raises `Exception<7>` with "Invalid Unicode character!" if it has no
-    // UTF-8 form; codes from 0x80000080 upward are taken for single bytes. On a string with no record, every edit
-    // raises `Exception<2>` with "getRefCount() == 1 : Can't set length on a string with more than one reference!!!".
-    // All that lengthen the text throw `Exception<4>`: "length : text too long!" if it would have more than 0xFFFFFFFE
-    // bytes; nothing has changed then.
-    // @warning Strings that were cut from this one see an edit that does not lengthen it.
+    // Edits. Each first makes the string private as `reserve` does, which may throw, and then works in place.
+    //
+    // An edit that throws for an index, a length or a code leaves the text unchanged. If a String argument is held in
+    // UTF-16 and cannot be converted, the text has its new length without the new bytes. All throw `Exception<4>`:
+    // "length : text too long!" if the text would have more than 0xFFFFFFFE bytes, and change nothing. For a string
+    // with no record they throw `Exception<2>`: "getRefCount() == 1 : Can't set length on a string with more than one
+    // reference!!!".
+    //
+    // The code 0 is written as 0xC0 0x80. A code that has no UTF-8 form throws `Exception<7>`: "Invalid Unicode
+    // character!", but codes from 0x80000080 on are written as single bytes: test codes first.
+    // @warning Substrings of this string see an edit that does not lengthen it.
 
-    /// Adds a character or a text to the end.
+    /// Appends a character or a text.
+    /// @{
     void append(unsigned int c);
     void append(String s);
+    /// @}
 
-    /// Appends zero bytes for the numbers that `measureDec` measures one too small, such as 100000: as many as it
-    /// measured. The next edit that lengthens such a text is refused and loses it.
+    /// Appends a number, but appends zero bytes for the numbers that `measureDec` measures one too small, such as
+    /// 100000: as many as measured. The next edit that lengthens such a text throws and loses it. For such numbers,
+    /// append a String of printed text.
+    /// @{
     void appendDecimal(unsigned int value);
     void appendHexaDecimal(unsigned int value, HexWithPrefix prefix);
+    /// @}
 
-    /// Puts a character or a text in front of offset `index`; any negative index means the end. An empty text does
-    /// nothing, whatever the index. Raises `Exception<4>` with "Invalid index!" for an index behind the end or inside a
+    /// Inserts a character or a text before offset `index`. Any negative index means the end. An empty text changes
+    /// nothing, whatever the index. Throws `Exception<4>`: "Invalid index!" for an index behind the end or inside a
     /// character.
+    /// @{
     void insert(unsigned int c, int index);
     void insert(String s, int index);
+    /// @}
 
-    /// Puts a character or a text in place of `length` bytes, or what remains of them, from `index` on; any negative
-    /// index means the end, so that nothing is replaced. An empty text removes the bytes. Raises as `insert` does, and
-    /// `Exception<4>` with "Invalid length!" if the bytes end inside a character.
+    /// Replaces `length` bytes, or the bytes that remain, from `index` on with a character or a text. Any negative
+    /// index means the end, so that nothing is replaced. An empty text removes the bytes. Throws as `insert` does, and
+    /// `Exception<4>`: "Invalid length!" if the bytes end inside a character.
+    /// @{
     void replace(unsigned int c, int index, unsigned int length);
     void replace(String s, int index, unsigned int length);
+    /// @}
 
-    /// Removes `length` bytes, or what remains of them, from `index` on; here a negative index counts from the end. A
-    /// length of 0 does nothing, whatever the index. Raises as `replace` does.
+    /// Removes `length` bytes, or the bytes that remain, from `index` on. Here a negative index counts from the end. A
+    /// length of 0 changes nothing, whatever the index. Throws as `replace` does.
     void erase(int index, unsigned int length);
 
-    /// What the lead byte of a character of n bytes adds to its bits, and which bits it takes.
+    /// The flag bits of the lead byte of a character of n bytes, and the mask of its payload bits.
+    /// @{
     static const unsigned char s_leadFlag[8];
     static const unsigned char s_leadMask[8];
+    /// @}
 
 private:
     unsigned int measure() const;
@@ -206,7 +235,7 @@ private:
                   unsigned int newLength);
     static void setChar(unsigned char* dest, unsigned int count, unsigned int c);
 
-    unsigned int m_capacity; // what the last reserve returned; kept and never asked
+    unsigned int m_capacity; // the result of the last `reserve`; never read
 };
 
 static_assert(sizeof(void*) != 4 || sizeof(UTF8String) == 12, "a String and the capacity");
