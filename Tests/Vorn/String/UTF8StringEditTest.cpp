@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <cstring>
 #include <memory>
 
 namespace {
@@ -30,7 +31,7 @@ const StringDataBufferInfo& infoOf(const UTF8String& string) { return string.get
 // A string of its own: dynamic, counted once, terminated or not.
 UTF8String own(const std::string& text, bool terminated = true) {
     auto block = std::make_unique<Byte[]>(text.size() + 1);
-    std::copy(text.begin(), text.end(), block.get());
+    if (!text.empty()) std::memcpy(block.get(), text.data(), text.size());
     UTF8String string(block.get(), lengthOf(text) + terminated, STRING_DATA_DYNAMIC);
     block.release();
     return string;
