@@ -41,8 +41,8 @@ StringData* StringData::substr(int offset, unsigned int length) const {
 
     if constexpr (sizeof(CharType) == 1) {
         if (!UTF8::validUTF8Lead(buffer[start])) VORN_THROW(4, "Invalid Offset!");
-        // Specified: the end moves back behind a lead byte or an ASCII character. The scan refuses a substring that ends
-        // with a character of several bytes, because the lead byte is kept.
+        // Specified: the end moves back behind a lead byte or an ASCII character. The scan refuses a substring that
+        // ends with a character of several bytes, because the lead byte is kept.
         while (length != 0 && !UTF8::validUTF8Lead(buffer[start + length - 1])) --length;
     } else {
         UTF32Char c = Unicode::getUTF32Char(buffer[start]);
