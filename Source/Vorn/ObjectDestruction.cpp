@@ -48,8 +48,11 @@ public:
         if (entry) {
             m_unused = entry->next;
         } else {
-            entry = new (std::nothrow) Entry;
-            if (!entry) return false;
+            try {
+                entry = new Entry;
+            } catch (const std::bad_alloc&) {
+                return false;
+            }
         }
         *entry = {nullptr, deleter, object, counter};
         *m_releasedEnd = entry;

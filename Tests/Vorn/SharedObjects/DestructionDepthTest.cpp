@@ -1,4 +1,5 @@
 // Structures that are destroyed in a recursion, deeper than any stack: chains of nodes, nested pointers, trees.
+#include "Support/Effort.h"
 #include "Support/Sanitizers.h"
 #include "Support/SmallStack.h"
 #include "Vorn/SharedObjects/Event.h"
@@ -20,9 +21,9 @@ namespace {
 using Vorn::SharedPtr;
 using Vorn::WeakPtr;
 
-// Sanitizers use ten times the stack for each level.
-constexpr int NESTED_OBJECTS = VORN_TEST_HAS_SANITIZER ? 100000 : 1000000;
-constexpr int TREE_LEVELS = VORN_TEST_HAS_SANITIZER ? 10000 : 100000;
+// The least of each overflows a stack that nothing is deferred on.
+const int NESTED_OBJECTS = repetitions(1000000, 100000);
+const int TREE_LEVELS = repetitions(100000, 20000);
 
 // What the destructors of the structures below report. Objects are numbered in the order in which a recursion begins
 // to destroy them.
@@ -188,7 +189,7 @@ Structure deepTree() {
 
 // Two children at each level; the first one goes on, or the second one.
 Structure branchingTree(bool isFirstDeep) {
-    constexpr int OBJECTS = 2 * TREE_LEVELS - 1;
+    const int OBJECTS = 2 * TREE_LEVELS - 1;
     SharedPtr<Node> root = Vorn::makeShared<Node>(isFirstDeep ? TREE_LEVELS - 1 : OBJECTS - 1);
     for (int level = TREE_LEVELS - 1; level-- > 0;) {
         const SharedPtr<Node> parent = Vorn::makeShared<Node>(isFirstDeep ? level : 2 * level);

@@ -1,5 +1,6 @@
 // What threads may do at the same time with pointers, delegates, events and trees. The thread sanitizer sees the races;
 // without it the tests see lost and doubled destructions.
+#include "Support/Effort.h"
 #include "Support/Sanitizers.h"
 #include "Support/Threads.h"
 #include "Vorn/SharedObjects/Event.h"
@@ -13,7 +14,8 @@ using Vorn::SharedPtr;
 using Vorn::WeakPtr;
 
 constexpr int THREADS = 4;
-constexpr int ROUNDS = VORN_TEST_HAS_SANITIZER ? 200 : 2000;
+const int ROUNDS = repetitions(2000, 100);
+const int RACES = repetitions(200, 100); // each starts all threads
 
 // Written by its destructor without synchronisation: a thread that still reads it, or reads it too late, is a race.
 struct Target {
@@ -102,7 +104,7 @@ TEST(UnrelatedThreads, DestroyDeepStructures) {
 // Threads that share an object.
 
 TEST(SharedThreads, ReleaseTheLastUseAnywhere) {
-    for (int round = 0; round < ROUNDS; ++round) {
+    for (int round = 0; round < RACES; ++round) {
         SharedPtr<Target> shared = Vorn::makeShared<Target>();
         std::vector<SharedPtr<Target>> uses(THREADS, shared);
         shared.reset();
@@ -116,7 +118,7 @@ TEST(SharedThreads, ReleaseTheLastUseAnywhere) {
 
 TEST(SharedThreads, PromoteAgainstTheLastRelease) {
     int promoted = 0, missed = 0;
-    for (int round = 0; round < ROUNDS; ++round) {
+    for (int round = 0; round < RACES; ++round) {
         SharedPtr<Target> shared = Vorn::makeSharedThreadsafe<Target>();
         std::vector<WeakPtr<Target>> weaks(THREADS, WeakPtr<Target>(shared));
         std::atomic<int> locked{0};
@@ -135,7 +137,7 @@ TEST(SharedThreads, PromoteAgainstTheLastRelease) {
     }
     RecordProperty("promoted", promoted);
     RecordProperty("missed", missed);
-    EXPECT_EQ(promoted + missed, ROUNDS * (THREADS - 1));
+    EXPECT_EQ(promoted + missed, RACES * (THREADS - 1));
 }
 
 TEST(SharedThreads, CountInOneControlBlock) {
@@ -155,7 +157,7 @@ TEST(SharedThreads, CountInOneControlBlock) {
 
 TEST(SharedThreads, CallDelegatesAgainstTheLastRelease) {
     using Reader = Vorn::Delegate<int, void>;
-    for (int round = 0; round < ROUNDS; ++round) {
+    for (int round = 0; round < RACES; ++round) {
         SharedPtr<Target> shared = Vorn::makeSharedThreadsafe<Target>();
         const Reader weakly = Reader::bindWeak<&Target::read>(shared);
         std::vector<Reader> strongly(2, Reader::bindShared<&Target::read>(shared));
@@ -180,7 +182,7 @@ TEST(SharedThreads, CallDelegatesAgainstTheLastRelease) {
 // Each thread has an event; all of them listen with, and one of them releases, the same object.
 TEST(SharedThreads, CallTheirEventsWithASharedListener) {
     using Event = Vorn::Event<int>;
-    for (int round = 0; round < ROUNDS / 4; ++round) {
+    for (int round = 0; round < RACES / 2; ++round) {
         SharedPtr<Target> shared = Vorn::makeSharedThreadsafe<Target>();
         const WeakPtr<Target> weak(shared);
         inThreads(THREADS, [&](int thread) {
