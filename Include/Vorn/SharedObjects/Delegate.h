@@ -1,22 +1,25 @@
-// Delegate: a small copyable handle to something callable, with a signature.
-//
-// Delegate<Result, Args...> calls anything that takes Args and gives Result; a callable without arguments is written
-// Delegate<Result, void>. It is made by one of the bindings, whose names say how the target is held:
-//
-//     Delegate<void, int>::bind<&log>()                         a function
-//     Delegate<void, int>::bind<&Door::open>(door)              a member function; door is not counted
-//     Delegate<void, int>::bindShared<&Door::open>(sharedDoor)  keeps the door alive
-//     Delegate<void, int>::bindWeak<&Door::open>(weakDoor)      does nothing once the door is dead
-//     Delegate<void, int>::bindCallable([](int) { ... })        any callable
-//
-// Binding the same function to the same object in the same way twice gives equal delegates, so a listener can be found
-// again without being kept. The type by which the object is bound belongs to the way: its base, or a const reference,
-// gives another delegate. That is the difference from std::function, which also costs more.
-//
-// Cost: six words; no allocation, but for callables that do not fit into a pointer or that calls change. A call is one
-// indirect call, with a weakly held target also a compare-and-swap and a locked add.
-//
-// Threads: as a SharedPtr or WeakPtr to the target.
+/// @file
+/// Delegate: a small copyable handle to a callable, with a signature.
+///
+/// `Delegate<Result, Args...>` calls anything that takes Args and returns Result. Without arguments, write
+/// `Delegate<Result, void>`. A delegate is created by a binding, whose name says how the target is held:
+///
+///     Delegate<void, int>::bind<&log>()                         a function
+///     Delegate<void, int>::bind<&Door::open>(door)              a member function; the door is not counted
+///     Delegate<void, int>::bindShared<&Door::open>(sharedDoor)  keeps the door alive
+///     Delegate<void, int>::bindWeak<&Door::open>(weakDoor)      does nothing after the door has been destroyed
+///     Delegate<void, int>::bindCallable([](int) { ... })        any callable
+///
+/// Binding the same function to the same object in the same way twice gives equal delegates, so a listener can be found
+/// again without keeping it. The type of the object is a part of the way: binding through a base or a const reference
+/// gives a different delegate. Alternative: std::function, which cannot be compared and costs more.
+///
+/// Cost: six words. Only `bindCallable` allocates, for callables that are larger than a pointer or that calls change. A
+/// call is one indirect call; with a weakly bound target it is also a compare-and-swap and an atomic add.
+///
+/// Failures: a binding that throws creates no delegate. Copying, assigning and destroying a delegate allocate nothing.
+///
+/// Threads: as a SharedPtr or WeakPtr to the target.
 #pragma once
 
 #include "Vorn/SharedObjects/DelegateBinding.h"
@@ -25,40 +28,53 @@
 
 namespace VornPrivate {
 
-/// What delegates of all signatures have in common. `Self` is the delegate.
+/// The bindings and calls of delegates of all signatures. `Self` is the delegate.
 template <class Self, class Result, class... Args>
 class DelegateOperations {
 public:
-    /// Calls `Function`, a function known when the program is compiled.
+    /// Binds `Function`, which is a constant.
     template <auto Function>
     static Self bind() {
+        static_assert(!std::is_member_pointer_v<decltype(Function)>,
+                      "a member function needs its object: bind<&Door::open>(door)");
+        static_assert(isCallable<decltype(Function)>(),
+                      "the function cannot be called with the delegate's Args, or does not return its Result");
         return Self(bindingRecord<FunctionBinding<Result(Args...), Function>>(reinterpret_cast<void*>(Function),
                                                                               nullptr, nullptr));
     }
 
-    /// Calls `Method` of `object`, or a function `Method` that takes `object` first.
-    /// @warning `object` is not counted and must outlive every copy of the delegate; bind a WeakPtr if it may not.
+    /// Binds `Method` of `object`, or a function `Method` that takes `object` first.
+    /// @warning `object` is not counted and must outlive every copy of the delegate. If it may not, use `bindWeak`.
     ///     auto d = Delegate<void, void>::bind<&Door::open>(Door());   // wrong: does not compile
     template <auto Method, class Object>
     static Self bind(Object& object) {
+        checkMethod<Method, Object>();
         return Self(bindingRecord<MethodBinding<Result(Args...), Object, Method>>(untyped(&object), nullptr, nullptr));
     }
 
+    /// Deleted: the object would be destroyed at the end of the statement.
     template <auto Method, class Object>
     static Self bind(const Object&&) = delete;
 
-    /// As `bind`, and keeps `object` alive. Raises `Exception<1>`, "object : null pointer!".
+    /// Binds `Method` of `object`, or a function `Method` that takes the object first, and keeps `object` alive.
+    ///
+    /// Throws `Exception<1>`: "object : null pointer!".
     template <auto Method, class Object>
     static Self bindShared(const Vorn::SharedPtr<Object>& object) {
+        checkMethod<Method, Object>();
         VORN_ASSERT(object, "null pointer!", "Vorn::Delegate::bindShared");
         return Self(bindingRecord<SharedMethodBinding<Result(Args...), Object, Method>>(
             untyped(object.get()), sharedRecord(object), &Vorn::delegateAddUseRef));
     }
 
-    /// As `bind`, and does nothing once `object` is dead. Raises `Exception<1>`, "counter : null pointer!".
-    /// @warning While a delegate of a dead object is kept, a new object at the same address gives an equal one.
+    /// Binds `Method` of `object`, or a function `Method` that takes the object first, and does not keep `object`
+    /// alive. Calls do nothing after it has been destroyed.
+    ///
+    /// Throws `Exception<1>`: "counter : null pointer!".
+    /// @warning While a delegate to a destroyed object is kept, a new object at the same address gives an equal one.
     template <auto Method, class Object>
     static Self bindWeak(const Vorn::WeakPtr<Object>& object) {
+        checkMethod<Method, Object>();
         Vorn::RefCounter* const counter = weakRecord(object);
         VORN_ASSERT(counter, "null pointer!", "Vorn::Delegate::bindWeak");
         return Self(bindingRecord<WeakMethodBinding<Result(Args...), Object, Method>>(
@@ -70,14 +86,18 @@ public:
         return bindWeak<Method>(Vorn::WeakPtr<Object>(object));
     }
 
-    /// Calls a copy of `callable`. Copies of the delegate share that copy. A callable of the size of a pointer that can
-    /// be called while const is kept in the delegate and called so; any other is allocated (`std::bad_alloc`).
-    /// @warning A null pointer to a function is not refused; calling the delegate calls it.
+    /// Binds a copy of `callable`, which all copies of the delegate share. A callable that is not larger than a pointer
+    /// and can be called while const is stored in the delegate and called so. Any other is allocated.
+    ///
+    /// Throws `std::bad_alloc`, and what copying `callable` throws; nothing is left allocated then.
+    /// @warning A null function pointer is not refused; calling the delegate calls it.
     /// @warning Delegates of allocated callables are equal only if one is a copy of the other; keep a copy to find it
-    ///     again. Those of callables in the delegate are equal if type and bits are.
+    ///     again. Delegates that store the callable are equal if its type and bytes are.
     template <class Callable>
     static Self bindCallable(Callable&& callable) {
         using Kept = std::decay_t<Callable>;
+        static_assert(isCallable<Kept&>(),
+                      "the callable cannot be called with the delegate's Args, or does not return its Result");
         using Value = ValueBinding<Result(Args...), Kept>;
         if constexpr (Value::FITS) {
             return Self(bindingRecord<Value>(Value::pack(callable), nullptr, nullptr));
@@ -88,8 +108,20 @@ public:
         }
     }
 
-    /// Calls the target and says whether there was one: gives false, an empty optional or, for a reference, null if the
-    /// delegate is empty or its weakly held target is dead.
+    /// Calls the target. If the delegate is empty or its weakly bound target has been destroyed, does nothing and
+    /// returns a value-initialised result; use `tryCall` to distinguish that.
+    Result call(Args... args) const {
+        static_assert(std::is_void_v<Result> || std::is_default_constructible_v<Result>,
+                      "take tryCall: there is no value to give without a target");
+        const Vorn::DelegatePOD& pod = record();
+        if (!pod.caller) return emptyResult<Result>();
+        return typedCaller<Result, Args...>(pod)(pod.object, pod.context, std::forward<Args>(args)...);
+    }
+    Result operator()(Args... args) const { return call(std::forward<Args>(args)...); } ///< The same as `call`.
+
+    /// Calls the target if there is one. Returns true, or the result as an optional, or as a pointer if it is a
+    /// reference. If the delegate is empty or its weakly bound target has been destroyed, returns false, an empty
+    /// optional or null.
     typename TriedCall<Result>::Type tryCall(Args... args) const {
         const Vorn::DelegatePOD& pod = record();
         if (!pod.caller) return {};
@@ -101,20 +133,25 @@ public:
         return callTarget(pod, std::forward<Args>(args)...);
     }
 
-    /// True if the target was held weakly and is dead.
+    /// Returns true if the target is bound weakly and has been destroyed.
     bool isExpired() const { return VornPrivate::isExpired(record()); }
-
-protected:
-    Result callOrNothing(Args... args) const {
-        static_assert(std::is_void_v<Result> || std::is_default_constructible_v<Result>,
-                      "take tryCall: there is no value to give without a target");
-        const Vorn::DelegatePOD& pod = record();
-        if (!pod.caller) return emptyResult<Result>();
-        return typedCaller<Result, Args...>(pod)(pod.object, pod.context, std::forward<Args>(args)...);
-    }
 
 private:
     const Vorn::DelegatePOD& record() const { return static_cast<const Self*>(this)->getPOD(); }
+
+    template <class Callable, class... Leading>
+    static constexpr bool isCallable() {
+        return std::is_invocable_r_v<Result, Callable, Leading..., Args...>;
+    }
+
+    template <auto Method, class Object>
+    static constexpr void checkMethod() {
+        static_assert(!std::is_pointer_v<Object>,
+                      "bind the object itself and not a pointer to it: bind<&Door::open>(*door)");
+        static_assert(std::is_pointer_v<Object> || isCallable<decltype(Method), Object&>(),
+                      "the method cannot be called on this object with the delegate's Args, or does not return its "
+                      "Result");
+    }
 
     static typename TriedCall<Result>::Type callTarget(const Vorn::DelegatePOD& pod, Args... args) {
         const auto caller = typedCaller<Result, Args...>(pod);
@@ -129,14 +166,24 @@ private:
     }
 };
 
+/// The operations of a signature, in which `void` stands for no arguments.
+template <class Self, class Result, class... Args>
+struct OperationsOf {
+    using Type = DelegateOperations<Self, Result, Args...>;
+};
+template <class Self, class Result>
+struct OperationsOf<Self, Result, void> {
+    using Type = DelegateOperations<Self, Result>;
+};
+
 } // namespace VornPrivate
 
 namespace Vorn {
 
-/// Handle to something that takes Args and gives Result.
+/// A handle to a callable that takes Args and returns Result.
 template <class Result, class... Args>
 class Delegate : public DelegateBase,
-                 public VornPrivate::DelegateOperations<Delegate<Result, Args...>, Result, Args...> {
+                 public VornPrivate::OperationsOf<Delegate<Result, Args...>, Result, Args...>::Type {
     static_assert(sizeof...(Args) > 0, "a callable without arguments is written Delegate<Result, void>");
 
 public:
@@ -144,7 +191,7 @@ public:
     Delegate() = default;
     Delegate(const Delegate&) = default;
 
-    /// Takes over the binding and its reference, and gives up the own. Counts as one expects.
+    /// Copies the binding with a reference to its target, and releases the previous target.
     Delegate& operator=(const Delegate& other) {
         replaceRecord(other.getPOD());
         return *this;
@@ -153,44 +200,12 @@ public:
     /// The same as the assignment.
     void rebind(const Delegate& other) { replaceRecord(other.getPOD()); }
 
-    /// Calls the target. Without one, or with a dead one, it does nothing and gives a value-initialised result; take
-    /// `tryCall` to tell.
-    Result call(Args... args) const { return this->callOrNothing(std::forward<Args>(args)...); }
-    Result operator()(Args... args) const { return this->callOrNothing(std::forward<Args>(args)...); }
-
 private:
-    friend VornPrivate::DelegateOperations<Delegate, Result, Args...>;
+    friend typename VornPrivate::OperationsOf<Delegate, Result, Args...>::Type;
     explicit Delegate(const DelegatePOD& pod) : DelegateBase(pod) {}
 };
 
-/// Handle to something that takes nothing and gives Result.
-template <class Result>
-class Delegate<Result, void> : public DelegateBase,
-                               public VornPrivate::DelegateOperations<Delegate<Result, void>, Result> {
-public:
-    Delegate() = default;
-    Delegate(const Delegate&) = default;
-
-    /// Takes over the binding and its reference, and gives up the own. Counts as one expects.
-    Delegate& operator=(const Delegate& other) {
-        replaceRecord(other.getPOD());
-        return *this;
-    }
-
-    /// The same as the assignment.
-    void rebind(const Delegate& other) { replaceRecord(other.getPOD()); }
-
-    /// Calls the target. Without one, or with a dead one, it does nothing and gives a value-initialised result; take
-    /// `tryCall` to tell.
-    Result call() const { return this->callOrNothing(); }
-    Result operator()() const { return this->callOrNothing(); }
-
-private:
-    friend VornPrivate::DelegateOperations<Delegate, Result>;
-    explicit Delegate(const DelegatePOD& pod) : DelegateBase(pod) {}
-};
-
-/// Handle to something that takes nothing and gives nothing, the one that the library itself carries.
+/// A handle to a callable that takes no arguments and returns nothing. Its assignment counts in *reverse*.
 template <>
 class VORN_API Delegate<void, void> : public DelegateBase,
                                       public VornPrivate::DelegateOperations<Delegate<void, void>, void> {
@@ -199,12 +214,12 @@ public:
     Delegate() = default;
     Delegate(const Delegate&) = default;
 
-    /// Counts in reverse, unlike the assignment of all other signatures: adds a reference to the outgoing context and
-    /// releases one of the incoming. Does nothing for the same delegate.
-    /// @warning With counted targets the incoming one is released too often and the outgoing one never; write
+    /// Copies the binding, but counts in *reverse*, unlike the assignment of all other signatures: adds a reference to
+    /// the outgoing context and releases one of the incoming context. Does nothing if `other` is the same delegate.
+    /// @warning With counted targets, the incoming one is released twice and the outgoing one is leaked. Write
     ///     a.rebind(b);   // instead of a = b;
-    /// That holds for what assigns in turn, as std::swap or erasing from a std::vector does, and for the listeners of
-    /// Event<>, which are delegates of this type.
+    /// This also affects code that assigns internally, such as std::swap and `std::vector::erase`, and listeners of
+    /// Event<>, which have this type.
     Delegate& operator=(const Delegate& other) {
         DelegateBase::operator=(other);
         return *this;
@@ -212,14 +227,15 @@ public:
 
     ~Delegate() override;
 
-    /// Takes over the binding and its reference, and gives up the own. Counts as one expects.
+    /// Copies the binding with a reference to its target, and releases the previous target.
     void rebind(const Delegate& other) { replaceRecord(other.getPOD()); }
 
-    /// Calls the target. Without one, or with a dead one, it does nothing; take `tryCall` to tell.
+    /// Calls the target. Does nothing if the delegate is empty or its weakly bound target has been destroyed; use
+    /// `tryCall` to distinguish that.
     void call() const {
         if (m_pod.caller) m_pod.caller(m_pod.object, m_pod.context);
     }
-    void operator()() const { call(); }
+    void operator()() const { call(); } ///< The same as `call`.
 
 private:
     friend VornPrivate::DelegateOperations<Delegate, void>;

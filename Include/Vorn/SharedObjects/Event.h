@@ -1,17 +1,20 @@
-// Event: a list of listeners, called in order of priority, that may change while it is being called.
-//
-// Event<Args...> calls delegates that take Args; Event<> calls delegates without arguments. Listeners may add and
-// remove each other and themselves from inside a call. Take a Delegate for one listener, a std::vector of them where
-// nothing changes during a call.
-//
-//     Event<int> scored;
-//     scored.add(Event<int>::Listener::bind<&Board::show>(board), -1);   // lower priorities run first
-//     scored(3);
-//
-// Cost: one allocation per listener, none for one that is added again from behind the first; adding and removing walk
-// the list; a call costs one indirect call per listener.
-//
-// Threads: an event belongs to one thread.
+/// @file
+/// Event: a list of listeners that are called in order of priority and may change the list while it is being called.
+///
+///     Event<int> scored;
+///     scored.add(Event<int>::Listener::bind<&Board::show>(board), -1);   // lower priorities run first
+///     scored(3);
+///
+/// `Event<Args...>` calls delegates that take Args; `Event<>` calls delegates without arguments. Listeners may add and
+/// remove each other and themselves during a call. Alternatives: a Delegate for one listener; a std::vector of
+/// delegates if nothing changes during a call.
+///
+/// Cost: one allocation per listener, none for one that is added again and is not the first. Adding, removing and
+/// searching walk the list. A call is one indirect call per listener.
+///
+/// Failures: only `add` allocates. If that throws, all other listeners are as before, also during a call.
+///
+/// Threads: an event belongs to one thread.
 #pragma once
 
 #include "Vorn/SharedObjects/Delegate.h"
@@ -34,58 +37,64 @@ struct ListenerOf<> {
 
 namespace Vorn {
 
-/// Calls its listeners with Args.
+/// A list of listeners that take Args.
 template <class... Args>
 class Event : private EventBase {
+    static_assert((!std::is_void_v<Args> && ...), "an event without arguments is written Event<>");
     static_assert((!std::is_rvalue_reference_v<Args> && ...), "each listener is given the arguments anew");
 
 public:
     using Listener = typename VornPrivate::ListenerOf<Args...>::Type;
 
+    /// An event without listeners.
     Event() = default;
 
-    /// Adds `listener` behind those of equal priority; lower priorities run first. A listener that the event holds
-    /// moves to the new priority.
+    /// Adds `listener` behind the listeners of equal priority; lower priorities run first. A listener that the event
+    /// holds already is moved to the new priority.
     ///
-    /// While the event is being called: a place that the call has passed is taken at once, any other when the call has
-    /// ended, but a place behind the first node while that is being called is taken at once, and called.
+    /// While the event is being called, the listener is inserted immediately if its position is before the listener
+    /// being called, and is not called by this call. At any other position it is pending until the call has ended. One
+    /// exception: while the first node is being called, a position behind it is filled immediately and called.
     ///
-    /// Raises `Exception<1>`, "delegate.caller && delegate.typeInfo : Invalid delegate!!", for an empty listener, and
-    /// `std::bad_alloc`; a listener that was to be moved is removed then.
-    /// @warning A counted listener that lies in a target which only this event keeps must be copied first.
+    /// Throws `Exception<1>`: "delegate.caller && delegate.typeInfo : Invalid delegate!!" for an empty listener.
+    /// Throws `std::bad_alloc`. A new listener has not been added then; one that was to be moved has been *removed*.
+    /// @warning If `listener` is a member of its own target, and only this event keeps that target alive, pass a copy.
     void add(const Listener& listener, int priority = 0) {
         const DelegatePOD& pod = listener.getPOD();
         if (pod.contextAddRef == &delegateAddWeakRef) dropPredecessor(pod);
         addDelegate(pod, priority);
     }
 
-    /// Removes `listener`; false if it was not found.
-    /// @warning The event may hold on to its target longer: to that of the listener being called until a later change
-    ///     passes its place, to that of the first listener until another one takes that place, and in any case no
-    ///     longer than the event lives.
-    /// @warning While the first node is being called, listeners in the chain behind it are not found. A listener that
-    ///     waits to be added is found, but keeps its reference for ever unless it is the first to wait; and once the
-    ///     last to wait has been removed, listeners that come to wait are lost: counted and never called. If it was
-    ///     the only one, that holds for all later calls too.
+    /// Removes `listener`. Returns false if it was not found.
+    /// @warning The event may keep the target alive for longer: that of the listener being called until a later change
+    ///     passes its position, and that of the first listener until another listener becomes the first, at most until
+    ///     the event is destroyed.
+    /// @warning While the first node is being called, listeners behind it are not found. Remove them before or after
+    /// the
+    ///     call.
+    /// @warning Do not remove pending listeners. Removing one that is not the first pending listener leaks its
+    ///     reference. After the last pending listener has been removed, later pending listeners are leaked, counted and
+    ///     never called; if it was the only one, this applies to all later calls too.
     bool remove(const Listener& listener) {
         std::unique_ptr<DelegateNode> spare;
         return tryRemoveDelegate(listener.getPOD(), spare);
     }
 
-    /// Whether the event holds `listener`, also one that waits to be added.
+    /// Returns true if the event holds `listener`, also if it is pending.
     bool contains(const Listener& listener) const { return containsDelegate(listener.getPOD()); }
 
-    /// Calls the listeners in order. A disabled event calls nobody; one that a listener disables calls nobody from the
-    /// next call on. A listener that throws ends the call; the event is idle and usable then.
+    /// Calls the listeners in order. Does nothing if the event is disabled; disabling it during a call affects the next
+    /// call only.
     ///
-    /// Raises `Exception<1>`, "!isDispatching() : the event is being called already!", from inside a call.
-    /// @warning The event must outlive the call.
+    /// Throws what a listener throws. The listeners behind it are not called, and the event is idle and usable.
+    /// Throws `Exception<1>`: "!isDispatching() : the event is being called already!" if a listener calls the event.
+    /// @warning A listener must not destroy the event that calls it.
     void operator()(Args... args) {
         if (isDisabled()) return;
         VORN_ASSERT(!isDispatching(), "the event is being called already!");
         const Dispatch dispatch(*this);
         for (DelegateNode* node = this; node; node = node->getNext()) {
-            if (!node->isValid()) continue; // nobody is called who could ask where the dispatch is
+            if (!node->isValid()) continue; // without a call, nothing can read m_dispatchNode
             m_dispatchNode = node;
             const DelegatePOD& pod = node->getDelegate();
             VornPrivate::typedCaller<void, Args...>(pod)(pod.object, pod.context, args...);
@@ -100,7 +109,7 @@ public:
     using EventBase::isDispatching;
 
 private:
-    // Leaves the event idle, however the dispatch ends.
+    // Makes the event idle at the end of the dispatch, also if a listener throws.
     class Dispatch {
     public:
         explicit Dispatch(Event& event) : m_event(event) {}
@@ -115,8 +124,8 @@ private:
         Event& m_event;
     };
 
-    // A dead listener whose address a new object has got is the same delegate: it would keep its node and its dead
-    // record. It goes first.
+    // A weak listener whose target has been destroyed is the same delegate as one to a new object at the same address.
+    // Adding that would keep the old node with the old control block, so the old listener is removed first.
     void dropPredecessor(const DelegatePOD& pod) {
         if (holdsInAnotherContext(this, pod) || holdsInAnotherContext(m_pendingFirst, pod)) delete removeDelegate(pod);
     }
