@@ -16,7 +16,7 @@ DelegateBase::~DelegateBase() {
 
 DelegateBase& DelegateBase::operator=(const DelegateBase& other) {
     if (sameDelegate(m_pod, other.m_pod)) return *this;
-    // The add goes to the outgoing context and the release to the incoming one: modules in use rely on this order.
+    // Specified in reverse: a reference is added to the outgoing context and released from the incoming one.
     if (m_pod.contextAddRef) m_pod.contextAddRef(m_pod.context, DELEGATE_ADD_REF);
     m_pod = other.m_pod;
     if (m_pod.contextAddRef) m_pod.contextAddRef(m_pod.context, DELEGATE_RELEASE_REF);
@@ -24,7 +24,7 @@ DelegateBase& DelegateBase::operator=(const DelegateBase& other) {
 }
 
 void DelegateBase::replaceRecord(const DelegatePOD& pod) {
-    const DelegatePOD incoming = pod; // it may lie in what the release destroys
+    const DelegatePOD incoming = pod; // `pod` may be a member of what the release destroys
     const DelegatePOD outgoing = m_pod;
     if (incoming.contextAddRef) incoming.contextAddRef(incoming.context, DELEGATE_ADD_REF);
     m_pod = incoming;
@@ -46,7 +46,7 @@ void delegateAddUseRef(void* context, DelegateContextAddRef op) {
 void delegateAddWeakRef(void* context, DelegateContextAddRef op) {
     RefCounter* const counter = static_cast<RefCounter*>(context);
     if (op == DELEGATE_ADD_REF) {
-        counter->m_weakCount.fetch_add(1, std::memory_order_relaxed); // as above
+        counter->m_weakCount.fetch_add(1, std::memory_order_relaxed); // as for a use
         return;
     }
     if (!counter) return;

@@ -9,12 +9,13 @@ DelegateNode::DelegateNode(const DelegatePOD& delegate, int priority)
 }
 
 DelegateNode::~DelegateNode() {
-    // All references go before the first node is freed, as in a recursion down the chain.
+    // A loop in the order of a recursion down the chain, which would overflow the stack: all references are released
+    // before the first node is freed.
     for (DelegateNode* node = this; node; node = node->p_next) {
         if (node->m_delegate.contextAddRef)
             node->m_delegate.contextAddRef(node->m_delegate.context, DELEGATE_RELEASE_REF);
     }
-    // The links are reversed, since the recursion frees the last node first.
+    // Reverses the links: the recursion would free the last node first.
     DelegateNode* freed = nullptr;
     while (p_next) {
         DelegateNode* const node = p_next;
@@ -40,16 +41,16 @@ void DelegateNode::insertAfter(DelegateNode* node) {
 
 void DelegateNode::setDelegate(const DelegatePOD& delegate) {
     if (sameDelegate(m_delegate, delegate)) return;
-    const DelegatePOD incoming = delegate; // it may lie in what a release destroys
+    const DelegatePOD incoming = delegate; // `delegate` may be a member of what a release destroys
     do {
         releaseDelegate();
-    } while (m_delegate.contextAddRef); // a destructor has put another one in
+    } while (m_delegate.contextAddRef); // a destructor has stored another one
     m_delegate = incoming;
     if (m_delegate.contextAddRef) m_delegate.contextAddRef(m_delegate.context, DELEGATE_ADD_REF);
 }
 
 void DelegateNode::releaseDelegate() {
-    // A destructor may come back to this node, which then holds nothing that could be released twice.
+    // A destructor may use this node. It is empty by then, so nothing is released twice.
     const DelegatePOD outgoing = m_delegate;
     m_delegate = DelegatePOD();
     if (outgoing.contextAddRef) outgoing.contextAddRef(outgoing.context, DELEGATE_RELEASE_REF);

@@ -1,7 +1,24 @@
-// Giving up a reference may destroy a target, and a target's destructor may come back to the event that is being
-// changed. So nodes that a walk sweeps out are destroyed after the walk, a refill of the first node keeps the chain
-// whole while references go, and what a reused node still holds goes before a place for it is looked for. The calls are
-// made in the order of the walks all the same.
+/// @file
+/// Releasing a reference may destroy a target, and the destructor of a target may call any operation of the event that
+/// is being changed. These invariants keep that safe:
+///
+/// 1. No reference that may be the last one is released while a walk holds a pointer into the chain. Nodes that a walk
+/// takes out are destroyed
+///    after the walk, in the order in which it took them out.
+/// 2. A node whose reference is released is either in no list, or empty: `releaseDelegate` empties it first. So a
+///    destructor finds no delegate that is being released, and no reference is released twice.
+/// 3. The first node, which is the event, cannot be taken out. Its reference is released while the chain is complete,
+/// and
+///    afterwards the chain is read again from its start.
+/// 4. A node that is to be reused is emptied before the position for it is searched.
+/// 5. A delegate that is passed in is copied before the first release: it may be a member of what the release destroys.
+/// 6. The destructor takes each list out of the event before it destroys the list. What is added meanwhile is destroyed
+///    with the base.
+///
+/// The counting functions are called in the order of the walks.
+///
+/// A *spare* is the first node that a removal takes out of the chain. It keeps its delegate and reference, and its
+/// owner reuses or deletes it. A *retired* node is any later one, which is destroyed after the walk.
 #include "Vorn/SharedObjects/EventBase.h"
 
 #include "Vorn/Assert.h"
@@ -12,7 +29,7 @@ namespace Vorn {
 
 namespace {
 
-// Nodes that a walk has taken out of the chain, destroyed in this order.
+/// The retired nodes of a walk. Destroys them in the order of the walk when it goes out of scope.
 class RetiredNodes {
 public:
     RetiredNodes() = default;
@@ -34,14 +51,14 @@ private:
     DelegateNode* m_last = nullptr;
 };
 
-// Takes the node behind `prev` out of the chain and gives it.
+/// Takes the node behind `prev` out of the chain and returns it.
 DelegateNode* takeNext(DelegateNode* prev) {
     DelegateNode* const node = prev->unlink();
     prev->insertAfter(node->unlink());
     return node;
 }
 
-// The first node that was taken out becomes the spare, with its delegate and reference; the others go.
+/// Makes `node`, which is in no list, the spare if there is none; otherwise retires it.
 void retireNode(DelegateNode* node, DelegateNode*& spare, RetiredNodes& retired) {
     if (spare) {
         retired.append(node);
@@ -50,8 +67,8 @@ void retireNode(DelegateNode* node, DelegateNode*& spare, RetiredNodes& retired)
     }
 }
 
-// Looks at the node behind `prev`: takes it out if it is the one that is looked for, and gives null; sweeps it out if
-// it is invalid. Otherwise gives the node, and in the second case `prev`, to go on from.
+/// Takes the node behind `prev` out of the chain if it holds `delegate` or is invalid. Returns null if it holds
+/// `delegate`; otherwise the node from which the walk continues.
 DelegateNode* removeNodeStep(DelegateNode* prev, DelegateNode*& spare, RetiredNodes& retired,
                              const DelegatePOD& delegate) {
     DelegateNode* const node = prev->getNext();
@@ -61,12 +78,14 @@ DelegateNode* removeNodeStep(DelegateNode* prev, DelegateNode*& spare, RetiredNo
     return isFound ? nullptr : prev;
 }
 
+/// Removes `delegate` and the invalid nodes in front of it from the chain behind `start`; true if it was found.
 bool removeFromChain(DelegateNode* start, DelegateNode*& spare, RetiredNodes& retired, const DelegatePOD& delegate) {
     DelegateNode* prev = start;
     while (prev && prev->getNext()) prev = removeNodeStep(prev, spare, retired, delegate);
     return !prev;
 }
 
+/// Stores `delegate` in the spare, or in a new node if there is none.
 DelegateNode* fillNode(DelegateNode* spare, const DelegatePOD& delegate, int priority) {
     DelegateNode* const node = spare ? spare : new DelegateNode;
     node->setDelegate(delegate);
@@ -76,8 +95,7 @@ DelegateNode* fillNode(DelegateNode* spare, const DelegatePOD& delegate, int pri
 
 } // namespace
 
-// Takes every node out before it destroys it: a target's destructor may want to take itself off. What it adds instead
-// goes with the base.
+// Invariant 6.
 EventBase::~EventBase() {
     delete std::exchange(m_pendingFirst, nullptr);
     releaseDelegate();
@@ -86,9 +104,9 @@ EventBase::~EventBase() {
 
 void EventBase::addDelegate(const DelegatePOD& delegate, int priority) {
     VORN_ASSERT(delegate.caller && delegate.typeInfo, "Invalid delegate!!");
-    const DelegatePOD added = delegate; // it may lie in what the removal destroys
+    const DelegatePOD added = delegate; // invariant 5
     DelegateNode* const spare = removeDelegate(added);
-    if (spare && !spare->isValid()) spare->releaseDelegate();
+    if (spare && !spare->isValid()) spare->releaseDelegate(); // invariant 4
 
     if (getPriority() > priority) {
         if (m_dispatchNode == this) {
@@ -113,7 +131,7 @@ void EventBase::addDelegate(const DelegatePOD& delegate, int priority) {
 }
 
 void EventBase::insertFirstDelegate(DelegateNode* spare, const DelegatePOD& delegate, int priority) {
-    // An invalid first node moves down like any other and leaves its priority in the chain.
+    // The first node is moved behind itself, also if it is invalid, and keeps its priority there.
     DelegateNode* chosen = spare;
     if (!chosen) {
         const DelegateNode* const second = getNext();
@@ -137,13 +155,13 @@ void EventBase::dispatchInsertDelegate(DelegateNode* spare, const DelegatePOD& d
         m_pendingFirst = node;
     } else if (m_pendingFirst) {
         m_pendingLast->insertAfter(node);
-    } // otherwise the last pending node has been removed and freed: the new one hangs behind nothing and is lost
+    } // otherwise the last pending node has been removed and freed: the new one is linked to nothing and leaked
     m_pendingLast = node;
 }
 
 void EventBase::insertPendingDelegates() {
     DelegateNode* node = m_pendingFirst;
-    if (!node) return; // m_pendingLast stays as it stands
+    if (!node) return; // m_pendingLast is not changed
     while (node) {
         DelegateNode* const next = node->unlink();
         DelegateNode* prev = this;
@@ -164,7 +182,7 @@ DelegateNode* EventBase::removeDelegate(const DelegatePOD& delegate) {
 bool EventBase::tryRemoveDelegate(const DelegatePOD& delegate, std::unique_ptr<DelegateNode>& spare) {
     static constexpr char FUNCTION[] = "Vorn::EventBase::removeDelegate";
     if (getDelegateCount() == 0) return false;
-    const DelegatePOD removed = delegate; // it may lie in what the search destroys
+    const DelegatePOD removed = delegate; // invariant 5
     if (sameDelegate(getDelegate(), removed)) {
         if (!m_dispatchNode) {
             spare.reset(removeFirstDelegate(nullptr));
@@ -185,9 +203,9 @@ bool EventBase::tryRemoveDelegate(const DelegatePOD& delegate, std::unique_ptr<D
     return true;
 }
 
-// Takes the delegate out of the first node and refills it from the chain, up to the node in front of `stop`, which
-// takes the first place even if it is invalid, so that the sweep never passes the dispatch. Null for no stop. Each
-// reference goes while the chain is whole, and whatever its target's destructor changes is looked at anew.
+// Removes the delegate of the first node and moves the next valid one into it. With a `stop`, the node in front of it
+// is moved even if it is invalid, so that the walk never passes the dispatch. Each pass releases at most one reference
+// and then reads the chain again (invariant 3).
 DelegateNode* EventBase::removeFirstDelegate(const DelegateNode* stop) {
     DelegateNode* spare = nullptr;
     invalidate();
@@ -225,7 +243,7 @@ bool EventBase::searchChain(const DelegatePOD& delegate, DelegateNode*& spare) {
     if (!sameDelegate(m_dispatchNode->getDelegate(), delegate)) {
         return removeFromChain(m_dispatchNode, spare, retired, delegate);
     }
-    m_dispatchNode->invalidate(); // it stays linked: the dispatch goes on from it
+    m_dispatchNode->invalidate(); // it stays linked: the dispatch continues from it
     return true;
 }
 
@@ -239,7 +257,7 @@ bool EventBase::removePending(const DelegatePOD& delegate) {
     }
     for (DelegateNode* prev = m_pendingFirst; prev->getNext(); prev = prev->getNext()) {
         if (!sameDelegate(prev->getNext()->getDelegate(), delegate)) continue;
-        takeNext(prev); // neither freed nor returned: the node and its reference are lost
+        takeNext(prev); // neither freed nor returned: the node and its reference are leaked
         return true;
     }
     return false;

@@ -7,7 +7,7 @@ namespace Vorn {
 
 namespace {
 
-// Keeps one exported body of the inline function, for modules that are not inlined.
+// Forces one exported definition of the inline function, for modules that do not inline it.
 [[gnu::used]] bool (*const exportedValidRefCounter)(const RefCounter*) = &validRefCounter;
 
 } // namespace

@@ -1,4 +1,5 @@
-// RefCounterRelease: the release sequences that free functions and delegates share. Private.
+/// @file
+/// The release sequences that the free functions and delegates have in common. Private.
 #pragma once
 
 #include "ObjectDestruction.h"
@@ -6,8 +7,8 @@
 
 namespace VornPrivate {
 
-/// Gives up a use count that the caller has checked. The record goes before the object, unlike in
-/// `RefCounterWrapper::releaseUseCount`; the two are not to be merged.
+/// Releases a use that the caller has checked. Frees the control block before it destroys the object, which is the
+/// opposite order of `RefCounterWrapper::releaseUseCount`: do not merge the two.
 inline void releaseCheckedUseCount(Vorn::RefCounter* counter) {
     Vorn::RefCounter::Deleter deleter = nullptr;
     void* object = nullptr;
@@ -19,7 +20,7 @@ inline void releaseCheckedUseCount(Vorn::RefCounter* counter) {
             counter->m_ptr = nullptr;
             deleter = counter->getDeleter();
             if (counter->m_weakCount.load(std::memory_order_relaxed) < 1) {
-                guard.release(); // the lock must not outlive the record
+                guard.release(); // the lock is a member of the control block
                 destroyRefCounter(counter);
             }
         }
@@ -27,12 +28,12 @@ inline void releaseCheckedUseCount(Vorn::RefCounter* counter) {
     if (deleter) destroyObject(deleter, object, nullptr);
 }
 
-/// Gives up a weak count that the caller has checked.
+/// Releases a weak count that the caller has checked.
 inline void releaseCheckedWeakCount(Vorn::RefCounter* counter) {
     RefCounterGuard guard(counter);
     if (counter->m_weakCount.fetch_sub(1, std::memory_order_acq_rel) <= 1 &&
         counter->m_useCount.load(std::memory_order_relaxed) < 1) {
-        guard.release(); // the lock must not outlive the record
+        guard.release(); // the lock is a member of the control block
         destroyRefCounter(counter);
     }
 }

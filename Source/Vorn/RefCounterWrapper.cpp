@@ -27,7 +27,7 @@ bool RefCounterWrapper::isThreadsafe() const {
 void RefCounterWrapper::makeThreadsafe() const {
     VORN_INTERNAL_ASSERT(validRefCounter(pRefCounter), "Invalid reference counter!");
     if (pRefCounter) return;
-    // Volatile, the pointer and the flag: the store must happen and fault, and not be reasoned away.
+    // Both are volatile, so that the compiler keeps the store, which is a memory fault.
     RefCounter* volatile missing = pRefCounter;
     volatile bool& flag = missing->m_isThreadsafe;
     flag = true;
@@ -44,7 +44,7 @@ void RefCounterWrapper::releaseUseCountNonInlinePart(RefCounter::Deleter deleter
 void RefCounterWrapper::releaseWeakCountNonInlinePart(VornPrivate::RefCounterGuard& guard) {
     if (pRefCounter->m_useCount.load(std::memory_order_relaxed) >= 1) return;
     VORN_INTERNAL_ASSERT(!pRefCounter->m_ptr, "non-null pointer found when use count is zero!!!!");
-    guard.release(); // the lock must not outlive the record
+    guard.release(); // the lock is a member of the control block
     VornPrivate::destroyRefCounter(pRefCounter);
 }
 

@@ -4,7 +4,7 @@
 
 namespace Vorn {
 
-// Position and parent stay unwritten: nobody can call this.
+// Leaves position and parent uninitialised. It is private and never called.
 TreeNodeShared::TreeNodeShared(const TreeNodeShared& other) : DynamicObject(other) {}
 
 TreeNodeShared::~TreeNodeShared() = default;

@@ -1,7 +1,8 @@
-// DelegateBinding: how a delegate reaches its target. Support of Delegate.h; not for direct use.
-//
-// Each binding is a type of its own, which identifies it, with a function `call` that recovers the target from the two
-// pointers of the record.
+/// @file
+/// The bindings of delegates. Support of Delegate.h; not for direct use.
+///
+/// Each binding is a type, which identifies it, with a function `call` that recovers the target from the two pointers
+/// of a DelegatePOD.
 #pragma once
 
 #include "Vorn/Assert.h"
@@ -15,7 +16,7 @@
 
 namespace VornPrivate {
 
-/// Calls a function, a member function or a callable, and drops the result where none is wanted.
+/// Calls a function or a callable, and ignores its result if Result is void.
 template <class Result, class Function, class... Args>
 Result invokeAs(Function&& function, Args&&... args) {
     if constexpr (std::is_void_v<Result>) {
@@ -39,7 +40,7 @@ Result invokeOn(Object& object, Args&&... args) {
     if constexpr (!std::is_member_function_pointer_v<decltype(Method)>) {
         return invokeAs<Result>(Method, object, std::forward<Args>(args)...);
     } else {
-        // The base is named here: g++ takes its adjustment inside the call for a breach of the aliasing rules.
+        // Converted here and not in the call, where g++ reports a violation of the aliasing rules.
         using Class = typename decltype(classOfMember(Method))::Type;
         std::conditional_t<std::is_const_v<Object>, const Class, Class>& base = object;
         if constexpr (std::is_void_v<Result>) {
@@ -50,14 +51,13 @@ Result invokeOn(Object& object, Args&&... args) {
     }
 }
 
-/// What a call without a target gives.
+/// Returns the result of a call without a target.
 template <class Result>
 Result emptyResult() {
     if constexpr (!std::is_void_v<Result>) return Result();
 }
 
-/// What tells a call without a target from another: a bool where there is no result, a pointer where the result is a
-/// reference, else an optional.
+/// The result of `tryCall`: a bool if Result is void, a pointer if it is a reference, otherwise an optional.
 template <class Result>
 struct TriedCall {
     using Type = std::optional<Result>;
@@ -71,7 +71,7 @@ struct TriedCall<Result&> {
     using Type = Result*;
 };
 
-/// Keeps a weakly held target alive for one call, if it still lives.
+/// Keeps a weakly bound target alive during one call, unless it has been destroyed.
 class TargetHold {
 public:
     explicit TargetHold(void* context) : m_counter(static_cast<Vorn::RefCounter*>(context)) {
@@ -86,22 +86,22 @@ public:
     explicit operator bool() const { return m_counter; }
 
 private:
-    Vorn::RefCounter* m_counter; // null if the target is dead
+    Vorn::RefCounter* m_counter; // null if the target has been destroyed
 };
 
-/// The type in which a record keeps any function.
+/// Casts a function to the type in which DelegatePOD stores it.
 template <class Function>
 Vorn::DelegateCaller eraseCaller(Function* function) {
     return reinterpret_cast<Vorn::DelegateCaller>(reinterpret_cast<void (*)()>(function));
 }
 
-/// The function of a record in its own type.
+/// Returns the function of `pod` in its own type.
 template <class Result, class... Args>
 auto typedCaller(const Vorn::DelegatePOD& pod) {
     return reinterpret_cast<Result (*)(void*, void*, Args...)>(reinterpret_cast<void (*)()>(pod.caller));
 }
 
-/// True if the record holds its target weakly and the target is dead.
+/// Returns true if the target is bound weakly and has been destroyed.
 inline bool isExpired(const Vorn::DelegatePOD& pod) {
     return pod.contextAddRef == &Vorn::delegateAddWeakRef && pod.context &&
            static_cast<const Vorn::RefCounter*>(pod.context)->m_useCount.load(std::memory_order_relaxed) < 1;
@@ -115,7 +115,7 @@ Vorn::DelegatePOD bindingRecord(void* object, void* context, Vorn::DelegateConte
 template <class Signature, auto Function>
 struct FunctionBinding;
 
-/// A function that is known when the program is compiled. `object` is its address, so that most comparisons end early.
+/// A function that is a constant. `object` is its address, so that most comparisons end early.
 template <class Result, class... Args, auto Function>
 struct FunctionBinding<Result(Args...), Function> {
     static Result call(void*, void*, Args... args) { return invokeAs<Result>(Function, std::forward<Args>(args)...); }
@@ -135,7 +135,7 @@ struct MethodBinding<Result(Args...), Object, Method> {
 template <class Signature, class Object, auto Method>
 struct SharedMethodBinding;
 
-/// A member function of an object that the delegate keeps alive: `context` is its record.
+/// A member function of an object that the delegate keeps alive. `context` is its control block.
 template <class Result, class... Args, class Object, auto Method>
 struct SharedMethodBinding<Result(Args...), Object, Method> {
     static Result call(void* object, void*, Args... args) {
@@ -146,7 +146,8 @@ struct SharedMethodBinding<Result(Args...), Object, Method> {
 template <class Signature, class Object, auto Method>
 struct WeakMethodBinding;
 
-/// A member function of an object that may die: `context` is its record, and `object` is read only while a use is held.
+/// A member function of an object that the delegate does not keep alive. `context` is its control block, and `object`
+/// is read only while a use is held.
 template <class Result, class... Args, class Object, auto Method>
 struct WeakMethodBinding<Result(Args...), Object, Method> {
     static Result call(void* object, void* context, Args... args) {
@@ -154,7 +155,7 @@ struct WeakMethodBinding<Result(Args...), Object, Method> {
         if constexpr (std::is_void_v<Result> || std::is_default_constructible_v<Result>) {
             if (!hold) return emptyResult<Result>();
         } else {
-            // Only tryCall gets here, with a hold of its own.
+            // Only tryCall calls this, and it holds a use.
             VORN_INTERNAL_ASSERT(hold, "the target is dead!", "Vorn::Delegate::tryCall");
         }
         return invokeOn<Result, Method>(*static_cast<Object*>(object), std::forward<Args>(args)...);
@@ -164,10 +165,10 @@ struct WeakMethodBinding<Result(Args...), Object, Method> {
 template <class Signature, class Callable>
 struct ValueBinding;
 
-/// A callable that fits into the record: its bits stand in `object`.
+/// A callable of at most the size of a pointer: `object` holds its bytes.
 template <class Result, class... Args, class Callable>
 struct ValueBinding<Result(Args...), Callable> {
-    /// A callable that calls change must not be called as a copy.
+    /// A callable that a call changes must not be called as a copy.
     static constexpr bool FITS = sizeof(Callable) <= sizeof(void*) && std::is_trivially_copyable_v<Callable> &&
                                  std::is_invocable_v<const Callable&, Args...>;
 
@@ -191,7 +192,7 @@ struct ValueBinding<Result(Args...), Callable> {
 template <class Signature, class Callable>
 struct HeldBinding;
 
-/// A callable of any kind, made once and shared by all copies of the delegate: `context` is its record.
+/// A callable of any kind, which all copies of the delegate share. `context` is its control block.
 template <class Result, class... Args, class Callable>
 struct HeldBinding<Result(Args...), Callable> {
     static Result call(void* object, void*, Args... args) {

@@ -1,14 +1,17 @@
-// DelegateNode, EventBase: a list of delegates in order of priority that may change while it is being called.
-//
-// The chain is singly linked and begins with the event itself, which is a node. While a dispatch runs, the event knows
-// the node that it has reached: what comes behind it is linked at once, what belongs at or ahead of it waits in a
-// pending list, and the node itself is marked invalid instead of being unlinked. Programs take Event, which adds a
-// signature and the dispatch.
-//
-// Cost: one allocation per delegate; one that is added again from behind the first node reuses its node. Adding,
-// removing and searching walk the chain.
-//
-// Threads: an event belongs to one thread.
+/// @file
+/// DelegateNode, EventBase: a list of delegates in order of priority that may change while it is being called.
+///
+/// The chain is singly linked and begins with the event itself, which is a node. During a dispatch, the event stores
+/// the node that is being called. A delegate whose position is before that node is inserted immediately; any other
+/// becomes pending, in a list of its own. The node being called is marked invalid instead of being unlinked. Programs
+/// use Event, which adds a signature and the dispatch.
+///
+/// Cost: one allocation per delegate; a delegate that is added again from behind the first node reuses its node.
+/// Adding, removing and searching walk the chain.
+///
+/// Failures: only adding allocates.
+///
+/// Threads: an event belongs to one thread.
 #pragma once
 
 #include "Vorn/SharedObjects/DelegateBase.h"
@@ -17,7 +20,7 @@
 
 namespace Vorn {
 
-/// One delegate in a chain, held with one reference to its context.
+/// A delegate in a chain, with one reference to its context.
 class VORN_API DelegateNode {
 public:
     /// An invalid node of priority 0.
@@ -33,36 +36,36 @@ public:
     /// from this node to the last one, then frees the nodes behind this one, from the last one on.
     ~DelegateNode();
 
-    /// Links `node` behind this one. A null `node` cuts the chain here and frees nothing. Behind the end of a chain
-    /// `node` keeps what follows it.
+    /// Links `node` behind this one. If this node has no successor, `node` keeps its own, which appends a whole chain.
+    /// A null `node` ends the chain here and frees nothing.
     ///
-    /// Raises `Exception<2>`, "!node->p_next : unlink one of the nodes before inserting!", if both have a successor.
+    /// Throws `Exception<2>`: "!node->p_next : unlink one of the nodes before inserting!" if both have a successor.
     void insertAfter(DelegateNode* node);
 
-    /// Cuts the chain behind this node, and not the node out of its chain. Gives what followed; null if nothing did.
+    /// Ends the chain behind this node and returns the rest of it, or null. Does *not* take this node out of its chain.
     DelegateNode* unlink() {
         DelegateNode* const next = p_next;
         p_next = nullptr;
         return next;
     }
 
-    DelegateNode* getNext() const { return p_next; }              ///< the node that follows, or null
-    bool isValid() const { return m_delegate.typeInfo; }          ///< whether a dispatch calls the node
-    void invalidate() { m_delegate.typeInfo = nullptr; }          ///< keeps the reference until reuse or destruction
-    int getPriority() const { return m_priority; }                ///< lower values run first
-    void setPriority(int priority) { m_priority = priority; }     ///< does not move the node
-    const DelegatePOD& getDelegate() const { return m_delegate; } ///< the record, owned by this node
+    DelegateNode* getNext() const { return p_next; }              ///< Returns the next node or null.
+    bool isValid() const { return m_delegate.typeInfo; }          ///< Returns true if a dispatch calls the node.
+    void invalidate() { m_delegate.typeInfo = nullptr; }          ///< Keeps the reference until reuse or destruction.
+    int getPriority() const { return m_priority; }                ///< Lower values run first.
+    void setPriority(int priority) { m_priority = priority; }     ///< Does not move the node.
+    const DelegatePOD& getDelegate() const { return m_delegate; } ///< Returns the delegate, which this node owns.
 
-    /// Releases the old context and adds to the new one, in this order. The same delegate changes nothing: the node
-    /// keeps the context that it has.
+    /// Releases the old context and adds a reference to the new one, in this order. Does nothing if `delegate` is the
+    /// same one: the node keeps its context then.
     void setDelegate(const DelegatePOD& delegate);
 
-    /// Empties the node, which is invalid then, and releases its context. What a destructor that this runs puts into
-    /// the node stays.
+    /// Empties the node, which is invalid then, and releases its context. A delegate that a destructor stores in the
+    /// node meanwhile is kept.
     void releaseDelegate();
 
 private:
-    DelegatePOD m_delegate; // valid while its typeInfo is set; holds one reference to its context in any case
+    DelegatePOD m_delegate; // valid while its typeInfo is set; always with one reference to its context
     int m_priority;
     DelegateNode* p_next; // owned
 };
@@ -71,29 +74,31 @@ static_assert(sizeof(void*) != 4 || sizeof(DelegateNode) == 28, "a record and tw
 
 /// A chain of delegates and the state of its dispatch.
 ///
-/// A dispatch sets `m_dispatchNode` to the event and then to each node along `getNext`, calls the valid ones, sets it
-/// to null and calls `insertPendingDelegates`.
+/// A dispatch sets `m_dispatchNode` to the event and then to each node along `getNext`, and calls the valid nodes. At
+/// the end it sets `m_dispatchNode` to null and calls `insertPendingDelegates`.
 class VORN_API EventBase : public DelegateNode {
 public:
-    /// Removes all delegates, with two surprises. Idle: the delegate in the first node stays, valid and called, though
-    /// the count says 0; and so does what the destructors of the targets add. While dispatching: nothing more is
-    /// called, but the count stays, and pending delegates still enter.
+    /// Removes the delegates, *except* the one in the first node, which is still called although the count is 0.
+    /// Delegates that destructors of the targets add meanwhile are called and not counted either.
+    ///
+    /// During a dispatch, invalidates all nodes instead: nothing more is called, but the count is not changed, and
+    /// pending delegates are still inserted at the end.
     void clear();
 
-    /// The number of delegates, pending ones included.
+    /// Returns the number of delegates, including pending ones.
     unsigned int getDelegateCount() const {
         return static_cast<unsigned int>(m_delegateCount < 0 ? ~m_delegateCount : m_delegateCount);
     }
 
-    bool isDisabled() const { return m_delegateCount < 0; } ///< see `disable`
-    bool isDispatching() const { return m_dispatchNode; }   ///< true while a dispatch runs
+    bool isDisabled() const { return m_delegateCount < 0; } ///< Returns true after `disable`.
+    bool isDispatching() const { return m_dispatchNode; }   ///< Returns true during a dispatch.
 
-    /// Marks the event disabled. Delegates can be added and removed as before.
+    /// Marks the event as disabled. Delegates can be added and removed as before.
     void disable() {
         if (!isDisabled()) m_delegateCount = ~m_delegateCount;
     }
 
-    /// Takes the mark away.
+    /// Removes the mark of `disable`.
     void enable() {
         if (isDisabled()) m_delegateCount = ~m_delegateCount;
     }
@@ -101,44 +106,48 @@ public:
 protected:
     EventBase() : m_dispatchNode(nullptr), m_pendingFirst(nullptr), m_pendingLast(nullptr), m_delegateCount(0) {}
 
-    /// Destroys the nodes. Destructors of targets may come back meanwhile: a delegate that is being destroyed is not
-    /// found, and what they add is destroyed too.
+    /// Destroys the nodes. Destructors of targets may change the event meanwhile: a delegate that is being destroyed is
+    /// not found, and delegates that they add are destroyed too.
     ~EventBase();
 
-    /// Adds `delegate` behind those of equal priority. A delegate that the event holds moves to the new priority.
+    /// Adds `delegate` behind the delegates of equal priority. A delegate that the event holds already is moved to the
+    /// new priority.
     ///
-    /// While dispatching, a place behind the dispatch is taken at once, any other when the dispatch has ended; but
-    /// while the dispatch is at the first node, a place in the chain behind it is taken at once.
+    /// During a dispatch, the delegate is inserted immediately if its position is before the node being called;
+    /// otherwise it is pending until the dispatch has ended. One exception: while the first node is being called, a
+    /// position behind it is filled immediately.
     ///
-    /// Raises `Exception<1>`, "delegate.caller && delegate.typeInfo : Invalid delegate!!", and `std::bad_alloc`; a
-    /// delegate that was to be moved is removed then.
+    /// Throws `Exception<1>`: "delegate.caller && delegate.typeInfo : Invalid delegate!!".
+    /// Throws `std::bad_alloc`. A new delegate has not been added then; one that was to be moved has been *removed*.
     void addDelegate(const DelegatePOD& delegate, int priority);
 
-    /// Removes `delegate` if the event holds it, and gives a spare node, or null, that the caller owns.
+    /// Removes `delegate` if the event holds it. Returns a spare node, which the caller owns, or null.
     ///
-    /// Raises `Exception<2>`, "m_delegateCount != 0 : Invalid delegate count!!!" or the same with -1, if the count was
-    /// wrong.
-    /// @warning While the dispatch is at the first node, only this node and the pending list are searched: a delegate
-    ///     further on stays.
-    /// @warning Removing pending delegates: one that is not the first is lost with its reference, and after the last
-    ///     has gone, delegates added to the pending list are lost too: they are counted and never called. If it was the
-    ///     only one, that holds for all later dispatches.
+    /// Throws `Exception<2>`: "m_delegateCount != 0 : Invalid delegate count!!!" if the count was wrong.
+    /// Throws `Exception<2>`: "m_delegateCount != -1 : Invalid delegate count!!!" if the count was wrong.
+    /// @warning While the first node is being called, only this node and the pending list are searched. A delegate
+    /// behind
+    ///     it is not found.
+    /// @warning Removing a pending delegate that is not the first one leaks its node and reference. After the last
+    /// pending
+    ///     delegate has been removed, later pending delegates are leaked, counted and never called; if it was the only
+    ///     one, this applies to all later dispatches.
     DelegateNode* removeDelegate(const DelegatePOD& delegate);
 
-    /// `removeDelegate` that tells whether the delegate was found. `spare` becomes the spare node.
+    /// The same as `removeDelegate`, but returns true if the delegate was found. `spare` receives the spare node.
     bool tryRemoveDelegate(const DelegatePOD& delegate, std::unique_ptr<DelegateNode>& spare);
 
-    /// True if the event counts a delegate and a valid node, or a pending one, holds this one.
+    /// Returns true if a valid node or a pending one holds `delegate`. Returns false if the count of delegates is 0.
     bool containsDelegate(const DelegatePOD& delegate) const;
 
-    /// Moves the pending delegates into the chain, after a dispatch. The first node is not compared: a delegate of a
-    /// lower priority than the first node's comes directly behind it.
+    /// Inserts the pending delegates into the chain, after a dispatch. The priority of the first node is *not*
+    /// compared: a delegate of a lower priority is inserted directly behind it.
     void insertPendingDelegates();
 
-    DelegateNode* m_dispatchNode; // where the dispatch is, possibly the event itself; null when idle
-    DelegateNode* m_pendingFirst; // owned
-    DelegateNode* m_pendingLast;  // dangles, and is not followed, where it is set although m_pendingFirst is null
-    int m_delegateCount;          // chain and pending list; its bitwise complement in a disabled event
+    DelegateNode* m_dispatchNode; ///< the node being called, possibly the event itself; null when idle
+    DelegateNode* m_pendingFirst; ///< first pending node; owned
+    DelegateNode* m_pendingLast;  ///< last pending node; dangling and unused while m_pendingFirst is null
+    int m_delegateCount;          ///< of the chain and the pending list; its bitwise complement if disabled
 
 private:
     void insertFirstDelegate(DelegateNode* spare, const DelegatePOD& delegate, int priority);

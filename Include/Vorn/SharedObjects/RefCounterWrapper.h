@@ -1,12 +1,15 @@
-// RefCounterWrapper, PtrTypeBase: what shared and weak pointers are built on.
-//
-// RefCounterWrapper holds a record and knows how to ask and release it. It owns no count by itself: the class that
-// derives from it decides when to add and when to release. PtrTypeBase reaches the record inside a shared object.
-// Programs take SharedPtr and WeakPtr.
-//
-// Cost: a release is one locked add, inlined; what only the last release needs is out of line.
-//
-// Threads: as RefCounter. One handle is not to be used by two threads while one of them changes it.
+/// @file
+/// RefCounterWrapper, PtrTypeBase: the bases of shared and weak pointers.
+///
+/// RefCounterWrapper holds a pointer to a control block and can query and release it. It owns no count: the class that
+/// derives from it decides when to add and when to release. PtrTypeBase accesses the control block of a shared object.
+/// Programs use SharedPtr and WeakPtr.
+///
+/// Cost: a release is one atomic add, inlined. What only the last release needs is out of line.
+///
+/// Failures: no operation here allocates.
+///
+/// Threads: as RefCounter. Two threads must not use one pointer at the same time while one of them changes it.
 #pragma once
 
 #include "Vorn/Assert.h"
@@ -16,72 +19,78 @@
 
 namespace Vorn {
 
-/// A handle on a record.
+/// A pointer to a control block.
 ///
-/// Where an operation is called checked, it raises `Exception<2>`, "validRefCounter(pRefCounter) : Invalid reference
-/// counter!", on a record whose use count and object pointer contradict each other.
-/// @warning A check reads the record's object pointer. While another thread may release the last use, a weak pointer is
-///     to be asked by `WeakPtr::isExpired` and `WeakPtr::lock` only.
+/// An operation that is described as checked throws `Exception<2>`: "validRefCounter(pRefCounter) : Invalid reference
+/// counter!" if the use count and the object pointer of the control block contradict each other.
+/// @warning A check reads the object pointer of the control block. While another thread may release the last use, query
+/// a
+///     weak pointer with `WeakPtr::isExpired` and `WeakPtr::lock` only.
 class VORN_API RefCounterWrapper {
 public:
-    /// Leaves the record unwritten.
+    /// Leaves the pointer uninitialised.
     /// @warning The deriving class must set `pRefCounter`.
     RefCounterWrapper() {}
 
-    /// Copies the pointer and counts nothing.
+    /// Copies the pointer; changes no count.
     RefCounterWrapper(const RefCounterWrapper& other) : pRefCounter(other.pRefCounter) {}
 
-    /// Copies the pointer; counts nothing and releases nothing.
+    /// Copies the pointer; changes no count and releases nothing.
     RefCounterWrapper& operator=(const RefCounterWrapper& other) {
         pRefCounter = other.pRefCounter;
         return *this;
     }
 
-    /// Gives up the count that this handle holds and becomes null.
+    /// Releases the count that this pointer holds and makes the pointer null.
     virtual void reset() = 0;
 
-    /// True if there is no record or no object any more. Checked, unlike `isNotNull`.
+    /// Returns true if there is no control block, or if its object has been destroyed. Checked, unlike `isNotNull`.
     bool isNull() const {
         VORN_INTERNAL_ASSERT(validRefCounter(pRefCounter), "Invalid reference counter!");
         return !pRefCounter || !pRefCounter->m_ptr;
     }
 
-    /// True if there is a record with an object. Not checked: it answers on a corrupt record too.
+    /// Returns true if there is a control block with an object. Not checked: it also returns a result for an invalid
+    /// control block.
     bool isNotNull() const { return pRefCounter && pRefCounter->m_ptr; }
 
-    int getUseCount() const;   ///< Strong references; 0 with no record. Checked.
-    int getWeakCount() const;  ///< Weak references; 0 with no record. Checked.
-    bool isArray() const;      ///< Whether the object is an array; false with no record. Checked.
-    bool isThreadsafe() const; ///< Whether releases take the lock; true with no record. Checked.
+    int getUseCount() const;   ///< Returns the number of uses; 0 without a control block. Checked.
+    int getWeakCount() const;  ///< Returns the number of weak references; 0 without a control block. Checked.
+    bool isArray() const;      ///< Returns true if the object is an array; false without a control block. Checked.
+    bool isThreadsafe() const; ///< Returns true if releases lock, and also without a control block. Checked.
 
-    /// Never makes anything thread-safe: with a record it does nothing, without one it ends in a memory fault. Checked.
-    /// @warning Ask for a thread-safe record when the record is made.
+    /// Does *not* make the control block thread-safe: does nothing if there is one, and is a memory fault if there is
+    /// none. Checked.
+    /// @warning Request a thread-safe control block when the object is first shared: `makeSharedThreadsafe`, or
+    ///     `REF_COUNTER_THREADSAFE`.
     void makeThreadsafe() const;
 
 protected:
-    /// Gives up one use count: destroys the object first and frees the record after it, the other way round than the
-    /// free `releaseUseCount`. `pRefCounter` stays as it is. Checked. Near the end of the stack an outer release may do
-    /// both later; see SharedPtr.
-    /// @warning Faults with no record. A record whose `getDeleter` gives null is not freed.
-    void releaseUseCount();
-    void releaseUseCountNonInline(); ///< `releaseUseCount`, out of line.
-
-    /// Gives up one weak count and frees the record with the last one if the object is gone; does nothing with no
-    /// record. `pRefCounter` stays as it is.
+    /// Releases one use. The last use destroys the object first and frees the control block after it, which is the
+    /// opposite order of the free function `releaseUseCount`. `pRefCounter` is not changed. Checked.
     ///
-    /// Raises `Exception<2>`, "(pRefCounter)->m_weakCount : can't release when weak count == 0", and, with the count
-    /// already lowered, "!pRefCounter->m_ptr : non-null pointer found when use count is zero!!!!".
-    void releaseWeakCount();
-    void releaseWeakCountNonInline(); ///< `releaseWeakCount`, out of line.
+    /// Near the end of the stack, both may be done later, by an outer release; see SharedPtr.h.
+    /// @warning A memory fault without a control block. A control block whose `getDeleter` returns null is leaked.
+    void releaseUseCount();
+    void releaseUseCountNonInline(); ///< The same as `releaseUseCount`, out of line.
 
-    RefCounter* pRefCounter; // the record, or null
+    /// Releases one weak count, and frees the control block with the last one if the object has been destroyed. Does
+    /// nothing without a control block. `pRefCounter` is not changed.
+    ///
+    /// Throws `Exception<2>`: "(pRefCounter)->m_weakCount : can't release when weak count == 0".
+    /// Throws `Exception<2>`: "!pRefCounter->m_ptr : non-null pointer found when use count is zero!!!!", after the
+    /// count has been lowered.
+    void releaseWeakCount();
+    void releaseWeakCountNonInline(); ///< The same as `releaseWeakCount`, out of line.
+
+    RefCounter* pRefCounter; ///< the control block, or null
 
 private:
     static void releaseUseCountNonInlinePart(RefCounter::Deleter deleter, void* object, RefCounter* counter);
     void releaseWeakCountNonInlinePart(VornPrivate::RefCounterGuard& guard);
 };
 
-/// Gives pointer types access to the record inside a shared object.
+/// Gives pointer types access to the control block of a shared object.
 class VORN_API PtrTypeBase {
 public:
     PtrTypeBase() {}
@@ -91,20 +100,20 @@ public:
 protected:
     virtual ~PtrTypeBase() {}
 
-    /// The record of `object`, null if it has none.
-    /// @warning `object` must not be null; it is not checked.
+    /// Returns the control block of `object`, or null if it has none.
+    /// @warning `object` must not be null; this is not checked.
     static RefCounter* getRefCounter(SharedObjectBase* object);
 
-    /// Lets `object` remember `counter`.
+    /// Stores `counter` as the control block of `object`.
     static void setRefCounter(SharedObjectBase* object, RefCounter* counter) { object->m_refCounter = counter; }
 
-    /// Takes back one `getOrCreateRefCounter`, for a pointer whose construction fails after it. With other uses the use
-    /// count goes down by one; otherwise the object is left without a record, alive, and the record is freed.
-    /// @warning Weak counts do not keep the record.
+    /// Undoes one `getOrCreateRefCounter`, for a pointer whose construction fails after it. If there are other uses,
+    /// the use count is lowered by one. Otherwise the object is left alive without a control block, which is freed.
+    /// @warning The control block is freed even if weak counts are left.
     static void undoGetOrCreateRefCounter(SharedObjectBase* object, RefCounter* counter);
 };
 
-// What follows is inlined into pointer types; their users may stop reading here.
+// The rest of this header is inlined into pointer types. Users need not read on.
 
 inline void RefCounterWrapper::releaseUseCount() {
     VORN_INTERNAL_ASSERT(validRefCounter(pRefCounter), "Invalid reference counter!");
@@ -118,7 +127,7 @@ inline void RefCounterWrapper::releaseUseCount() {
             object = pRefCounter->m_ptr;
             pRefCounter->m_ptr = nullptr;
             deleter = pRefCounter->getDeleter();
-            // Relaxed: the lock, or the caller of a record that is not thread-safe, orders this with weak releases.
+            // Relaxed: the lock orders this with weak releases, or the caller if the control block is not thread-safe.
             if (pRefCounter->m_weakCount.load(std::memory_order_relaxed) < 1) unused = pRefCounter;
         }
     }

@@ -1,4 +1,5 @@
-// SharedRecord: the records that SharedPtr makes. Support of the pointer templates; not for direct use.
+/// @file
+/// The control blocks that SharedPtr creates. Support of the pointer templates; not for direct use.
 #pragma once
 
 #include "Vorn/Assert.h"
@@ -8,19 +9,19 @@
 
 namespace VornPrivate {
 
-/// Reaches the record inside a shared object.
+/// Accesses the control block of a shared object.
 struct SharedObjectAccess : Vorn::PtrTypeBase {
     using Vorn::PtrTypeBase::getRefCounter;
     using Vorn::PtrTypeBase::setRefCounter;
     using Vorn::PtrTypeBase::undoGetOrCreateRefCounter;
 };
 
-/// The record of an object that is being destroyed: its use count is 0 for good.
+/// The control block of an object that is being destroyed: its use count stays 0.
 class DeadRecord final : public Vorn::RefCounter {
 public:
     Deleter getDeleter() override { return nullptr; }
 
-    /// One object for all, which is never destroyed: objects die after main as well.
+    /// Returns the one such control block, which is never destroyed: objects are destroyed after `main` as well.
     static Vorn::RefCounter* get() {
         union Storage {
             Storage() : record() {}
@@ -32,27 +33,27 @@ public:
     }
 };
 
-/// What becomes of a shared object's memory of its record when the last use goes.
+/// What a shared object stores as its control block after its last use.
 enum class AfterLastUse {
-    DEAD,  // the object is destroyed: a pointer made of it meanwhile is refused
-    RENEW, // the deleter decides: an object that it keeps may be shared anew
+    DEAD,  ///< DeadRecord: the object is being destroyed, and creating a pointer to it throws
+    RENEW, ///< null: the deleter may keep the object, which can be shared again
 };
 
-/// The record of any object.
+/// The control block of any object.
 class ObjectRefCounter final : public Vorn::RefCounter {
 public:
-    /// Starts with one use. `sharedObject` is the part of the object that remembers this record, null if there is none.
+    /// Starts with one use. `sharedObject` is the part of the object that stores its control block, or null.
     ObjectRefCounter(void* object, Deleter deleter, bool isArray, bool isThreadsafe,
                      Vorn::SharedObjectBase* sharedObject, AfterLastUse afterLastUse)
         : m_afterLastUse(afterLastUse), m_deleter(deleter), m_sharedObject(sharedObject) {
-        m_useCount.store(1, std::memory_order_relaxed); // nobody else has seen the record yet
+        m_useCount.store(1, std::memory_order_relaxed); // no other thread has the control block yet
         m_ptr = object;
         m_isArray = isArray;
         m_isThreadsafe = isThreadsafe;
         if (m_sharedObject) SharedObjectAccess::setRefCounter(m_sharedObject, this);
     }
 
-    /// The object forgets this record in time: it may outlive it from now on.
+    /// Also removes this control block from the object, which may outlive it from now on.
     Deleter getDeleter() override {
         if (m_sharedObject) {
             SharedObjectAccess::setRefCounter(m_sharedObject,
@@ -63,25 +64,25 @@ public:
 
 private:
     AfterLastUse m_afterLastUse;            // first: it fits behind the flags of the base
-    Deleter m_deleter;                      // never null: a record without one would not be freed
+    Deleter m_deleter;                      // never null: a control block without one would not be freed
     Vorn::SharedObjectBase* m_sharedObject; // null for other types and for arrays
 };
 
-/// Adds one use for a holder that has one already.
+/// Adds one use. The caller must hold one.
 inline void addUse(Vorn::RefCounter* counter) {
-    counter->m_useCount.fetch_add(1, std::memory_order_relaxed); // the holder keeps the record: nothing to publish
+    counter->m_useCount.fetch_add(1, std::memory_order_relaxed); // the caller holds a count: nothing to publish
 }
 
-/// Adds one weak count for a holder of any count.
+/// Adds one weak count. The caller must hold a count of either kind.
 inline void addWeak(Vorn::RefCounter* counter) {
-    counter->m_weakCount.fetch_add(1, std::memory_order_relaxed); // the holder keeps the record: nothing to publish
+    counter->m_weakCount.fetch_add(1, std::memory_order_relaxed); // the caller holds a count: nothing to publish
 }
 
-/// Adds one use unless there is none any more: a dead object is never revived.
+/// Adds one use and returns true, unless the use count is 0: a destroyed object is never shared again.
 inline bool tryAddUse(Vorn::RefCounter* counter) {
     int count = counter->m_useCount.load(std::memory_order_relaxed);
     while (count > 0) {
-        // Acquire: pairs with the releases of other uses, whose writes to the object are to be seen.
+        // Acquire: pairs with the releases of other uses, so that their writes to the object are visible.
         if (counter->m_useCount.compare_exchange_weak(count, count + 1, std::memory_order_acq_rel,
                                                       std::memory_order_relaxed)) {
             return true;
@@ -105,7 +106,7 @@ void* untyped(T* object) {
     return const_cast<std::remove_cv_t<T>*>(object);
 }
 
-/// The part of an object that remembers its record; null if its type has none.
+/// Returns the part of an object that stores its control block; null if its type has none.
 template <class T>
 Vorn::SharedObjectBase* sharedObjectOf(T* object) {
     using Object = std::remove_cv_t<T>;
@@ -118,7 +119,8 @@ Vorn::SharedObjectBase* sharedObjectOf(T* object) {
     }
 }
 
-/// Makes a record for an object that has none; an object that cannot get one is destroyed, as by its last use.
+/// Creates a control block for an object that has none. If its allocation throws, destroys the object as its last use
+/// does.
 inline Vorn::RefCounter* createRefCounter(void* object, Vorn::RefCounter::Deleter deleter, bool isArray,
                                           bool isThreadsafe, Vorn::SharedObjectBase* sharedObject,
                                           AfterLastUse afterLastUse) {
@@ -132,7 +134,7 @@ inline Vorn::RefCounter* createRefCounter(void* object, Vorn::RefCounter::Delete
     }
 }
 
-/// Adds a use to the record that `sharedObject` remembers; null if it has none yet.
+/// Adds a use to the control block of `sharedObject` and returns it; null if there is none yet.
 inline Vorn::RefCounter* getRefCounterWithUse(Vorn::SharedObjectBase* sharedObject, bool isThreadsafe) {
     Vorn::RefCounter* const counter = sharedObject ? SharedObjectAccess::getRefCounter(sharedObject) : nullptr;
     if (!counter) return nullptr;
@@ -148,7 +150,7 @@ inline Vorn::RefCounter* getRefCounterWithUse(Vorn::SharedObjectBase* sharedObje
     return counter;
 }
 
-/// The record of `object` with one use added, made first if there is none.
+/// Returns the control block of `object` with one use added. Creates it if there is none.
 template <class T>
 Vorn::RefCounter* getOrCreateRefCounter(T* object, bool isThreadsafe) {
     using Object = std::remove_cv_t<T>;

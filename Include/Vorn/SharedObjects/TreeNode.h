@@ -1,13 +1,19 @@
-// TreeNode: base of shared objects that form a tree.
-//
-//     class SceneNode : public TreeNode<SceneNode> { ... };
-//
-// A node holds its children through shared pointers and knows its parent, which is not counted, and its index. A root
-// is held by whoever made it. Children that somebody else holds too become roots when their parent dies.
-//
-// Cost: one vector per node; inserting and removing renumber the siblings behind. Walking a tree allocates nothing.
-//
-// Threads: a tree belongs to one thread at a time.
+/// @file
+/// TreeNode: the base of shared objects that form a tree.
+///
+///     class SceneNode : public Vorn::TreeNode<SceneNode> { ... };
+///     root->append(Vorn::makeShared<SceneNode>());
+///     for (SceneNode& node : root->depthFirst()) node.draw();
+///
+/// A node owns its children through shared pointers. It stores its parent, which is not counted, and its index. A root
+/// is owned by the pointers of the program. When a node is destroyed, children that have other owners become roots.
+/// Trees of any depth can be destroyed; SharedPtr.h describes the order near the end of the stack.
+///
+/// Cost: one vector per node. Inserting and removing renumber the siblings behind. Walking a tree allocates nothing.
+///
+/// Failures: only `append` and `insert` allocate. An operation that throws leaves the tree unchanged.
+///
+/// Threads: a tree belongs to one thread at a time.
 #pragma once
 
 #include "Vorn/SharedObjects/SharedPtr.h"
@@ -18,9 +24,7 @@
 
 namespace Vorn {
 
-/// A node whose parent and children are T, which derives from it.
-///
-/// Trees of any depth can be destroyed; see SharedPtr for the order near the end of the stack.
+/// A node of a tree of T, which derives from it.
 template <class T>
 class TreeNode : public TreeNodeShared {
 public:
@@ -30,32 +34,43 @@ public:
         for (const SharedPtr<T>& child : m_children) detach(*child);
     }
 
-    T* getParent() { return static_cast<T*>(TreeNodeHelper::getParent(this)); } ///< null at a root
-    unsigned int getIndex() { return TreeNodeHelper::getCachedIndex(this); }    ///< among the siblings; 0 at a root
+    T* getParent() { return static_cast<T*>(TreeNodeHelper::getParent(this)); } ///< Returns null at a root.
+    unsigned int getIndex() {
+        return TreeNodeHelper::getCachedIndex(this);
+    } ///< Position among the siblings; 0 at a root.
+    /// Returns the number of children.
     unsigned int getChildCount() const { return static_cast<unsigned int>(m_children.size()); }
 
-    /// The children in order. Not to be walked while the list changes.
+    /// Returns the children in order.
+    /// @warning A change of the list invalidates iterators of it.
     const std::vector<SharedPtr<T>>& getChildren() const { return m_children; }
 
-    /// Raises `Exception<4>`, "index out of range!".
+    /// Returns a child.
+    ///
+    /// Throws `Exception<4>`: "index out of range!".
     T& getChild(unsigned int index) const {
         if (index >= m_children.size()) VORN_THROW(4, "index out of range!");
         return *m_children[index];
     }
 
-    /// Puts `child` behind the other children; see `insert`.
+    /// Inserts `child` behind the other children; see `insert`.
     void append(const SharedPtr<T>& child) {
         insert(getChildCount() - (child && child->m_parent == this ? 1u : 0u), child);
     }
 
-    /// Puts `child` at `index`. It leaves its old parent first, and if that is this node, `index` counts without it.
+    /// Inserts `child` at `index`. Removes it from its old parent first; if that is this node, `index` does not count
+    /// it.
     ///
-    /// Raises `Exception<4>`: "null node!", "index out of range!", "Can't append a node under itself!" or "Can't append
-    /// a node under its descendant!"; the checks of TreeNodeHelper; `std::bad_alloc`. The tree is as it was then.
+    /// Throws `Exception<4>`: "null node!".
+    /// Throws `Exception<4>`: "index out of range!".
+    /// Throws `Exception<4>`: "Can't append a node under itself!".
+    /// Throws `Exception<4>`: "Can't append a node under its descendant!".
+    /// Throws `std::bad_alloc`, and `Exception<2>` where a check of TreeNodeHelper fails. The tree is unchanged after
+    /// each of these.
     void insert(unsigned int index, const SharedPtr<T>& child) {
         if (!child) VORN_THROW(4, "null node!");
         TreeNode& node = *child;
-        // A node without children is nobody's ancestor.
+        // A node without children is not an ancestor.
         TreeNodeHelper::ensureInsertableNode(this, &node, !node.m_children.empty());
         TreeNode* const oldParent = node.getParent();
         const unsigned int limit = getChildCount() - (oldParent == this ? 1u : 0u);
@@ -69,7 +84,9 @@ public:
         cacheIndexesFrom(index);
     }
 
-    /// Takes the child at `index` out and gives it; it is a root then. Raises `Exception<4>`, "index out of range!".
+    /// Removes the child at `index`, which becomes a root, and returns it.
+    ///
+    /// Throws `Exception<4>`: "index out of range!".
     SharedPtr<T> removeAt(unsigned int index) {
         if (index >= m_children.size()) VORN_THROW(4, "index out of range!");
         TreeNodeHelper::assertValidTreeNodeInChildList(m_children[index].get());
@@ -80,14 +97,18 @@ public:
         return child;
     }
 
-    /// Takes `child` out and gives it. Raises `Exception<4>`, "not a child of this node!".
+    /// Removes `child`, which becomes a root, and returns it.
+    ///
+    /// Throws `Exception<4>`: "not a child of this node!".
     SharedPtr<T> remove(T& child) {
         TreeNode& node = child;
         if (node.m_parent != this) VORN_THROW(4, "not a child of this node!");
         return removeAt(node.getIndex());
     }
 
-    /// Moves the child at `from` so that it stands at `to`. Raises `Exception<4>`, "index out of range!".
+    /// Moves the child at `from` to `to`; the children between them move up or down by one.
+    ///
+    /// Throws `Exception<4>`: "index out of range!".
     void move(unsigned int from, unsigned int to) {
         if (from >= m_children.size() || to >= m_children.size()) VORN_THROW(4, "index out of range!");
         const auto at = [this](unsigned int index) { return m_children.begin() + static_cast<std::ptrdiff_t>(index); };
@@ -99,9 +120,12 @@ public:
         cacheIndexesFrom(from < to ? from : to);
     }
 
-    /// This node and everything below it, each parent before its children, for a range-based loop. Nodes may be added
-    /// below or behind the current one meanwhile, and children of it removed; the node itself must stay where it is.
-    /// @warning The range does not hold this node: in `for (Node& node : makeShared<Node>()->depthFirst())` it is gone.
+    /// Returns a range of this node and all its descendants, each parent before its children, for a range-based loop.
+    ///
+    /// During the loop, nodes may be added below or behind the current one, and its children may be removed. The
+    /// current node itself must stay where it is.
+    /// @warning The range does not own this node. In `for (Node& node : makeShared<Node>()->depthFirst())` the node is
+    ///     destroyed before the loop begins; store the SharedPtr first.
     DepthFirstRange depthFirst() { return DepthFirstRange(static_cast<T*>(this)); }
 
 protected:
@@ -117,7 +141,7 @@ private:
         for (; index < m_children.size(); ++index) TreeNodeHelper::cacheIndex(m_children[index].get(), index);
     }
 
-    // Grows as a vector does by itself, so that appending stays cheap.
+    // Doubles as a vector does, so that appending has constant cost on average.
     std::size_t grownCapacity() const {
         if (m_children.size() < m_children.capacity()) return m_children.capacity();
         return m_children.empty() ? 1 : 2 * m_children.size();
@@ -126,7 +150,7 @@ private:
     std::vector<SharedPtr<T>> m_children; // never null; each has this node as parent and its position cached
 };
 
-/// The nodes of one subtree, each parent before its children.
+/// The nodes of a subtree, each parent before its children.
 template <class T>
 class TreeNode<T>::DepthFirstRange {
 public:
@@ -135,7 +159,7 @@ public:
         T& operator*() const { return *m_node; }
         T* operator->() const { return m_node; }
 
-        /// Goes to the first child, or up to the next sibling of the nearest ancestor that has one.
+        /// Advances to the first child, or to the next sibling of the node or of its nearest ancestor that has one.
         Iterator& operator++() {
             if (m_node->getChildCount() > 0) {
                 enter(0);

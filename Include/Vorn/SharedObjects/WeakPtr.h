@@ -1,27 +1,36 @@
-// WeakPtr: pointer to a shared object that does not keep it alive.
-//
-// It keeps only the record, so it can tell whether the object still lives: lock() gives a SharedPtr or null. Take it
-// for caches, for listeners and to break circles of SharedPtr.
-//
-// Cost: three words; copying and destroying are one locked add each, lock() is one compare-and-swap.
-//
-// Threads: lock() and isExpired() may run while other threads release uses, and lock() never revives a dead object. The
-// record must be thread-safe if weak pointers go while another thread may release the last use.
+/// @file
+/// WeakPtr: a pointer to a shared object that does not keep it alive.
+///
+///     const Vorn::WeakPtr<Door> watched = door;
+///     if (const auto locked = watched.lock()) locked->open();
+///
+/// It keeps only the control block, so it can report whether the object has been destroyed. `lock` returns a SharedPtr,
+/// or null after that. Use it for caches and listeners, and to break cycles of SharedPtr.
+///
+/// Cost: three words; copying and destroying are one atomic add each, `lock` is one compare-and-swap.
+///
+/// Failures: no operation allocates or throws.
+///
+/// Threads: `lock` and `isExpired` may run while other threads release uses; `lock` never returns an object that is
+/// being destroyed. If weak pointers are destroyed while another thread may release the last use, the control block
+/// must be thread-safe.
 #pragma once
 
 #include "Vorn/SharedObjects/SharedPtr.h"
 
 namespace Vorn {
 
-/// Weak pointer to a shared T.
+/// A weak pointer to a shared T, or with `T[]` to a shared array.
 template <class T>
 class WeakPtr final : public RefCounterWrapper {
 public:
     using Element = std::remove_extent_t<T>;
 
+    /// A null pointer.
     WeakPtr() noexcept : WeakPtr(nullptr, nullptr) {}
     WeakPtr(std::nullptr_t) noexcept : WeakPtr() {}
 
+    /// Refers to the object of `other`.
     template <class U, std::enable_if_t<isSharedConvertible<U, T>(), int> = 0>
     WeakPtr(const SharedPtr<U>& other) noexcept : WeakPtr(other.pRefCounter, other.m_object) {
         addWeak();
@@ -31,8 +40,8 @@ public:
 
     WeakPtr(WeakPtr&& other) noexcept : WeakPtr(other.pRefCounter, other.m_object) { other.forget(); }
 
-    /// Points at the object as one of its bases or interfaces. The object is locked meanwhile: finding a virtual base
-    /// reads it.
+    /// Refers to the object as one of its bases or interfaces. Locks the object meanwhile, because the conversion to a
+    /// virtual base reads it.
     template <class U, std::enable_if_t<isSharedConvertible<U, T>(), int> = 0>
     WeakPtr(const WeakPtr<U>& other) : WeakPtr(other.pRefCounter, nullptr) {
         m_object = other.lock().get();
@@ -51,7 +60,7 @@ public:
         return *this;
     }
 
-    /// Gives up the record and becomes null.
+    /// Releases the weak count and makes the pointer null.
     void reset() override { WeakPtr().swap(*this); }
 
     void swap(WeakPtr& other) noexcept {
@@ -59,18 +68,19 @@ public:
         std::swap(m_object, other.m_object);
     }
 
-    /// A SharedPtr to the object; null if it is dead.
+    /// Returns a SharedPtr to the object; null if the object has been destroyed.
     SharedPtr<T> lock() const {
         if (!pRefCounter || !VornPrivate::tryAddUse(pRefCounter)) return SharedPtr<T>();
         return SharedPtr<T>(pRefCounter, m_object);
     }
 
-    /// True if there is no living object. In a program with threads only true is certain to stay.
+    /// Returns true if there is no object, or if it has been destroyed. If other threads share the object, a result of
+    /// false may be outdated at once; use `lock`.
     bool isExpired() const noexcept {
         return !pRefCounter || pRefCounter->m_useCount.load(std::memory_order_relaxed) < 1;
     }
 
-    /// True for pointers to the same object, dead or alive.
+    /// Returns true for pointers to the same object, also after it has been destroyed.
     friend bool operator==(const WeakPtr& a, const WeakPtr& b) noexcept { return a.pRefCounter == b.pRefCounter; }
     friend bool operator!=(const WeakPtr& a, const WeakPtr& b) noexcept { return !(a == b); }
 
@@ -94,17 +104,17 @@ private:
         m_object = nullptr;
     }
 
-    Element* m_object; // dangles once the object is dead; used only under a use count
+    Element* m_object; // dangles after the object has been destroyed; used only while a use is held
 };
 
-/// The record that `pointer` holds, for bindings that count in it themselves; null if there is none.
+/// Returns the control block of `pointer`, for bindings that count in it themselves; null if there is none.
 template <class T>
 RefCounter* weakRecord(const WeakPtr<T>& pointer) {
     return pointer.pRefCounter;
 }
 
-/// The address of the object, for bindings that lock the record themselves.
-/// @warning Dangles once the object is dead.
+/// Returns the address of the object, for bindings that lock the control block themselves.
+/// @warning Dangles after the object has been destroyed.
 template <class T>
 typename WeakPtr<T>::Element* weakObject(const WeakPtr<T>& pointer) {
     return pointer.m_object;
@@ -114,7 +124,7 @@ typename WeakPtr<T>::Element* weakObject(const WeakPtr<T>& pointer) {
 
 namespace std {
 
-/// Hashes as the record, so the hash stays when the object dies.
+/// The hash of the address of the control block, which stays the same after the object has been destroyed.
 template <class T>
 struct hash<Vorn::WeakPtr<T>> {
     size_t operator()(const Vorn::WeakPtr<T>& pointer) const noexcept {
