@@ -543,7 +543,11 @@ const Operation OPERATIONS[] = {
      true},
 };
 
+#if VORN_TEST_HAS_ASAN || VORN_TEST_HAS_TSAN // many times slower
+constexpr unsigned int SIZES = 3, FACTOR = 4;
+#else
 constexpr unsigned int SIZES = 4, FACTOR = 4;
+#endif
 
 // Seconds of one run for n, the least of a few.
 double secondsOf(const Operation& operation, unsigned int n) {

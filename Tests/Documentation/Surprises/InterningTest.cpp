@@ -1,0 +1,87 @@
+#include "Documentation/Surprises/Surprise.h"
+#include "Vorn/String/Interop.h"
+#include "Vorn/String/StringOwnerMap.h"
+
+#include <memory>
+
+namespace {
+
+using namespace Vorn;
+
+using Map = StringOwnerMap<unsigned char>;
+
+struct Pool : StringOwnerAllocWrapperBase {
+    void* allocate(unsigned int bytes) override {
+        blocks.push_back(std::make_unique<unsigned char[]>(bytes));
+        return blocks.back().get();
+    }
+    std::vector<std::unique_ptr<unsigned char[]>> blocks;
+};
+
+const unsigned char TEXT[] = "textual";
+
+} // namespace
+
+const Surprises INTERNING_SURPRISES = {
+    {"`StringOwnerMap::mapStringNonInline` of static text that is not terminated",
+     [] {
+         Map map;
+         Pool pool;
+         const String string(TEXT, 4, STRING_DATA_STATIC);
+         const unsigned char* const buffer = map.mapStringNonInline(string, pool);
+         EXPECT_NE(string.getData()->getTerminatedBuffer<unsigned char>(), buffer) << "freed";
+         EXPECT_EQ(map.size(), 1u);
+         EXPECT_EQ(map.mapString(buffer, 4, true).getData(), string.getData()) << "still mapped";
+     },
+     [] {
+         Map map;
+         Pool pool;
+         const String string(TEXT, 8, STRING_DATA_STATIC);
+         const unsigned char* const buffer = map.mapStringNonInline(string, pool);
+         EXPECT_EQ(string.getData()->getTerminatedBuffer<unsigned char>(), buffer);
+     }},
+    {"Copy and assignment of a `StringOwnerMap`",
+     [] {
+         Map map;
+         map.mapString(TEXT, 4, false);
+         const Map copy(map);
+         EXPECT_EQ(copy.size(), 0u);
+         map = copy;
+         EXPECT_EQ(map.size(), 1u);
+     },
+     nullptr},
+    {"`StringOwnerMap::mapString` after its text was refused",
+     [] {
+         const unsigned char bad[] = {0x80, 0};
+         Map map;
+         EXPECT_THROW(map.mapString(bad, 1, false), Exception<7>);
+         EXPECT_NO_THROW(map.mapString(bad, 1, false));
+     },
+     [] {
+         const unsigned char bad[] = {0x80, 0};
+         Map map;
+         EXPECT_THROW(map.mapString(bad, 1, false), Exception<7>);
+         EXPECT_TRUE(map.mapString(bad, 1, false).isNull());
+     }},
+    {"`StringOwnerMap::mapStringNonInline` of the map's own buffer",
+     [] {
+         Map map;
+         Pool pool;
+         EXPECT_EQ(map.mapStringNonInline(map.mapString(TEXT, 4, false), pool), TEXT);
+         EXPECT_NE(TEXT[4], 0);
+     },
+     [] {
+         Map map;
+         Pool pool;
+         const unsigned char* const buffer = map.mapStringNonInline(map.mapString(TEXT, 7, true), pool);
+         EXPECT_EQ(buffer[7], 0);
+     }},
+    {"`StringOwnerMap::unmapString` of external text",
+     [] {
+         Map map;
+         map.mapString(TEXT, 4, false);
+         map.unmapString(TEXT, 4);
+         EXPECT_EQ(map.size(), 1u);
+     },
+     nullptr},
+};
