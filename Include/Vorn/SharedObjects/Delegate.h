@@ -201,7 +201,9 @@ public:
     void rebind(const Delegate& other) { replaceRecord(other.getPOD()); }
 
 private:
-    friend typename VornPrivate::OperationsOf<Delegate, Result, Args...>::Type;
+    /// @cond
+    friend typename VornPrivate::OperationsOf<Delegate, Result, Args...>::Type; // Doxygen takes it for a member
+    /// @endcond
     explicit Delegate(const DelegatePOD& pod) : DelegateBase(pod) {}
 };
 
