@@ -1,7 +1,8 @@
 #include "Vorn/String/String.h"
 
 #include "RecordMemory.h"
-#include "StringDataHelper.h"
+#include "StringDataConversion.h"
+#include "TextBlock.h"
 
 #include <cstring>
 #include <memory>
@@ -42,7 +43,7 @@ String::String(const std::string& text) : m_data(nullptr) {
     if (text.empty()) {
         m_data = s_emptyString.m_data;
     } else {
-        if (text.size() > VornPrivate::MAX_TEXT_LENGTH) VORN_THROW(4, "length : text too long!");
+        if (text.size() > VornPrivate::MAX_TEXT_LENGTH) VORN_THROW(E::PARAMETER, "length : text too long!");
         std::unique_ptr<unsigned char[]> block(new unsigned char[text.size() + 1]);
         std::memcpy(block.get(), text.c_str(), text.size() + 1);
         const std::uint64_t length = std::uint64_t(text.size()) + 1;
@@ -76,10 +77,10 @@ void String::append(const StringData& other) {
     const unsigned int otherLength = sizeof(CharType) == 1 ? other.getUTF8Length() : other.getUTF16Length();
     VORN_INTERNAL_ASSERT(otherLength, "expected non-zero length!", ADD);
 
-    if (otherLength > VornPrivate::MAX_TEXT_LENGTH - length) VORN_THROW(4, "length : text too long!", ADD);
+    if (otherLength > VornPrivate::MAX_TEXT_LENGTH - length) VORN_THROW(E::PARAMETER, "length : text too long!", ADD);
     const unsigned int joinedLength = length + otherLength;
     const unsigned int overrun = sizeof(CharType) == 1 ? overrunOfUTF8(other) : 0;
-    std::unique_ptr<CharType[]> block = allocateText<CharType>(std::uint64_t(joinedLength) + overrun);
+    std::unique_ptr<CharType[]> block = VornPrivate::allocateText<CharType>(std::uint64_t(joinedLength) + overrun);
     // The length as a number of bytes: half of a UTF-16 text, and zero bytes for the other half.
     std::memcpy(block.get(), m_data->getPrivateBuffer<CharType>(), length);
     if constexpr (sizeof(CharType) != 1) std::memset(reinterpret_cast<unsigned char*>(block.get()) + length, 0, length);

@@ -1,6 +1,7 @@
 #include "Vorn/String/StringData.h"
 
-#include "StringDataHelper.h"
+#include "StringDataConversion.h"
+#include "StringDataScan.h"
 
 #include <cstring>
 
@@ -44,7 +45,7 @@ StringData::StringData(const UTF16Char* buffer, std::uint64_t length, StringAllo
 
 template <class CharType>
 void StringData::initialise(const CharType* buffer, std::uint64_t length, StringAllocationType type) {
-    if (!buffer) VORN_THROW(4, "buffer must not be null!!!!");
+    if (!buffer) VORN_THROW(E::PARAMETER, "buffer must not be null!!!!");
 
     bool terminated = length == UNKNOWN_LENGTH;
     if (length == 0) {
@@ -62,9 +63,9 @@ void StringData::initialise(const CharType* buffer, std::uint64_t length, String
         case STRING_DATA_ASCII:
         case STRING_DATA_UCS2:
         case STRING_DATA_UNICODE: m_charset = charset; break;
-        default: VORN_THROW(2, "Invalid charset!!!");
+        default: VORN_THROW(E::INTERNAL, "Invalid charset!!!");
         }
-        m_embeddedNulls = (verdict & SCAN_HAS_NULL) != 0;
+        m_embeddedNulls = (verdict & VornPrivate::SCAN_HAS_NULL) != 0;
     }
 
     StringDataBufferInfo& info = infoOf<CharType>();

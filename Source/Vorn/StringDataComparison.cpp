@@ -1,4 +1,5 @@
 // Equality and order of records, in all pairs of encodings and without building a buffer.
+#include "Vorn/Private/Sentinels.h"
 #include "Vorn/String/StringData.h"
 #include "Vorn/String/Unicode.h"
 
@@ -8,6 +9,8 @@
 namespace Vorn {
 
 namespace {
+
+using namespace VornPrivate;
 
 template <class CharType>
 struct Text {
@@ -48,7 +51,7 @@ bool crossEqual(const UTF8Text& utf8, const UTF16Text& utf16, StringDataSubChars
         UTF32Char c = utf16.buffer[j];
         if (charset != STRING_DATA_UCS2) {
             c = Unicode::getUTF32Char(utf16.buffer[j]);
-            if (c == 0xFDD1) {
+            if (c == FIRST_SURROGATE) {
                 ++j;
                 c = Unicode::getUTF32Char(utf16.buffer[j - 1], utf16.buffer[j]);
             }

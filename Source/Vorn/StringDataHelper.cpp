@@ -1,7 +1,16 @@
-#include "StringDataHelper.h"
+// Validation, lengths and conversions of whole buffers: all that throws. What never throws lies in headers by topic:
+// PlainText.h, UTF8Runs.h and UTF16Runs.h skip and count ordinary text, TextEncoding.h converts it. A loop here calls
+// them for the ordinary text from its position on, and decides about the character where they stop.
+#include "Vorn/String/StringDataHelper.h"
 
-#include "TextRuns.h"
+#include "StringDataConversion.h"
+#include "StringDataScan.h"
+#include "TextBlock.h"
+#include "TextEncoding.h"
+#include "UTF16Runs.h"
+#include "UTF8Runs.h"
 #include "Vorn/Assert.h"
+#include "Vorn/Private/Sentinels.h"
 #include "Vorn/String/Unicode.h"
 
 #include <algorithm>
@@ -17,19 +26,19 @@ using namespace VornPrivate;
 constexpr unsigned int UNKNOWN_LENGTH = 0xFFFFFFFF;
 constexpr char SCAN[] = "stringDataBufferScan";
 
-unsigned int verdictOf(bool hasNull, bool twoByteClass, bool fullClass) {
+unsigned int scanResult(bool hasNull, bool twoByteClass, bool fullClass) {
     const unsigned int charset = fullClass ? STRING_DATA_UNICODE : twoByteClass ? STRING_DATA_UCS2 : STRING_DATA_ASCII;
     return charset | (hasNull ? SCAN_HAS_NULL : 0);
 }
 
-// Proves a UTF-8 text. A terminator is no trail byte, so in a text of unknown length the tests of trails tell its end.
+// Validates a UTF-8 text. In a text of unknown length, the terminator fails every test for a trail byte.
 template <bool Terminated>
 unsigned int stringDataBufferScan(const unsigned char* buffer, unsigned int& length) {
-    // Asked for the bytes behind a lead in turn, so that no index wraps around.
+    // Called for the bytes behind a lead byte in order, so no index wraps around.
     const auto hasTrailAt = [&](unsigned int i) {
         if (!Terminated) return i < length && isTrail(buffer[i]);
         if (!isTrail(buffer[i])) return false;
-        if (i == MAX_TEXT_LENGTH) VORN_THROW(4, "length : text too long!", SCAN);
+        if (i == MAX_TEXT_LENGTH) VORN_THROW(E::PARAMETER, "length : text too long!", SCAN);
         return true;
     };
     RunCounts run;
@@ -40,43 +49,45 @@ unsigned int stringDataBufferScan(const unsigned char* buffer, unsigned int& len
     for (;;) {
         i = skipOrdinary<true, Terminated>(buffer, i, length, run);
         if (Terminated ? buffer[i] == 0 : i == length) break;
-        if (Terminated && i == MAX_TEXT_LENGTH) VORN_THROW(4, "length : text too long!");
+        if (Terminated && i == MAX_TEXT_LENGTH) VORN_THROW(E::PARAMETER, "length : text too long!");
 
         switch (UTF32::getUTF32Char(buffer[i])) {
-        case 0xFDD0: VORN_THROW(7, "Unmatched trail UTF-8 byte detected!");
+        case TRAIL_BYTE: VORN_THROW(E::UNICODE, "Unmatched trail UTF-8 byte detected!");
         case 0:
-            VORN_THROW(7, "ASCII null detected! This implementation does not support ASCII null, please use the "
-                          "sequence 0xC0 0x80 to represent null.");
-        case 0xFDD2:
-            if (!hasTrailAt(i + 1)) VORN_THROW(7, "Unmatched lead UTF-8 byte for a 2-byte sequence!");
-            // What no run takes is overlong.
-            if (UTF32::getUTF32Char(buffer[i], buffer[i + 1]) != 0) VORN_THROW(7, "Invalid overlong 2-byte sequence!");
+            VORN_THROW(E::UNICODE,
+                       "ASCII null detected! This implementation does not support ASCII null, please use the "
+                       "sequence 0xC0 0x80 to represent null.");
+        case LEAD_OF_TWO:
+            if (!hasTrailAt(i + 1)) VORN_THROW(E::UNICODE, "Unmatched lead UTF-8 byte for a 2-byte sequence!");
+            // Runs have skipped all other sequences.
+            if (UTF32::getUTF32Char(buffer[i], buffer[i + 1]) != 0)
+                VORN_THROW(E::UNICODE, "Invalid overlong 2-byte sequence!");
             hasNull = true;
             i += 2;
             break;
-        case 0xFDD3:
+        case LEAD_OF_THREE:
             if (!hasTrailAt(i + 1) || !hasTrailAt(i + 2))
-                VORN_THROW(7, "Unmatched lead UTF-8 byte for a 3-byte sequence!");
-            if (UTF32::getUTF32Char(buffer[i], buffer[i + 1], buffer[i + 2]) == 0xFDEF)
-                VORN_THROW(7, "Invalid character!");
-            VORN_THROW(7, "Invalid overlong 3-byte sequence!");
-        case 0xFDD4:
+                VORN_THROW(E::UNICODE, "Unmatched lead UTF-8 byte for a 3-byte sequence!");
+            if (UTF32::getUTF32Char(buffer[i], buffer[i + 1], buffer[i + 2]) == INVALID_CHARACTER)
+                VORN_THROW(E::UNICODE, "Invalid character!");
+            VORN_THROW(E::UNICODE, "Invalid overlong 3-byte sequence!");
+        case LEAD_OF_FOUR:
             // The text of an unpaired surrogate is specified here. Overlong forms are accepted.
             if (!hasTrailAt(i + 1) || !hasTrailAt(i + 2) || !hasTrailAt(i + 3))
-                VORN_THROW(7, "Unmatched first surrogate character!");
+                VORN_THROW(E::UNICODE, "Unmatched first surrogate character!");
             if (UTF8::invalidUnicode(buffer[i], buffer[i + 1], buffer[i + 2], buffer[i + 3]))
-                VORN_THROW(7, "Invalid character with code ending in FFFE or FFFF!");
+                VORN_THROW(E::UNICODE, "Invalid character with code ending in FFFE or FFFF!");
             fullClass = true;
             i += 4;
             break;
-        default: VORN_THROW(7, "Invalid character!");
+        default: VORN_THROW(E::UNICODE, "Invalid character!");
         }
     }
     length = i;
-    return verdictOf(hasNull, run.beyondASCII || hasNull, run.fourBytes != 0 || fullClass);
+    return scanResult(hasNull, run.beyondASCII || hasNull, run.fourBytes != 0 || fullClass);
 }
 
-// Proves a UTF-16 text.
+// Validates a UTF-16 text.
 template <bool Terminated>
 unsigned int stringDataBufferScan(const UTF16Char* buffer, unsigned int& length) {
     const auto endedAt = [&](unsigned int i) { return Terminated ? buffer[i] == 0 : i == length; };
@@ -87,49 +98,45 @@ unsigned int stringDataBufferScan(const UTF16Char* buffer, unsigned int& length)
     for (;;) {
         i = skipOrdinary<true, Terminated>(buffer, i, length, run);
         if (endedAt(i)) break;
-        if (Terminated && i == MAX_TEXT_LENGTH) VORN_THROW(4, "length : text too long!");
+        if (Terminated && i == MAX_TEXT_LENGTH) VORN_THROW(E::PARAMETER, "length : text too long!");
 
         const UTF16Char unit = buffer[i++];
         switch (UTF32::getUTF32Char(unit)) {
-        case 0xFDD1:
+        case FIRST_SURROGATE:
             if (endedAt(i)) {
-                length = i; // a text that was measured up to here keeps the measure
-                VORN_THROW(7, "Unmatched first surrogate character!");
+                length = i; // set also by this failure, as far as the text was measured
+                VORN_THROW(E::UNICODE, "Unmatched first surrogate character!");
             }
-            if (!UTF16::isSecondSurrogate(buffer[i])) VORN_THROW(7, "Unmatched first surrogate character!");
-            if (Terminated && i == MAX_TEXT_LENGTH) VORN_THROW(4, "length : text too long!");
-            VORN_THROW(7, "Invalid character with code ending in FFFE or FFFF!");
-        case 0xFDD2: VORN_THROW(7, "Unmatched second surrogate code!");
-        case 0xFDEF: VORN_THROW(7, "Invalid character!");
-        default: hasNull = true; // what no run takes and is none of the above
+            if (!UTF16::isSecondSurrogate(buffer[i])) VORN_THROW(E::UNICODE, "Unmatched first surrogate character!");
+            if (Terminated && i == MAX_TEXT_LENGTH) VORN_THROW(E::PARAMETER, "length : text too long!");
+            VORN_THROW(E::UNICODE, "Invalid character with code ending in FFFE or FFFF!");
+        case SECOND_SURROGATE: VORN_THROW(E::UNICODE, "Unmatched second surrogate code!");
+        case INVALID_CHARACTER: VORN_THROW(E::UNICODE, "Invalid character!");
+        default: hasNull = true; // U+0000: runs have skipped all other characters
         }
     }
     length = i;
-    return verdictOf(hasNull, run.twoBytes != 0 || hasNull, run.pairs != 0);
-}
-
-template <class CharType>
-unsigned int scanBuffer(const CharType* buffer, unsigned int& length) {
-    return length < UNKNOWN_LENGTH ? stringDataBufferScan<false>(buffer, length)
-                                   : stringDataBufferScan<true>(buffer, length);
+    return scanResult(hasNull, run.twoBytes != 0 || hasNull, run.pairs != 0);
 }
 
 } // namespace
 
 unsigned int stringDataScanBuffer(const unsigned char* buffer, unsigned int& length) {
-    if (!buffer) VORN_THROW(4, "Buffer is null!");
-    return scanBuffer(buffer, length);
+    if (!buffer) VORN_THROW(E::PARAMETER, "Buffer is null!");
+    const bool isMeasured = length < UNKNOWN_LENGTH;
+    return isMeasured ? stringDataBufferScan<false>(buffer, length) : stringDataBufferScan<true>(buffer, length);
 }
 
 unsigned int stringDataScanBuffer(const UTF16Char* buffer, unsigned int& length) {
-    if (!buffer) VORN_THROW(4, "Buffer is null!");
-    return scanBuffer(buffer, length);
+    if (!buffer) VORN_THROW(E::PARAMETER, "Buffer is null!");
+    const bool isMeasured = length < UNKNOWN_LENGTH;
+    return isMeasured ? stringDataBufferScan<false>(buffer, length) : stringDataBufferScan<true>(buffer, length);
 }
 
 namespace {
 
-// The checks of text that is marked as ASCII, each raising from the first unit that is not. `Function` is the name that
-// they report.
+// The checks of text that is marked as ASCII. Each throws for the first unit that is not. `Function` is the function
+// text of the report.
 
 template <const auto& Function>
 void checkLengthOfASCII(const unsigned char* buffer, unsigned int length) {
@@ -155,11 +162,11 @@ constexpr char GET_UTF16_LENGTH[] = "Vorn::stringDataGetUTF16Length";
 constexpr char GET_UTF8_LENGTH[] = "Vorn::stringDataGetUTF8Length";
 constexpr char GET_UNICODE_LENGTH[] = "Vorn::stringDataGetUnicodeLength";
 
-// Units in UTF-16 of a UTF-8 text that is not ASCII. Runs of ordinary text pass all checks.
+// Returns the length in UTF-16 of a UTF-8 text that is not ASCII. Runs of ordinary text pass all checks.
 template <bool Full>
 unsigned int measureUTF16(const unsigned char* buffer, unsigned int length) {
     RunCounts run;
-    unsigned int units = 0; // of the characters that no run takes
+    unsigned int units = 0; // of the characters that runs do not skip
     std::uint64_t i = 0;    // may pass the end by 3 bytes
     while ((i = skipOrdinary<Full, false>(buffer, static_cast<unsigned int>(i), length, run)) < length) {
         UTF32Char c = Unicode::getUTF32Char(buffer[i]);
@@ -175,18 +182,18 @@ unsigned int measureUTF16(const unsigned char* buffer, unsigned int length) {
                                  GET_UTF16_LENGTH);
         }
         VORN_INTERNAL_ASSERT(c != 0xFDD0, "unmatched trail UTF-8 byte detected!!", GET_UTF16_LENGTH);
-        if (c == 0xFDD2) {
+        if (c == LEAD_OF_TWO) {
             ++i;
             VORN_INTERNAL_ASSERT(i < length, "unmatched 2-byte UTF-8 lead byte!!", GET_UTF16_LENGTH);
             c = Unicode::getUTF32Char(buffer[i - 1], buffer[i]);
             VORN_INTERNAL_ASSERT(c != 0xFDEF, "Invalid Unicode character detected in UTF-8 buffer!!", GET_UTF16_LENGTH);
             if constexpr (Full) {
-                // Fires for 0xC0 0x80 and lets 1 to 127 pass; callers meet it so.
+                // As specified, it fails for 0xC0 0x80 and accepts 1 to 127.
                 VORN_INTERNAL_ASSERT(c || c > 127, "Overlong 2-byte UTF-8 character detected!!", GET_UTF16_LENGTH);
             } else {
                 VORN_INTERNAL_ASSERT(!c || c > 127, "Overlong 2-byte UTF-8 character detected!!", GET_UTF16_LENGTH);
             }
-        } else if (c == 0xFDD3) {
+        } else if (c == LEAD_OF_THREE) {
             i += 2;
             VORN_INTERNAL_ASSERT(i < length, "unmatched 3-byte UTF-8 lead byte!!", GET_UTF16_LENGTH);
             c = Unicode::getUTF32Char(buffer[i - 2], buffer[i - 1], buffer[i]);
@@ -206,7 +213,7 @@ unsigned int measureUTF16(const unsigned char* buffer, unsigned int length) {
     return run.characters + run.fourBytes + units;
 }
 
-// Bytes in UTF-8 of a UTF-16 text without surrogates.
+// Returns the length in UTF-8 of a UTF-16 text without surrogates.
 std::uint64_t measureUTF8OfUCS2(const UTF16Char* buffer, unsigned int length) {
     UnitCounts<0x80> run;
     unsigned int i = 0;
@@ -215,15 +222,15 @@ std::uint64_t measureUTF8OfUCS2(const UTF16Char* buffer, unsigned int length) {
         VORN_INTERNAL_ASSERT(count >= 1, "Invalid code!", GET_UTF8_LENGTH);
         VORN_INTERNAL_ASSERT(count <= 3, "Invalid UCS-2 character detected in a buffer marked as UCS-2 only!",
                              GET_UTF8_LENGTH);
-        ++i; // only U+0000 comes here, and counts as one byte
+        ++i; // U+0000, which counts as one byte
     }
     return std::uint64_t(length) + run.twoBytes + run.threeBytes;
 }
 
-// Bytes in UTF-8 of any UTF-16 text. U+007F counts as two bytes.
+// Returns the length in UTF-8 of any UTF-16 text. U+007F counts as two bytes.
 std::uint64_t measureUTF8OfUTF16(const UTF16Char* buffer, unsigned int length) {
     UnitCounts<0x7F> run;
-    std::uint64_t bytes = 0; // one for each unit of a run, and those of the characters that no run takes
+    std::uint64_t bytes = 0; // one for each unit of a run, and those of the characters that runs do not skip
     unsigned int i = 0;
     while (i < length) {
         const unsigned int start = i;
@@ -234,7 +241,7 @@ std::uint64_t measureUTF8OfUTF16(const UTF16Char* buffer, unsigned int length) {
         const UTF32Char c = Unicode::getUTF32Char(buffer[i]);
         VORN_INTERNAL_ASSERT(c != 0xFDEF, "Invalid Unicode character detected in UTF-16 buffer!!", GET_UTF8_LENGTH);
         VORN_INTERNAL_ASSERT(c != 0xFDD2, "unmatched second UTF-16 surrogate detected!!", GET_UTF8_LENGTH);
-        if (c == 0xFDD1) {
+        if (c == FIRST_SURROGATE) {
             VORN_INTERNAL_ASSERT(i < length, "unmatched first UTF-16 surrogate detected!!", GET_UTF8_LENGTH);
             ++i;
             VORN_INTERNAL_ASSERT(Unicode::getUTF32Char(buffer[i]) == 0xFDD2,
@@ -248,7 +255,7 @@ std::uint64_t measureUTF8OfUTF16(const UTF16Char* buffer, unsigned int length) {
     return bytes + run.twoBytes + run.threeBytes + std::uint64_t(2) * run.pairs;
 }
 
-// Bytes in UTF-8 of a UTF-16 text that is not ASCII.
+// Returns the length in UTF-8 of a UTF-16 text that is not ASCII.
 std::uint64_t measureUTF8(const UTF16Char* buffer, unsigned int length, StringDataSubCharset charset) {
     return charset == STRING_DATA_UCS2 ? measureUTF8OfUCS2(buffer, length) : measureUTF8OfUTF16(buffer, length);
 }
@@ -275,7 +282,7 @@ unsigned int stringDataGetUTF8Length(const UTF16Char* buffer, const StringDataBu
         return length;
     }
     const std::uint64_t bytes = measureUTF8(buffer, length, charset);
-    if (bytes > MAX_TEXT_LENGTH) VORN_THROW(4, "length : text too long!");
+    if (bytes > MAX_TEXT_LENGTH) VORN_THROW(E::PARAMETER, "length : text too long!");
     return static_cast<unsigned int>(bytes);
 }
 
@@ -319,7 +326,7 @@ unsigned int stringDataGetUnicodeLength(const UTF16Char* buffer, const StringDat
         const UTF32Char c = Unicode::getUTF32Char(buffer[i]);
         VORN_INTERNAL_ASSERT(c != 0xFDEF, "Invalid Unicode character detected in UTF-16 buffer!!");
         VORN_INTERNAL_ASSERT(c != 0xFDD2, "unmatched second UTF-16 surrogate detected!!");
-        if (c == 0xFDD1) {
+        if (c == FIRST_SURROGATE) {
             ++i;
             VORN_INTERNAL_ASSERT(i < length, "unmatched first UTF-16 surrogate detected!!");
             VORN_INTERNAL_ASSERT(Unicode::getUTF32Char(buffer[i]) == 0xFDD2,
@@ -338,10 +345,10 @@ constexpr char CONVERT_TO_UTF8[] = "Vorn::stringDataConvertToUTF8";
 constexpr char CONVERT_CREATE_UTF8[] = "Vorn::stringDataConvertCreateUTF8";
 constexpr char CONVERT_COPY_TO_UTF8[] = "Vorn::stringDataConvertCopyToUTF8";
 
-// Checks and copies ASCII in blocks that stay in the cache between the two.
+// ASCII is checked and copied in blocks of this many units, which stay in the cache in between.
 constexpr unsigned int ASCII_BLOCK = 1024;
 
-// Raises from unit `i`, where plain ASCII ends, unless that is the end of the text.
+// Throws for unit `i`, where plain ASCII ends, unless that is the end of the text.
 template <const auto& Function>
 void checkASCII(const unsigned char* sourceBuffer, unsigned int i, unsigned int length) {
     if (i == length) return;
@@ -398,54 +405,19 @@ unsigned int stringDataConvertToUTF16FromNonASCIIUTF8(StringDataSubCharset chars
                                  "non-UCS-2 character detected in a UTF-8 buffer that is marked for UCS-2 only!!");
             dest[j++] = static_cast<UTF16Char>(c);
         } else {
-            // The high half of a pair is meant to be stored first, but no value that is read passes the test for it:
-            // the low half stands alone, and as many units of the measured length are left over at the end.
+            // Only the second surrogate of a pair is stored, as specified. As many units of the measured length remain
+            // at the end.
             dest[j++] = static_cast<UTF16Char>(UTF16::getUTF16(sourceBuffer, i, sourceLength));
         }
     }
     return j;
 }
 
-constexpr unsigned int LONGEST_CHARACTER = 4; // in bytes
-
-// A caller's memory, of which only `destLength` is known: a character that begins inside is written whole.
+// The size of a caller's memory, of which only `destLength` is known: a character that starts inside is written whole.
 constexpr std::size_t UNKNOWN_SIZE = SIZE_MAX;
 
-// Writes a unit that is no first surrogate and returns the byte behind it.
-inline unsigned char* encodeUnit(unsigned char* dest, unsigned int unit) {
-    if (unit - 1 < 0x7F) {
-        *dest++ = static_cast<unsigned char>(unit);
-    } else if (unit < 0x800) {
-        *dest++ = static_cast<unsigned char>(0xC0 | (unit >> 6));
-        *dest++ = static_cast<unsigned char>(0x80 | (unit & 0x3F));
-    } else {
-        *dest++ = static_cast<unsigned char>(0xE0 | (unit >> 12));
-        *dest++ = static_cast<unsigned char>(0x80 | ((unit >> 6) & 0x3F));
-        *dest++ = static_cast<unsigned char>(0x80 | (unit & 0x3F));
-    }
-    return dest;
-}
-
-// Writes a surrogate pair and returns the byte behind it. Exact while the low byte of `first` is below 0xC0: from there
-// on the carry into the lead byte is lost, and the bytes are malformed. UTF8::getUTF8(first, second) has another rule.
-inline unsigned char* encodePair(unsigned char* dest, unsigned int first, unsigned int second) {
-    *dest++ = static_cast<unsigned char>(0xF0 + (((first + 4) >> 8) & 3));
-    *dest++ = static_cast<unsigned char>(0x90 + ((first & 0xFF) >> 2));
-    *dest++ = static_cast<unsigned char>(0x80 + ((first & 3) << 4) + ((second >> 6) & 0x0F));
-    *dest++ = static_cast<unsigned char>(0x80 + (second & 0x3F));
-    return dest;
-}
-
-// Writes the character at unit `i`, moves `i` behind it and returns the byte behind it.
-template <bool Pairs>
-inline unsigned char* encodeCharacter(unsigned char* dest, const UTF16Char* sourceBuffer, unsigned int& i) {
-    const UTF16Char unit = sourceBuffer[i++];
-    if (Pairs && UTF16::isFirstSurrogate(unit)) return encodePair(dest, unit, sourceBuffer[i++]);
-    return encodeUnit(dest, unit);
-}
-
-// Writes a text as UTF-8. Room is tested against `destLength` at the start of a character only; of one that
-// begins inside and ends behind `blockSize` bytes, what has no place in the block is dropped.
+// Converts a text to UTF-8. `destLength` is tested only at the start of a character. The bytes of a character that
+// starts before `destLength` and ends behind `blockSize` bytes are dropped where they are outside the block.
 template <bool Pairs, const auto& Function>
 std::size_t encodeText(unsigned char* dest, unsigned int destLength, std::size_t blockSize,
                        const UTF16Char* sourceBuffer, unsigned int sourceLength) {
@@ -493,7 +465,7 @@ void stringDataConvertToUTF8FromUTF16(unsigned char* dest, unsigned int destLeng
 
 namespace {
 
-// What the outer functions of both directions share. `Function` is the name that the checks of ASCII report.
+// The conversions of both directions. `Function` is the function text that the checks of ASCII report.
 
 template <class Source>
 unsigned int measureConverted(const Source* sourceBuffer, const StringDataBufferInfo& sourceInfo,
@@ -532,19 +504,19 @@ Target* convertToNew(const Source* sourceBuffer, const StringDataBufferInfo& sou
 }
 
 template <const auto& Function, class Target, class Source>
-Target* convertToRoom(const Source* sourceBuffer, const StringDataBufferInfo& sourceInfo, StringDataSubCharset charset,
-                      unsigned int capacity) {
-    if (capacity > MAX_TEXT_LENGTH) VORN_THROW(4, "length : text too long!", Function);
+Target* convertToCapacity(const Source* sourceBuffer, const StringDataBufferInfo& sourceInfo,
+                          StringDataSubCharset charset, unsigned int capacity) {
+    if (capacity > MAX_TEXT_LENGTH) VORN_THROW(E::PARAMETER, "length : text too long!", Function);
     const unsigned int length = measureConverted(sourceBuffer, sourceInfo, charset);
-    const unsigned int room = std::max(capacity, length);
-    std::unique_ptr<Target[]> dest = allocateText<Target>(room);
-    const std::size_t blockSize = static_cast<std::size_t>(room) + 1;
-    // Only text that becomes UTF-16 may use the whole room.
-    const unsigned int destLength = sizeof(Target) == 2 ? room : length;
+    const unsigned int size = std::max(capacity, length);
+    std::unique_ptr<Target[]> dest = allocateText<Target>(size);
+    const std::size_t blockSize = static_cast<std::size_t>(size) + 1;
+    // Only a conversion to UTF-16 may use the whole capacity.
+    const unsigned int destLength = sizeof(Target) == 2 ? size : length;
     const std::size_t written =
         convertInto<Function>(dest.get(), destLength, blockSize, sourceBuffer, sourceInfo.m_length, charset);
-    clearUnwritten(dest.get(), written, room);
-    dest[room] = 0;
+    clearUnwritten(dest.get(), written, size);
+    dest[size] = 0;
     dest[length] = 0;
     return dest.release();
 }
@@ -588,7 +560,7 @@ UTF16Char* stringDataConvertToUTF16(const unsigned char* sourceBuffer, const Str
 
 UTF16Char* stringDataConvertCreateUTF16(const unsigned char* sourceBuffer, const StringDataBufferInfo& sourceInfo,
                                         StringDataSubCharset charset, unsigned int capacity) {
-    return convertToRoom<CONVERT_CREATE_UTF16, UTF16Char>(sourceBuffer, sourceInfo, charset, capacity);
+    return convertToCapacity<CONVERT_CREATE_UTF16, UTF16Char>(sourceBuffer, sourceInfo, charset, capacity);
 }
 
 unsigned int stringDataConvertCopyToUTF16(const unsigned char* sourceBuffer, const StringDataBufferInfo& sourceInfo,
@@ -603,7 +575,7 @@ unsigned char* stringDataConvertToUTF8(const UTF16Char* sourceBuffer, const Stri
 
 unsigned char* stringDataConvertCreateUTF8(const UTF16Char* sourceBuffer, const StringDataBufferInfo& sourceInfo,
                                            StringDataSubCharset charset, unsigned int capacity) {
-    return convertToRoom<CONVERT_CREATE_UTF8, unsigned char>(sourceBuffer, sourceInfo, charset, capacity);
+    return convertToCapacity<CONVERT_CREATE_UTF8, unsigned char>(sourceBuffer, sourceInfo, charset, capacity);
 }
 
 unsigned int stringDataConvertCopyToUTF8(const UTF16Char* sourceBuffer, const StringDataBufferInfo& sourceInfo,
@@ -629,7 +601,7 @@ void stringDataConvertToUTF8(std::string& dest, const UTF16Char* sourceBuffer, c
     before.swap(dest);
     const std::uint64_t size = measureUTF8(sourceBuffer, length, charset);
     dest.swap(before);
-    if (size > MAX_TEXT_LENGTH) VORN_THROW(4, "length : text too long!", GET_UTF8_LENGTH);
+    if (size > MAX_TEXT_LENGTH) VORN_THROW(E::PARAMETER, "length : text too long!", GET_UTF8_LENGTH);
     dest.clear();
     dest.reserve(static_cast<std::size_t>(size));
 

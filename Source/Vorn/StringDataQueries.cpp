@@ -1,5 +1,6 @@
 // Questions about a record's text, answered from the buffer that is there.
 #include "TextSearch.h"
+#include "Vorn/Private/Sentinels.h"
 #include "Vorn/String/StringData.h"
 #include "Vorn/String/Unicode.h"
 
@@ -9,6 +10,8 @@
 namespace Vorn {
 
 namespace {
+
+using namespace VornPrivate;
 
 constexpr unsigned int NO_CHARACTER = 0xFFFFFFFF;
 
@@ -45,7 +48,7 @@ bool containsBytes(const signed char* needle, const unsigned char* buffer, unsig
     static_cast<void>(length);
     return std::strstr(text, bytes);
 #else
-    const std::size_t hit = VornPrivate::findText({text, length}, bytes);
+    const std::size_t hit = findText({text, length}, bytes);
     return hit != std::string_view::npos && (hit == 0 || !std::memchr(text, 0, hit));
 #endif
 }
@@ -78,13 +81,13 @@ UTF32Char readBack(const unsigned char* buffer, unsigned int& i) {
     UTF32Char c = Unicode::getUTF32Char(buffer[--i]);
     if (c < 0x80) return c ? c : NO_CHARACTER;
     unsigned int trails = 0;
-    for (; c == 0xFDD0 && trails < 3 && i > 0; ++trails) c = Unicode::getUTF32Char(buffer[--i]);
-    if (trails == 0 || c != 0xFDD1 + trails) return NO_CHARACTER; // not the lead of so many trail bytes
+    for (; c == TRAIL_BYTE && trails < 3 && i > 0; ++trails) c = Unicode::getUTF32Char(buffer[--i]);
+    if (trails == 0 || c != LEAD_OF_TWO - 1 + trails) return NO_CHARACTER; // not the lead of so many trail bytes
     switch (trails) {
     case 1: c = Unicode::getUTF32Char(buffer[i], buffer[i + 1]); return c - 1 < 0x7F ? NO_CHARACTER : c;
     case 2:
         c = Unicode::getUTF32Char(buffer[i], buffer[i + 1], buffer[i + 2]);
-        return c < 0x800 || c == 0xFDEF ? NO_CHARACTER : c;
+        return c < 0x800 || c == INVALID_CHARACTER ? NO_CHARACTER : c;
     default:
         c = Unicode::getUTF32Char(buffer[i], buffer[i + 1], buffer[i + 2], buffer[i + 3]);
         return c < 0x10000 ? NO_CHARACTER : c;
@@ -107,11 +110,11 @@ UTF32Char characterFromEnd(const UTF16Char* buffer, unsigned int length, unsigne
     for (;;) {
         if (i == 0) return NO_CHARACTER;
         UTF32Char c = Unicode::getUTF32Char(buffer[--i]);
-        if (c == 0xFDD2) {
-            if (--steps == 0 || i == 0 || Unicode::getUTF32Char(buffer[--i]) != 0xFDD1) return NO_CHARACTER;
+        if (c == SECOND_SURROGATE) {
+            if (--steps == 0 || i == 0 || Unicode::getUTF32Char(buffer[--i]) != FIRST_SURROGATE) return NO_CHARACTER;
             c = Unicode::getUTF32Char(buffer[i], buffer[i + 1]);
         }
-        if (c == 0xFDD1 || c == 0xFDEF) return NO_CHARACTER;
+        if (c == FIRST_SURROGATE || c == INVALID_CHARACTER) return NO_CHARACTER;
         if (--steps == 0) return c;
     }
 }
@@ -126,7 +129,7 @@ unsigned int unitAt(const CharType* buffer, unsigned int length, int index) {
 } // namespace
 
 bool StringData::equals(const signed char* needle) const {
-    if (!needle || !*needle) VORN_THROW(4, "Invalid ASCII string!");
+    if (!needle || !*needle) VORN_THROW(E::PARAMETER, "Invalid ASCII string!");
     const auto equalsIn = [needle](const auto* buffer, unsigned int length) {
         return matchingUnits(needle, buffer, length) == length && !needle[length];
     };
@@ -135,19 +138,19 @@ bool StringData::equals(const signed char* needle) const {
 }
 
 bool StringData::startsWith(const signed char* needle) const {
-    if (!needle || !*needle) VORN_THROW(4, "Invalid ASCII string!");
+    if (!needle || !*needle) VORN_THROW(E::PARAMETER, "Invalid ASCII string!");
     if (m_UTF8Buffer) return !needle[matchingUnits(needle, m_UTF8Buffer, m_utf8Info.m_length)];
     return m_UTF16Buffer && !needle[matchingUnits(needle, m_UTF16Buffer, m_utf16Info.m_length)];
 }
 
 bool StringData::endsWith(const signed char* needle) const {
-    if (!needle || !*needle) VORN_THROW(4, "Invalid ASCII string!");
+    if (!needle || !*needle) VORN_THROW(E::PARAMETER, "Invalid ASCII string!");
     if (m_UTF8Buffer) return differsAtEnd(needle, m_UTF8Buffer, m_utf8Info.m_length);
     return m_UTF16Buffer && differsAtEnd(needle, m_UTF16Buffer, m_utf16Info.m_length);
 }
 
 bool StringData::contains(const signed char* needle) const {
-    if (!needle || !*needle) VORN_THROW(4, "Invalid string!");
+    if (!needle || !*needle) VORN_THROW(E::PARAMETER, "Invalid string!");
     if (m_UTF8Buffer && m_utf8Info.m_nullTerminated) return containsBytes(needle, m_UTF8Buffer, m_utf8Info.m_length);
     if (m_UTF8Buffer) return containsInSteps(needle, m_UTF8Buffer, m_utf8Info.m_length);
     return m_UTF16Buffer && containsInSteps(needle, m_UTF16Buffer, m_utf16Info.m_length);
@@ -155,7 +158,7 @@ bool StringData::contains(const signed char* needle) const {
 
 unsigned int StringData::count(signed char c) const {
     const unsigned int code = static_cast<unsigned char>(c);
-    if (code > 127) VORN_THROW(4, "Invalid ASCII character!");
+    if (code > 127) VORN_THROW(E::PARAMETER, "Invalid ASCII character!");
     if (m_UTF8Buffer) return countUnits(code, m_UTF8Buffer, m_utf8Info.m_length);
     return m_UTF16Buffer ? countUnits(code, m_UTF16Buffer, m_utf16Info.m_length) : 0;
 }
@@ -206,7 +209,7 @@ unsigned int StringData::getUTF32CharFromBuffer(int index) const {
     unsigned int i = 0;
     do {
         c = Unicode::getUTF32Char(buffer, i, length);
-        if (c == 0xFFFF || c == 0xFDEF) return NO_CHARACTER;
+        if (c == END_OF_BUFFER || c == INVALID_CHARACTER) return NO_CHARACTER;
     } while (index-- != 0);
     return c;
 }

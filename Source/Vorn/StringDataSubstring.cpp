@@ -1,6 +1,8 @@
 // Substrings: of the encoding at hand without copying, and of the other encoding by converting the cut alone.
 #include "RecordMemory.h"
-#include "StringDataHelper.h"
+#include "StringDataConversion.h"
+#include "TextBlock.h"
+#include "Vorn/Private/Sentinels.h"
 #include "Vorn/String/StringData.h"
 #include "Vorn/String/Unicode.h"
 
@@ -11,6 +13,8 @@
 namespace Vorn {
 
 namespace {
+
+using namespace VornPrivate;
 
 // Where an offset points to in a text of `length` units; above `length` for an offset that is out of range.
 unsigned int resolveOffset(int offset, unsigned int length) {
@@ -24,7 +28,7 @@ unsigned int resolveOffset(int offset, unsigned int length) {
 template <class CharType>
 StringData* StringData::substr(int offset, unsigned int length) const {
     if (isNull()) {
-        if (offset != 0) VORN_THROW(4, "Invalid Offset!");
+        if (offset != 0) VORN_THROW(E::PARAMETER, "Invalid Offset!");
         return &s_emptyString;
     }
     const CharType* const buffer = bufferOf<CharType>();
@@ -32,7 +36,7 @@ StringData* StringData::substr(int offset, unsigned int length) const {
 
     StringDataBufferInfo& info = infoOf<CharType>();
     const unsigned int start = resolveOffset(offset, info.m_length);
-    if (start > info.m_length) VORN_THROW(4, "Invalid Offset!");
+    if (start > info.m_length) VORN_THROW(E::PARAMETER, "Invalid Offset!");
     bool reachesEnd = false;
     if (length >= info.m_length - start) {
         length = info.m_length - start;
@@ -40,18 +44,18 @@ StringData* StringData::substr(int offset, unsigned int length) const {
     }
 
     if constexpr (sizeof(CharType) == 1) {
-        if (!UTF8::validUTF8Lead(buffer[start])) VORN_THROW(4, "Invalid Offset!");
+        if (!UTF8::validUTF8Lead(buffer[start])) VORN_THROW(E::PARAMETER, "Invalid Offset!");
         // Specified: the end moves back behind a lead byte or an ASCII character. The scan refuses a substring that
         // ends with a character of several bytes, because the lead byte is kept.
         while (length != 0 && !UTF8::validUTF8Lead(buffer[start + length - 1])) --length;
     } else {
         UTF32Char c = Unicode::getUTF32Char(buffer[start]);
         VORN_INTERNAL_ASSERT(c != 0xFDEF, "Invalid UTF-16 buffer detected!");
-        if (c == 0xFDD2) VORN_THROW(4, "Invalid Offset!");
+        if (c == SECOND_SURROGATE) VORN_THROW(E::PARAMETER, "Invalid Offset!");
         if (start + length != 0) { // no unit stands before the text
             c = Unicode::getUTF32Char(buffer[start + length - 1]);
             VORN_INTERNAL_ASSERT(c != 0xFDEF, "Invalid UTF-16 buffer detected!");
-            if (length != 0 && c == 0xFDD1) --length;
+            if (length != 0 && c == FIRST_SURROGATE) --length;
         }
     }
     if (length == 0) return &s_emptyString;
@@ -63,7 +67,7 @@ StringData* StringData::substr(int offset, unsigned int length) const {
     case STRING_DATA_STATIC: return new StringData(buffer + start, cutLength, STRING_DATA_STATIC, CountedLength());
     case STRING_DATA_EXTERNAL:
     case STRING_DATA_DYNAMIC: break;
-    default: VORN_THROW(2, "Invalid allocation type!");
+    default: VORN_THROW(E::INTERNAL, "Invalid allocation type!");
     }
     StringData* const cut = new StringData(buffer + start, cutLength, STRING_DATA_EXTERNAL, CountedLength());
     StringDataBufferInfo& cutInfo = cut->infoOf<CharType>();
@@ -93,7 +97,7 @@ StringData* StringData::substrConvertASCIITo(int offset, unsigned int length) co
     const Source* const source = bufferOf<Source>();
     const unsigned int sourceLength = infoOf<Source>().m_length;
     const unsigned int start = resolveOffset(offset, sourceLength);
-    if (start > sourceLength) VORN_THROW(4, "Invalid offset!");
+    if (start > sourceLength) VORN_THROW(E::PARAMETER, "Invalid offset!");
     length = std::min(length, sourceLength - start);
     if (length == 0) return &s_emptyString;
 
@@ -199,7 +203,7 @@ struct MeasureUTF8AsUTF16 {
         --i;
         VORN_INTERNAL_ASSERT(c == 0xFDD0 && i < bufferLength, "Invalid UTF-8 buffer!", FUNCTION);
         c = Unicode::getUTF32Char(buffer[i]);
-        if (c == 0xFDD2) {
+        if (c == LEAD_OF_TWO) {
             c = Unicode::getUTF32Char(buffer[i], buffer[i + 1]);
             VORN_INTERNAL_ASSERT(!c || c >= 0x80, "overlong 2byte sequence!", FUNCTION);
             return 1;
@@ -207,7 +211,7 @@ struct MeasureUTF8AsUTF16 {
         --i;
         VORN_INTERNAL_ASSERT(c == 0xFDD0 && i < bufferLength, "Invalid UTF-8 buffer!", FUNCTION);
         c = Unicode::getUTF32Char(buffer[i]);
-        if (c == 0xFDD3) {
+        if (c == LEAD_OF_THREE) {
             c = Unicode::getUTF32Char(buffer[i], buffer[i + 1], buffer[i + 2]);
             VORN_INTERNAL_ASSERT(c >= 0x800, "overlong 3byte sequence!", FUNCTION);
             return 1;
@@ -230,7 +234,7 @@ ConvertedRange findFromStart(const typename Measure::Source* buffer, unsigned in
     unsigned int i = 0;
     for (std::uint64_t sum = 0; sum != offset && i < bufferLength;) {
         sum += Measure::skip(buffer, i, bufferLength);
-        if (Measure::REFUSES_INSIDE && sum > offset) VORN_THROW(4, "Invalid offset!", Measure::FUNCTION);
+        if (Measure::REFUSES_INSIDE && sum > offset) VORN_THROW(E::PARAMETER, "Invalid offset!", Measure::FUNCTION);
     }
 
     ConvertedRange range{i, i, 0};
@@ -254,14 +258,14 @@ ConvertedRange findFromEnd(const typename Measure::Source* buffer, unsigned int 
     unsigned int end = 0;
     std::int64_t running = 0;
     while (endMark < running) {
-        if (i == 0) VORN_THROW(4, "Invalid offset!", Measure::FUNCTION);
+        if (i == 0) VORN_THROW(E::PARAMETER, "Invalid offset!", Measure::FUNCTION);
         running -= Measure::back(buffer, i, bufferLength, true);
         end = i;
     }
 
     ConvertedRange range{end, end, static_cast<unsigned int>(running - offset)};
     while (running != offset) {
-        if (offset > running || i == 0) VORN_THROW(4, "Invalid offset!", Measure::FUNCTION);
+        if (offset > running || i == 0) VORN_THROW(E::PARAMETER, "Invalid offset!", Measure::FUNCTION);
         running -= Measure::back(buffer, i, bufferLength, false);
         range.start = i;
     }
@@ -271,11 +275,11 @@ ConvertedRange findFromEnd(const typename Measure::Source* buffer, unsigned int 
 template <class Measure>
 ConvertedRange findRange(const typename Measure::Source* buffer, unsigned int bufferLength, int offset,
                          unsigned int length) {
-    if (bufferLength == 0 && offset != 0) VORN_THROW(4, "Invalid offset!", Measure::FUNCTION);
+    if (bufferLength == 0 && offset != 0) VORN_THROW(E::PARAMETER, "Invalid offset!", Measure::FUNCTION);
     const ConvertedRange range =
         offset < 0 ? findFromEnd<Measure>(buffer, bufferLength, offset, length)
                    : findFromStart<Measure>(buffer, bufferLength, static_cast<unsigned int>(offset), length);
-    if (range.count > VornPrivate::MAX_TEXT_LENGTH) VORN_THROW(4, "length : text too long!", Measure::FUNCTION);
+    if (range.count > MAX_TEXT_LENGTH) VORN_THROW(E::PARAMETER, "length : text too long!", Measure::FUNCTION);
     return range;
 }
 

@@ -19,12 +19,12 @@ void TreeNodeHelper::assertValidTreeNodeInChildList(TreeNodeShared* node) {
 
 void TreeNodeHelper::ensureInsertableNode(TreeNodeShared* newParent, TreeNodeShared* newChild, bool checkDescendant) {
     VORN_INTERNAL_ASSERT(newParent, "null node!!!");
-    if (newChild == newParent) VORN_THROW(4, "Can't append a node under itself!");
+    if (newChild == newParent) VORN_THROW(E::PARAMETER, "Can't append a node under itself!");
     if (!checkDescendant) return;
     TreeNodeShared* current = newParent;
     for (TreeNodeShared* ancestor = current->m_parent; ancestor; ancestor = current->m_parent) {
         assertValidTreeNodeInChildList(current);
-        if (ancestor == newChild) VORN_THROW(4, "Can't append a node under its descendant!");
+        if (ancestor == newChild) VORN_THROW(E::PARAMETER, "Can't append a node under its descendant!");
         current = ancestor;
     }
 }

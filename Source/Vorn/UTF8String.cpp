@@ -1,7 +1,8 @@
 #include "Vorn/String/UTF8String.h"
 
 #include "RecordMemory.h"
-#include "StringDataHelper.h"
+#include "StringDataConversion.h"
+#include "TextBlock.h"
 #include "TextSearch.h"
 #include "Vorn/Assert.h"
 #include "Vorn/String/Unicode.h"
@@ -17,7 +18,8 @@ namespace Vorn {
 
 namespace {
 
-using VornPrivate::MAX_TEXT_LENGTH;
+using namespace VornPrivate;
+
 
 constexpr unsigned int NOT_FOUND = 0xFFFFFFFF;
 
@@ -70,7 +72,7 @@ const unsigned char* UTF8String::getTerminatedBuffer(int& index) const {
     const unsigned int start = startOf(index, offset);
     const bool fitsIndex = offset <= INT_MAX;
     if (start == NOT_FOUND || fitsIndex) index = static_cast<int>(offset);
-    if (start == NOT_FOUND || !fitsIndex) VORN_THROW(4, "Invalid index!");
+    if (start == NOT_FOUND || !fitsIndex) VORN_THROW(E::PARAMETER, "Invalid index!");
     return getData()->getPrivateBuffer<unsigned char>() + start;
 }
 
@@ -96,7 +98,7 @@ unsigned int UTF8String::startOf(int index, unsigned int& offset) const {
 unsigned char UTF8String::get(unsigned int index) const {
     unsigned int offset;
     const unsigned int start = startOf(static_cast<int>(index), offset);
-    if (start == NOT_FOUND) VORN_THROW(4, "Invalid index!", "Vorn::UTF8String::getTerminatedBuffer");
+    if (start == NOT_FOUND) VORN_THROW(E::PARAMETER, "Invalid index!", "Vorn::UTF8String::getTerminatedBuffer");
     return getData()->getPrivateBuffer<unsigned char>()[start];
 }
 
@@ -160,7 +162,7 @@ unsigned int UTF8String::encode(unsigned int c, unsigned char* sequence) {
 unsigned int UTF8String::find(unsigned int c, int index) const {
     unsigned int from;
     const unsigned int start = startOf(index, from);
-    if (start == NOT_FOUND) VORN_THROW(4, "Invalid index!");
+    if (start == NOT_FOUND) VORN_THROW(E::PARAMETER, "Invalid index!");
     if (c - 1 < 0x7F) {
         const std::string_view text = bytesOf(*getData(), start);
         const void* const hit = std::memchr(text.data(), static_cast<int>(c), text.size());
@@ -169,45 +171,45 @@ unsigned int UTF8String::find(unsigned int c, int index) const {
     }
     unsigned char sequence[4];
     const unsigned int count = encode(c, sequence);
-    if (count == 0) VORN_THROW(7, "Invalid Unicode Character!");
+    if (count == 0) VORN_THROW(E::UNICODE, "Invalid Unicode Character!");
     return findBytes(std::string_view(reinterpret_cast<const char*>(sequence), count), start, from);
 }
 
 unsigned int UTF8String::find(String s, int index) const {
     unsigned int from;
     const unsigned int start = startOf(index, from);
-    if (start == NOT_FOUND) VORN_THROW(4, "Invalid index!");
+    if (start == NOT_FOUND) VORN_THROW(E::PARAMETER, "Invalid index!");
     const char* const needle = needleOf(s); // may move the text, which is why the start is an offset
-    if (!needle || !*needle) VORN_THROW(4, "Invalid string!");
+    if (!needle || !*needle) VORN_THROW(E::PARAMETER, "Invalid string!");
     return findBytes(needle, start, from);
 }
 
 unsigned int UTF8String::find(const char* s, int index) const {
     unsigned int from;
     const unsigned int start = startOf(index, from);
-    if (start == NOT_FOUND) VORN_THROW(4, "Invalid index!");
-    if (!s || !*s) VORN_THROW(4, "Invalid string!");
+    if (start == NOT_FOUND) VORN_THROW(E::PARAMETER, "Invalid index!");
+    if (!s || !*s) VORN_THROW(E::PARAMETER, "Invalid string!");
     return findBytes(s, start, from);
 }
 
 unsigned int UTF8String::find(const ASCIITable& table, int index) const {
     unsigned int from;
     const unsigned int start = startOf(index, from);
-    if (start == NOT_FOUND) VORN_THROW(4, "Invalid index!");
+    if (start == NOT_FOUND) VORN_THROW(E::PARAMETER, "Invalid index!");
     const std::string_view text = bytesOf(*getData(), start);
     const auto hit = std::find_if(text.begin(), text.end(), [&](char c) { return isIn(table, c); });
     return hit == text.end() ? getLength() : from + static_cast<unsigned int>(hit - text.begin());
 }
 
 unsigned int UTF8String::findBytes(std::string_view needle, unsigned int start, unsigned int from) const {
-    const std::size_t hit = VornPrivate::findText(bytesOf(*getData(), start), needle);
+    const std::size_t hit = findText(bytesOf(*getData(), start), needle);
     return hit == std::string_view::npos ? getLength() : from + static_cast<unsigned int>(hit);
 }
 
 unsigned int UTF8String::skip(unsigned int c, int index) const {
     unsigned int from;
     const unsigned int offset = startOf(index, from);
-    if (offset == NOT_FOUND) VORN_THROW(4, "Invalid index!");
+    if (offset == NOT_FOUND) VORN_THROW(E::PARAMETER, "Invalid index!");
     const unsigned char* const start = getData()->getPrivateBuffer<unsigned char>() + offset;
     const unsigned char* ptr = start;
     if (!*ptr) return from;
@@ -244,7 +246,7 @@ unsigned int UTF8String::skip(unsigned int c, int index) const {
             ptr += 4;
         }
         break;
-    default: VORN_THROW(7, "Invalid Unicode Character!");
+    default: VORN_THROW(E::UNICODE, "Invalid Unicode Character!");
     }
     return from + static_cast<unsigned int>(ptr - start);
 }
@@ -252,17 +254,17 @@ unsigned int UTF8String::skip(unsigned int c, int index) const {
 unsigned int UTF8String::skip(String s, int index) const {
     unsigned int from;
     const unsigned int start = startOf(index, from);
-    if (start == NOT_FOUND) VORN_THROW(4, "Invalid index!");
+    if (start == NOT_FOUND) VORN_THROW(E::PARAMETER, "Invalid index!");
     const char* const needle = needleOf(s);
-    if (!needle || !*needle) VORN_THROW(4, "Invalid string!");
+    if (!needle || !*needle) VORN_THROW(E::PARAMETER, "Invalid string!");
     return skipBytes(needle, start, from);
 }
 
 unsigned int UTF8String::skip(const char* s, int index) const {
     unsigned int from;
     const unsigned int start = startOf(index, from);
-    if (start == NOT_FOUND) VORN_THROW(4, "Invalid index!");
-    if (!s || !*s) VORN_THROW(4, "Invalid string!");
+    if (start == NOT_FOUND) VORN_THROW(E::PARAMETER, "Invalid index!");
+    if (!s || !*s) VORN_THROW(E::PARAMETER, "Invalid string!");
     return skipBytes(s, start, from);
 }
 
@@ -276,7 +278,7 @@ unsigned int UTF8String::skipBytes(std::string_view run, unsigned int start, uns
 unsigned int UTF8String::skip(const ASCIITable& table, int index) const {
     unsigned int from;
     const unsigned int start = startOf(index, from);
-    if (start == NOT_FOUND) VORN_THROW(4, "Invalid index!");
+    if (start == NOT_FOUND) VORN_THROW(E::PARAMETER, "Invalid index!");
     const std::string_view text = bytesOf(*getData(), start);
     const auto end = std::find_if_not(text.begin(), text.end(), [&](char c) { return isIn(table, c); });
     return from + static_cast<unsigned int>(end - text.begin());
@@ -285,17 +287,17 @@ unsigned int UTF8String::skip(const ASCIITable& table, int index) const {
 unsigned int UTF8String::match(String s, int index) const {
     unsigned int from;
     const unsigned int start = startOf(index, from);
-    if (start == NOT_FOUND) VORN_THROW(4, "Invalid index!");
+    if (start == NOT_FOUND) VORN_THROW(E::PARAMETER, "Invalid index!");
     const char* const needle = needleOf(s);
-    if (!needle || !*needle) VORN_THROW(4, "Invalid string!");
+    if (!needle || !*needle) VORN_THROW(E::PARAMETER, "Invalid string!");
     return matchBytes(needle, start, from);
 }
 
 unsigned int UTF8String::match(const char* s, int index) const {
     unsigned int from;
     const unsigned int start = startOf(index, from);
-    if (start == NOT_FOUND) VORN_THROW(4, "Invalid index!");
-    if (!s || !*s) VORN_THROW(4, "Invalid string!");
+    if (start == NOT_FOUND) VORN_THROW(E::PARAMETER, "Invalid index!");
+    if (!s || !*s) VORN_THROW(E::PARAMETER, "Invalid string!");
     return matchBytes(s, start, from);
 }
 
@@ -307,7 +309,7 @@ unsigned int UTF8String::matchBytes(std::string_view needle, unsigned int start,
 unsigned int UTF8String::match(const ASCIITable& table, int index) const {
     unsigned int from;
     const unsigned int start = startOf(index, from);
-    if (start == NOT_FOUND) VORN_THROW(4, "Invalid index!");
+    if (start == NOT_FOUND) VORN_THROW(E::PARAMETER, "Invalid index!");
     return table.check(static_cast<signed char>(getData()->getPrivateBuffer<unsigned char>()[start])) ? from
                                                                                                       : NOT_FOUND;
 }
@@ -414,7 +416,7 @@ unsigned int UTF8String::provideCapacity(unsigned int length) {
 }
 
 unsigned int UTF8String::reserve(unsigned int length) {
-    if (length > MAX_TEXT_LENGTH) VORN_THROW(4, "length : text too long!");
+    if (length > MAX_TEXT_LENGTH) VORN_THROW(E::PARAMETER, "length : text too long!");
     clearCapacity(provideCapacity(length));
     return m_capacity;
 }
@@ -453,7 +455,7 @@ unsigned int UTF8String::assertValidInsertIndex(int& index) const {
     const unsigned int n = measure();
     const int length = static_cast<int>(n);
     if (index < 0) index = length;
-    if (length < 0 || index > length) VORN_THROW(4, "Invalid index!");
+    if (length < 0 || index > length) VORN_THROW(E::PARAMETER, "Invalid index!");
     return n;
 }
 
@@ -466,9 +468,9 @@ void UTF8String::moveTail(unsigned char* buffer, unsigned int n, unsigned int in
 
 void UTF8String::append(unsigned int c) {
     const unsigned int count = c == 0 ? 2 : UTF8::countUTF8(c);
-    if (count == 0) VORN_THROW(7, "Invalid Unicode character!");
+    if (count == 0) VORN_THROW(E::UNICODE, "Invalid Unicode character!");
     const unsigned int n = measure();
-    if (count > MAX_TEXT_LENGTH - n) VORN_THROW(4, "length : text too long!");
+    if (count > MAX_TEXT_LENGTH - n) VORN_THROW(E::PARAMETER, "length : text too long!");
     unsigned char* const buffer = getEditableBuffer(n + count); // ends with a zero
     m_data->setLength(n + count);
     setChar(buffer + n, count, c);
@@ -479,7 +481,7 @@ void UTF8String::append(String s) {
     const unsigned int count = text.length();
     if (count == 0) return;
     const unsigned int n = measure();
-    if (count > MAX_TEXT_LENGTH - n) VORN_THROW(4, "length : text too long!");
+    if (count > MAX_TEXT_LENGTH - n) VORN_THROW(E::PARAMETER, "length : text too long!");
     text.allocate();
     unsigned char* const buffer = getEditableBuffer(n + count);
     m_data->setLength(n + count);
@@ -490,7 +492,7 @@ void UTF8String::append(String s) {
 void UTF8String::appendDecimal(unsigned int value) {
     const unsigned int n = measure();
     const unsigned int count = measureDec(value);
-    if (count > MAX_TEXT_LENGTH - n) VORN_THROW(4, "length : text too long!");
+    if (count > MAX_TEXT_LENGTH - n) VORN_THROW(E::PARAMETER, "length : text too long!");
     unsigned char* const buffer = getEditableBuffer(n + count);
     if (printDec(value, buffer + n, count) > count) clearUnwritten(buffer + n, 1, count); // printed nothing
     buffer[n + count] = 0;
@@ -500,7 +502,7 @@ void UTF8String::appendDecimal(unsigned int value) {
 void UTF8String::appendHexaDecimal(unsigned int value, HexWithPrefix prefix) {
     const unsigned int n = measure();
     const unsigned int count = measureHex(value, prefix);
-    if (count > MAX_TEXT_LENGTH - n) VORN_THROW(4, "length : text too long!");
+    if (count > MAX_TEXT_LENGTH - n) VORN_THROW(E::PARAMETER, "length : text too long!");
     unsigned char* const buffer = getEditableBuffer(n + count);
     printHex(value, prefix, buffer + n, count);
     buffer[n + count] = 0;
@@ -509,12 +511,12 @@ void UTF8String::appendHexaDecimal(unsigned int value, HexWithPrefix prefix) {
 
 void UTF8String::insert(unsigned int c, int index) {
     const unsigned int count = c == 0 ? 2 : UTF8::countUTF8(c);
-    if (count == 0) VORN_THROW(7, "Invalid Unicode character!");
+    if (count == 0) VORN_THROW(E::UNICODE, "Invalid Unicode character!");
     const unsigned int n = assertValidInsertIndex(index);
     const unsigned int start = static_cast<unsigned int>(index);
-    if (count > MAX_TEXT_LENGTH - n) VORN_THROW(4, "length : text too long!");
+    if (count > MAX_TEXT_LENGTH - n) VORN_THROW(E::PARAMETER, "length : text too long!");
     unsigned char* const buffer = getEditableBuffer(n + count);
-    if (dividesCharacter(buffer, start, n, m_capacity)) VORN_THROW(4, "Invalid index!");
+    if (dividesCharacter(buffer, start, n, m_capacity)) VORN_THROW(E::PARAMETER, "Invalid index!");
     moveTail(buffer, n, start, 0, count);
     setChar(buffer + start, count, c);
 }
@@ -525,24 +527,24 @@ void UTF8String::insert(String s, int index) {
     if (count == 0) return;
     const unsigned int n = assertValidInsertIndex(index);
     const unsigned int start = static_cast<unsigned int>(index);
-    if (count > MAX_TEXT_LENGTH - n) VORN_THROW(4, "length : text too long!");
+    if (count > MAX_TEXT_LENGTH - n) VORN_THROW(E::PARAMETER, "length : text too long!");
     text.allocate();
     unsigned char* const buffer = getEditableBuffer(n + count);
-    if (dividesCharacter(buffer, start, n, m_capacity)) VORN_THROW(4, "Invalid index!");
+    if (dividesCharacter(buffer, start, n, m_capacity)) VORN_THROW(E::PARAMETER, "Invalid index!");
     moveTail(buffer, n, start, 0, count);
     text.copyTo(buffer, start, n);
 }
 
 void UTF8String::replace(unsigned int c, int index, unsigned int length) {
     const unsigned int count = c == 0 ? 2 : UTF8::countUTF8(c);
-    if (count == 0) VORN_THROW(7, "Invalid Unicode character!");
+    if (count == 0) VORN_THROW(E::UNICODE, "Invalid Unicode character!");
     const unsigned int n = assertValidInsertIndex(index);
     const unsigned int start = static_cast<unsigned int>(index);
     length = std::min(length, n - start);
-    if (count > MAX_TEXT_LENGTH - (n - length)) VORN_THROW(4, "length : text too long!");
+    if (count > MAX_TEXT_LENGTH - (n - length)) VORN_THROW(E::PARAMETER, "length : text too long!");
     unsigned char* const buffer = getEditableBuffer(n - length + count);
-    if (dividesCharacter(buffer, start, n, m_capacity)) VORN_THROW(4, "Invalid index!");
-    if (dividesCharacter(buffer, start + length, n, m_capacity)) VORN_THROW(4, "Invalid length!");
+    if (dividesCharacter(buffer, start, n, m_capacity)) VORN_THROW(E::PARAMETER, "Invalid index!");
+    if (dividesCharacter(buffer, start + length, n, m_capacity)) VORN_THROW(E::PARAMETER, "Invalid length!");
     if (count != length) moveTail(buffer, n, start, length, count);
     setChar(buffer + start, count, c);
 }
@@ -553,11 +555,11 @@ void UTF8String::replace(String s, int index, unsigned int length) {
     const unsigned int n = assertValidInsertIndex(index);
     const unsigned int start = static_cast<unsigned int>(index);
     length = std::min(length, n - start);
-    if (count > MAX_TEXT_LENGTH - (n - length)) VORN_THROW(4, "length : text too long!");
+    if (count > MAX_TEXT_LENGTH - (n - length)) VORN_THROW(E::PARAMETER, "length : text too long!");
     text.allocate();
     unsigned char* const buffer = getEditableBuffer(n - length + count);
-    if (dividesCharacter(buffer, start, n, m_capacity)) VORN_THROW(4, "Invalid index!");
-    if (dividesCharacter(buffer, start + length, n, m_capacity)) VORN_THROW(4, "Invalid length!");
+    if (dividesCharacter(buffer, start, n, m_capacity)) VORN_THROW(E::PARAMETER, "Invalid index!");
+    if (dividesCharacter(buffer, start + length, n, m_capacity)) VORN_THROW(E::PARAMETER, "Invalid length!");
     if (count != length) moveTail(buffer, n, start, length, count);
     if (count != 0) text.copyTo(buffer, start, n);
 }
@@ -566,11 +568,11 @@ void UTF8String::erase(int index, unsigned int length) {
     if (length == 0) return;
     const unsigned int n = measure();
     const unsigned int start = offsetOf(index, n);
-    if (start > n) VORN_THROW(4, "Invalid index!");
+    if (start > n) VORN_THROW(E::PARAMETER, "Invalid index!");
     length = std::min(length, n - start);
     unsigned char* const buffer = getEditableBuffer(n - length);
-    if (dividesCharacter(buffer, start, n, m_capacity)) VORN_THROW(4, "Invalid index!");
-    if (dividesCharacter(buffer, start + length, n, m_capacity)) VORN_THROW(4, "Invalid length!");
+    if (dividesCharacter(buffer, start, n, m_capacity)) VORN_THROW(E::PARAMETER, "Invalid index!");
+    if (dividesCharacter(buffer, start + length, n, m_capacity)) VORN_THROW(E::PARAMETER, "Invalid length!");
     moveTail(buffer, n, start, length, 0);
 }
 

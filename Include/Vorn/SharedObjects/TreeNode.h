@@ -49,7 +49,7 @@ public:
     ///
     /// Throws `Exception<4>`: "index out of range!".
     T& getChild(unsigned int index) const {
-        if (index >= m_children.size()) VORN_THROW(4, "index out of range!");
+        if (index >= m_children.size()) VORN_THROW(E::PARAMETER, "index out of range!");
         return *m_children[index];
     }
 
@@ -68,13 +68,13 @@ public:
     /// Throws `std::bad_alloc`, and `Exception<2>` where a check of TreeNodeHelper fails. The tree is unchanged after
     /// each of these.
     void insert(unsigned int index, const SharedPtr<T>& child) {
-        if (!child) VORN_THROW(4, "null node!");
+        if (!child) VORN_THROW(E::PARAMETER, "null node!");
         TreeNode& node = *child;
         // A node without children is not an ancestor.
         TreeNodeHelper::ensureInsertableNode(this, &node, !node.m_children.empty());
         TreeNode* const oldParent = node.getParent();
         const unsigned int limit = getChildCount() - (oldParent == this ? 1u : 0u);
-        if (index > limit) VORN_THROW(4, "index out of range!");
+        if (index > limit) VORN_THROW(E::PARAMETER, "index out of range!");
 
         const SharedPtr<T> held = child; // `child` may be the element that is taken out
         if (oldParent != this) m_children.reserve(grownCapacity());
@@ -88,7 +88,7 @@ public:
     ///
     /// Throws `Exception<4>`: "index out of range!".
     SharedPtr<T> removeAt(unsigned int index) {
-        if (index >= m_children.size()) VORN_THROW(4, "index out of range!");
+        if (index >= m_children.size()) VORN_THROW(E::PARAMETER, "index out of range!");
         TreeNodeHelper::assertValidTreeNodeInChildList(m_children[index].get());
         SharedPtr<T> child = std::move(m_children[index]);
         m_children.erase(m_children.begin() + static_cast<std::ptrdiff_t>(index));
@@ -102,7 +102,7 @@ public:
     /// Throws `Exception<4>`: "not a child of this node!".
     SharedPtr<T> remove(T& child) {
         TreeNode& node = child;
-        if (node.m_parent != this) VORN_THROW(4, "not a child of this node!");
+        if (node.m_parent != this) VORN_THROW(E::PARAMETER, "not a child of this node!");
         return removeAt(node.getIndex());
     }
 
@@ -110,7 +110,7 @@ public:
     ///
     /// Throws `Exception<4>`: "index out of range!".
     void move(unsigned int from, unsigned int to) {
-        if (from >= m_children.size() || to >= m_children.size()) VORN_THROW(4, "index out of range!");
+        if (from >= m_children.size() || to >= m_children.size()) VORN_THROW(E::PARAMETER, "index out of range!");
         const auto at = [this](unsigned int index) { return m_children.begin() + static_cast<std::ptrdiff_t>(index); };
         if (from < to) {
             std::rotate(at(from), at(from) + 1, at(to) + 1);

@@ -110,11 +110,11 @@ inline namespace Literals {
 /// "length : text too long!" for a literal of more than 0xFFFFFFFE units.
 /// @{
 inline String operator""_vs(const char* literal, std::size_t length) {
-    if (length > VornPrivate::MAX_TEXT_LENGTH) VORN_THROW(4, "length : text too long!");
+    if (length > VornPrivate::MAX_TEXT_LENGTH) VORN_THROW(E::PARAMETER, "length : text too long!");
     return String(literal, static_cast<unsigned int>(length), STRING_DATA_STATIC, true);
 }
 inline String operator""_vs(const UTF16Char* literal, std::size_t length) {
-    if (length > VornPrivate::MAX_TEXT_LENGTH) VORN_THROW(4, "length : text too long!");
+    if (length > VornPrivate::MAX_TEXT_LENGTH) VORN_THROW(E::PARAMETER, "length : text too long!");
     return String(literal, static_cast<unsigned int>(length), STRING_DATA_STATIC, true);
 }
 /// @}

@@ -240,7 +240,7 @@ public:
         VORN_INTERNAL_ASSERT(getRefCount() == 1, "Can't set length on a string with more than one reference!!!");
         VORN_INTERNAL_ASSERT(getAllocationType<CharType>() == STRING_DATA_DYNAMIC,
                              "Can't set length of a non-dynamic string!!!");
-        if (length > VornPrivate::MAX_TEXT_LENGTH) VORN_THROW(4, "length : text too long!");
+        if (length > VornPrivate::MAX_TEXT_LENGTH) VORN_THROW(E::PARAMETER, "length : text too long!");
         m_utf8Info.m_length = length;
     }
 

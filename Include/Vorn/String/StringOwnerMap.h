@@ -172,7 +172,7 @@ public:
     /// @warning A length of 0xFFFFFFFF with `terminated` results in an empty string. To have a text measured, pass
     ///     false.
     String mapString(const CharType* buffer, unsigned int length, bool terminated) {
-        if (!buffer) VORN_THROW(4, "Invalid buffer!", Names::MAP_STRING);
+        if (!buffer) VORN_THROW(E::PARAMETER, "Invalid buffer!", Names::MAP_STRING);
         if (m_emptyKeySet) {
             const auto known = m_strings.find(StringOwnerKey(buffer, length));
             if (known != m_strings.end()) return String(known->second.m_data);
@@ -303,7 +303,7 @@ const CharType* StringOwnerMap<CharType>::mapStringNonInline(String s, StringOwn
     const bool isForeign = isExternal && m_ownedBuffers.find(buffer - info.m_offset) == m_ownedBuffers.end();
     if (isForeign) {
         const std::uint64_t bytes = (std::uint64_t(n) + 1) * sizeof(CharType);
-        if (bytes > 0xFFFFFFFF) VORN_THROW(4, "length : text too long!", Names::MAP_STRING_NON_INLINE);
+        if (bytes > 0xFFFFFFFF) VORN_THROW(E::PARAMETER, "length : text too long!", Names::MAP_STRING_NON_INLINE);
         CharType* const copy = static_cast<CharType*>(alloc(static_cast<unsigned int>(bytes)));
         if (!copy) throw std::bad_alloc();
         std::memcpy(copy, buffer, std::size_t(n) * sizeof(CharType));
@@ -346,9 +346,9 @@ void StringOwnerMap<CharType>::unmapString(const CharType* buffer, unsigned int 
 
 template <class CharType>
 void StringOwnerMap<CharType>::addStaticString(const CharType* buffer) {
-    if (!buffer) VORN_THROW(4, "Invalid string!", Names::ADD_STATIC_STRING);
+    if (!buffer) VORN_THROW(E::PARAMETER, "Invalid string!", Names::ADD_STATIC_STRING);
     if (m_ownedBuffers.find(buffer) != m_ownedBuffers.end())
-        VORN_THROW(4, "String marked as owned!", Names::ADD_STATIC_STRING);
+        VORN_THROW(E::PARAMETER, "String marked as owned!", Names::ADD_STATIC_STRING);
     m_staticBuffers.insert(buffer);
 }
 

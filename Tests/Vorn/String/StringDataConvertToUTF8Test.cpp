@@ -1,4 +1,5 @@
-#include "Vorn/StringDataHelper.h"
+#include "Vorn/StringDataConversion.h"
+#include "Vorn/StringDataScan.h"
 
 #include "Reference/SampleTexts.h"
 #include "Reference/TextConversion.h"

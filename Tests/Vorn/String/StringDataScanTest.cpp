@@ -1,4 +1,4 @@
-#include "Vorn/StringDataHelper.h"
+#include "Vorn/StringDataScan.h"
 
 #include "Reference/SampleTexts.h"
 #include "Reference/TextScan.h"
@@ -20,7 +20,7 @@ using reference::Units;
 using Vorn::stringDataScanBuffer;
 using Vorn::UTF16Char;
 
-static_assert(Vorn::SCAN_HAS_NULL == 4);
+static_assert(VornPrivate::SCAN_HAS_NULL == 4);
 
 template <class Unit>
 ScanResult scanned(const Unit* buffer, unsigned int length) {
