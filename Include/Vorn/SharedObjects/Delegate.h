@@ -26,7 +26,7 @@
 #include "Vorn/SharedObjects/SharedPtr.h"
 #include "Vorn/SharedObjects/WeakPtr.h"
 
-namespace VornPrivate {
+namespace Vorn {
 
 /// The bindings and calls of delegates of all signatures. `Self` is the delegate.
 template <class Self, class Result, class... Args>
@@ -39,8 +39,8 @@ public:
                       "a member function needs its object: bind<&Door::open>(door)");
         static_assert(isCallable<decltype(Function)>(),
                       "the function cannot be called with the delegate's Args, or does not return its Result");
-        return Self(bindingRecord<FunctionBinding<Result(Args...), Function>>(reinterpret_cast<void*>(Function),
-                                                                              nullptr, nullptr));
+        return Self(VornPrivate::bindingRecord<VornPrivate::FunctionBinding<Result(Args...), Function>>(
+            reinterpret_cast<void*>(Function), nullptr, nullptr));
     }
 
     /// Binds `Method` of `object`, or a function `Method` that takes `object` first.
@@ -49,7 +49,8 @@ public:
     template <auto Method, class Object>
     static Self bind(Object& object) {
         checkMethod<Method, Object>();
-        return Self(bindingRecord<MethodBinding<Result(Args...), Object, Method>>(untyped(&object), nullptr, nullptr));
+        return Self(VornPrivate::bindingRecord<VornPrivate::MethodBinding<Result(Args...), Object, Method>>(
+            VornPrivate::untyped(&object), nullptr, nullptr));
     }
 
     /// Deleted: the object would be destroyed at the end of the statement.
@@ -60,11 +61,11 @@ public:
     ///
     /// Throws `Exception<1>`: "object : null pointer!".
     template <auto Method, class Object>
-    static Self bindShared(const Vorn::SharedPtr<Object>& object) {
+    static Self bindShared(const SharedPtr<Object>& object) {
         checkMethod<Method, Object>();
         VORN_ASSERT(object, "null pointer!", "Vorn::Delegate::bindShared");
-        return Self(bindingRecord<SharedMethodBinding<Result(Args...), Object, Method>>(
-            untyped(object.get()), sharedRecord(object), &Vorn::delegateAddUseRef));
+        return Self(VornPrivate::bindingRecord<VornPrivate::SharedMethodBinding<Result(Args...), Object, Method>>(
+            VornPrivate::untyped(object.get()), sharedRecord(object), &delegateAddUseRef));
     }
 
     /// Binds `Method` of `object`, or a function `Method` that takes the object first, and does not keep `object`
@@ -73,17 +74,17 @@ public:
     /// Throws `Exception<1>`: "counter : null pointer!".
     /// @warning While a delegate to a destroyed object is kept, a new object at the same address gives an equal one.
     template <auto Method, class Object>
-    static Self bindWeak(const Vorn::WeakPtr<Object>& object) {
+    static Self bindWeak(const WeakPtr<Object>& object) {
         checkMethod<Method, Object>();
-        Vorn::RefCounter* const counter = weakRecord(object);
+        RefCounter* const counter = weakRecord(object);
         VORN_ASSERT(counter, "null pointer!", "Vorn::Delegate::bindWeak");
-        return Self(bindingRecord<WeakMethodBinding<Result(Args...), Object, Method>>(
-            untyped(weakObject(object)), counter, &Vorn::delegateAddWeakRef));
+        return Self(VornPrivate::bindingRecord<VornPrivate::WeakMethodBinding<Result(Args...), Object, Method>>(
+            VornPrivate::untyped(weakObject(object)), counter, &delegateAddWeakRef));
     }
 
     template <auto Method, class Object>
-    static Self bindWeak(const Vorn::SharedPtr<Object>& object) {
-        return bindWeak<Method>(Vorn::WeakPtr<Object>(object));
+    static Self bindWeak(const SharedPtr<Object>& object) {
+        return bindWeak<Method>(WeakPtr<Object>(object));
     }
 
     /// Binds a copy of `callable`, which all copies of the delegate share. A callable that is not larger than a pointer
@@ -98,13 +99,13 @@ public:
         using Kept = std::decay_t<Callable>;
         static_assert(isCallable<Kept&>(),
                       "the callable cannot be called with the delegate's Args, or does not return its Result");
-        using Value = ValueBinding<Result(Args...), Kept>;
+        using Value = VornPrivate::ValueBinding<Result(Args...), Kept>;
         if constexpr (Value::FITS) {
-            return Self(bindingRecord<Value>(Value::pack(callable), nullptr, nullptr));
+            return Self(VornPrivate::bindingRecord<Value>(Value::pack(callable), nullptr, nullptr));
         } else {
-            const Vorn::SharedPtr<Kept> kept = Vorn::makeShared<Kept>(std::forward<Callable>(callable));
-            return Self(bindingRecord<HeldBinding<Result(Args...), Kept>>(kept.get(), sharedRecord(kept),
-                                                                          &Vorn::delegateAddUseRef));
+            const SharedPtr<Kept> kept = makeShared<Kept>(std::forward<Callable>(callable));
+            return Self(VornPrivate::bindingRecord<VornPrivate::HeldBinding<Result(Args...), Kept>>(
+                kept.get(), sharedRecord(kept), &delegateAddUseRef));
         }
     }
 
@@ -113,20 +114,20 @@ public:
     Result call(Args... args) const {
         static_assert(std::is_void_v<Result> || std::is_default_constructible_v<Result>,
                       "take tryCall: there is no value to give without a target");
-        const Vorn::DelegatePOD& pod = record();
-        if (!pod.caller) return emptyResult<Result>();
-        return typedCaller<Result, Args...>(pod)(pod.object, pod.context, std::forward<Args>(args)...);
+        const DelegatePOD& pod = record();
+        if (!pod.caller) return VornPrivate::emptyResult<Result>();
+        return VornPrivate::typedCaller<Result, Args...>(pod)(pod.object, pod.context, std::forward<Args>(args)...);
     }
     Result operator()(Args... args) const { return call(std::forward<Args>(args)...); } ///< The same as `call`.
 
     /// Calls the target if there is one. Returns true, or the result as an optional, or as a pointer if it is a
     /// reference. If the delegate is empty or its weakly bound target has been destroyed, returns false, an empty
     /// optional or null.
-    typename TriedCall<Result>::Type tryCall(Args... args) const {
-        const Vorn::DelegatePOD& pod = record();
+    typename VornPrivate::TriedCall<Result>::Type tryCall(Args... args) const {
+        const DelegatePOD& pod = record();
         if (!pod.caller) return {};
-        if (pod.contextAddRef == &Vorn::delegateAddWeakRef && pod.context) {
-            const TargetHold hold(pod.context);
+        if (pod.contextAddRef == &delegateAddWeakRef && pod.context) {
+            const VornPrivate::TargetHold hold(pod.context);
             if (!hold) return {};
             return callTarget(pod, std::forward<Args>(args)...);
         }
@@ -137,7 +138,7 @@ public:
     bool isExpired() const { return VornPrivate::isExpired(record()); }
 
 private:
-    const Vorn::DelegatePOD& record() const { return static_cast<const Self*>(this)->getPOD(); }
+    const DelegatePOD& record() const { return static_cast<const Self*>(this)->getPOD(); }
 
     template <class Callable, class... Leading>
     static constexpr bool isCallable() {
@@ -153,8 +154,8 @@ private:
                       "Result");
     }
 
-    static typename TriedCall<Result>::Type callTarget(const Vorn::DelegatePOD& pod, Args... args) {
-        const auto caller = typedCaller<Result, Args...>(pod);
+    static typename VornPrivate::TriedCall<Result>::Type callTarget(const DelegatePOD& pod, Args... args) {
+        const auto caller = VornPrivate::typedCaller<Result, Args...>(pod);
         if constexpr (std::is_void_v<Result>) {
             caller(pod.object, pod.context, std::forward<Args>(args)...);
             return true;
@@ -166,24 +167,13 @@ private:
     }
 };
 
-/// The operations of a signature, in which `void` stands for no arguments.
-template <class Self, class Result, class... Args>
-struct OperationsOf {
-    using Type = DelegateOperations<Self, Result, Args...>;
-};
+/// `void` stands for no arguments.
 template <class Self, class Result>
-struct OperationsOf<Self, Result, void> {
-    using Type = DelegateOperations<Self, Result>;
-};
-
-} // namespace VornPrivate
-
-namespace Vorn {
+class DelegateOperations<Self, Result, void> : public DelegateOperations<Self, Result> {};
 
 /// A handle to a callable that takes Args and returns Result.
 template <class Result, class... Args>
-class Delegate : public DelegateBase,
-                 public VornPrivate::OperationsOf<Delegate<Result, Args...>, Result, Args...>::Type {
+class Delegate : public DelegateBase, public DelegateOperations<Delegate<Result, Args...>, Result, Args...> {
     static_assert(sizeof...(Args) > 0, "a callable without arguments is written Delegate<Result, void>");
 
 public:
@@ -201,16 +191,14 @@ public:
     void rebind(const Delegate& other) { replaceRecord(other.getPOD()); }
 
 private:
-    /// @cond
-    friend typename VornPrivate::OperationsOf<Delegate, Result, Args...>::Type; // Doxygen takes it for a member
-    /// @endcond
+    friend DelegateOperations<Delegate, Result, Args...>;
+    friend DelegateOperations<Delegate, Result>; // base of the one above if Args is void
     explicit Delegate(const DelegatePOD& pod) : DelegateBase(pod) {}
 };
 
 /// A handle to a callable that takes no arguments and returns nothing. Its assignment counts in *reverse*.
 template <>
-class VORN_API Delegate<void, void> : public DelegateBase,
-                                      public VornPrivate::DelegateOperations<Delegate<void, void>, void> {
+class VORN_API Delegate<void, void> : public DelegateBase, public DelegateOperations<Delegate<void, void>, void> {
 public:
     /// An empty delegate.
     Delegate() = default;
@@ -240,7 +228,7 @@ public:
     void operator()() const { call(); } ///< The same as `call`.
 
 private:
-    friend VornPrivate::DelegateOperations<Delegate, void>;
+    friend DelegateOperations<Delegate, void>;
     explicit Delegate(const DelegatePOD& pod) : DelegateBase(pod) {}
 };
 
