@@ -1,0 +1,250 @@
+// Compiles and runs the snippets of the header comments, and checks that none is missing here: each line of code in a
+// header's comment stands in this file, but for white space and a comment behind it. "..." in a snippet stands for any
+// code. The example of the README is compiled by itself (see CMakeLists.txt beside this file), and lines that must not
+// compile are tests of their own.
+#include "Vorn/Vorn.h"
+
+#include "Support/Report.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <regex>
+#include <sstream>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace {
+
+std::string withoutSpace(std::string text) {
+    text.erase(std::remove_if(text.begin(), text.end(), [](unsigned char c) { return std::isspace(c); }), text.end());
+    return text;
+}
+
+std::string contentOf(const std::filesystem::path& path) {
+    std::ifstream file(path);
+    EXPECT_TRUE(file) << path;
+    std::stringstream content;
+    content << file.rdbuf();
+    return content.str();
+}
+
+// A line of code in a comment is indented by five columns and ends with a semicolon or, in the tables of forms, is a
+// call of a macro or of a template with its description behind it.
+bool isCode(const std::string& line, std::string& code) {
+    static const std::regex statement("^ *///?     ([^ ].*?;|for \\(.*\\) \\.\\.\\.) *(//.*)?$");
+    static const std::regex form("^ *///?     (VORN_[A-Z_]+\\([^)]*\\)|Delegate<.*?>::bind.*?\\)) {2,}[^ ].*$");
+    std::smatch match;
+    if (!std::regex_match(line, match, statement) && !std::regex_match(line, match, form)) return false;
+    code = match[1];
+    return line.find("// wrong") == std::string::npos;
+}
+
+// True if the parts of `code` between its dots stand in `source` one after the other, near to each other.
+bool isCompiled(const std::string& source, const std::string& code) {
+    std::vector<std::string> parts;
+    std::size_t start = 0;
+    for (std::size_t dots; (dots = code.find("...", start)) != std::string::npos; start = dots + 3)
+        parts.push_back(withoutSpace(code.substr(start, dots - start)));
+    parts.push_back(withoutSpace(code.substr(start)));
+    for (std::size_t first = 0; (first = source.find(parts[0], first)) != std::string::npos; ++first) {
+        std::size_t end = first + parts[0].size();
+        bool isFound = true;
+        for (std::size_t i = 1; i < parts.size() && isFound; ++i) {
+            const std::size_t next = source.find(parts[i], end);
+            isFound = next != std::string::npos && next - end < 200;
+            end = next + parts[i].size();
+        }
+        if (isFound) return true;
+    }
+    return false;
+}
+
+TEST(Snippets, EachLineOfCodeInAHeaderIsCompiledHere) {
+    const std::string source = withoutSpace(contentOf(VORN_SNIPPETS_SOURCE));
+    unsigned int count = 0;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(VORN_INCLUDE_DIRECTORY)) {
+        if (entry.path().extension() != ".h") continue;
+        std::istringstream header(contentOf(entry.path()));
+        unsigned int number = 0;
+        std::string code;
+        for (std::string line; std::getline(header, line);) {
+            ++number;
+            if (!isCode(line, code)) continue;
+            ++count;
+            EXPECT_TRUE(isCompiled(source, code)) << entry.path() << ":" << number << ": " << code;
+        }
+    }
+    EXPECT_GE(count, 30u) << "the rule that finds lines of code finds too few";
+}
+
+// What the snippets name.
+
+struct Door : Vorn::DynamicObject {
+    explicit Door(const char* doorName = "") : name(doorName) {}
+    void open(int times = 1) { opened += times; }
+    std::string name;
+    int opened = 0;
+};
+
+int logged = 0;
+void log(int value) { logged = value; }
+
+#define text "text"
+#define N 4
+
+TEST(Snippets, Assert) {
+    bool condition = false;
+    const auto assertCondition = [&] { VORN_ASSERT(condition, text); };
+    const auto assertInternally = [&] { VORN_INTERNAL_ASSERT(condition, text); };
+    const auto throwText = [] { VORN_THROW(N, text); };
+    EXPECT_THROW(assertCondition(), Vorn::Exception<1>);
+    EXPECT_THROW(assertInternally(), Vorn::Exception<2>);
+    EXPECT_THROW(throwText(), Vorn::Exception<4>);
+    condition = true;
+    EXPECT_NO_THROW(assertCondition());
+}
+
+#undef N
+#undef text
+
+TEST(Snippets, PrintInt) {
+    unsigned char text[11];
+    unsigned int size = Vorn::printDec(-42, text, 11);
+    EXPECT_EQ(std::string(text, text + size), "-42");
+}
+
+TEST(Snippets, PrintFloat) {
+    unsigned char text[32];
+    unsigned int size = Vorn::printDec(1.5f, text, 32, 2, Vorn::FLOAT_EXPONENT_NONE);
+    EXPECT_EQ(std::string(text, text + size), "1.50");
+    size = Vorn::printHex(-3.0f, text, 32);
+    EXPECT_EQ(std::string(text, text + size), "-0x1.8p1");
+}
+
+TEST(Snippets, ParseInt) {
+    struct Row {
+        const char* input;
+        int value;
+        bool isNumber;
+    };
+    for (const Row& row : {Row{"-42", -42, true}, Row{"0x1F", 31, true}, Row{"x", 0, false}}) {
+        const auto* const text = reinterpret_cast<const unsigned char*>(row.input);
+        const unsigned int length = 0xFFFFFFFF;
+        unsigned int count;
+        int value = Vorn::parseInt<int>(text, &count, length);
+        EXPECT_EQ(value, row.value) << row.input;
+        EXPECT_EQ(count != 0, row.isNumber) << row.input;
+    }
+}
+
+TEST(Snippets, ParseFloat) {
+    struct Row {
+        const char* input;
+        double expected;
+    };
+    for (const Row& row : {Row{"-2.5e10", -2.5e10}, Row{".5", 0.5}, Row{"5.", 5}, Row{"0x1.8p-3", 0.1875}}) {
+        const auto* const text = reinterpret_cast<const unsigned char*>(row.input);
+        const unsigned int length = 0xFFFFFFFF;
+        unsigned int count;
+        double value = Vorn::parseDouble(text, &count, length);
+        EXPECT_EQ(value, row.expected) << row.input;
+        EXPECT_EQ(count, std::string(row.input).size()) << row.input;
+    }
+}
+
+TEST(Snippets, Interop) {
+    using Vorn::bytes;
+    using Vorn::String;
+    std::ostringstream captured;
+    std::streambuf* const console = std::cout.rdbuf(captured.rdbuf());
+    using namespace Vorn::Literals;
+    const String name = "door"_vs;
+    std::unordered_map<String, Door> doors;
+    doors[name].opened = 3;
+    std::string collected;
+    for (unsigned char byte : bytes(name)) collected += static_cast<char>(byte);
+    if (name == std::string_view("door")) std::cout << name;
+    std::cout.rdbuf(console);
+    EXPECT_EQ(doors.at(String("door")).opened, 3);
+    EXPECT_EQ(collected, "door");
+    EXPECT_EQ(captured.str(), "door");
+}
+
+struct Board {
+    void show(int value) { shown = value; }
+    int shown = 0;
+};
+
+TEST(Snippets, Event) {
+    using namespace Vorn;
+    Board board;
+    Event<int> scored;
+    scored.add(Event<int>::Listener::bind<&Board::show>(board), -1);
+    scored(3);
+    EXPECT_EQ(board.shown, 3);
+}
+
+TEST(Snippets, SharedAndWeakPtr) {
+    Vorn::WeakPtr<Door> left;
+    {
+        const auto door = Vorn::makeShared<Door>("oak");
+        const Vorn::SharedPtr<Door> same = door;
+        EXPECT_EQ(door.getUseCount(), 2);
+        const Vorn::WeakPtr<Door> watched = door;
+        if (const auto locked = watched.lock()) locked->open();
+        EXPECT_EQ(door->opened, 1);
+        left = watched;
+    }
+    EXPECT_FALSE(left.lock());
+}
+
+class SceneNode : public Vorn::TreeNode<SceneNode> {
+public:
+    void draw() { ++s_drawn; }
+    static inline int s_drawn = 0;
+};
+
+TEST(Snippets, TreeNode) {
+    const auto root = Vorn::makeShared<SceneNode>();
+    root->append(Vorn::makeShared<SceneNode>());
+    for (SceneNode& node : root->depthFirst()) node.draw();
+    EXPECT_EQ(SceneNode::s_drawn, 2);
+}
+
+TEST(Snippets, Delegate) {
+    using namespace Vorn;
+    Door door;
+    SharedPtr<Door> sharedDoor = makeShared<Door>();
+    const WeakPtr<Door> weakDoor = sharedDoor;
+    Delegate<void, int>::bind<&log>()(1);
+    Delegate<void, int>::bind<&Door::open>(door)(2);
+    Delegate<void, int>::bindShared<&Door::open>(sharedDoor)(3);
+    const auto weak = Delegate<void, int>::bindWeak<&Door::open>(weakDoor);
+    weak(4);
+    Delegate<void, int>::bindCallable([](int) { ++logged; })(5);
+    EXPECT_EQ(logged, 2);
+    EXPECT_EQ(door.opened, 2);
+    EXPECT_EQ(sharedDoor->opened, 7);
+    sharedDoor = SharedPtr<Door>();
+    weak(4);
+    EXPECT_TRUE(weak.isExpired());
+}
+
+TEST(Snippets, DelegateRebind) {
+    using namespace Vorn;
+    const SharedPtr<Door> first = makeShared<Door>("first"), second = makeShared<Door>("second");
+    using Opener = Delegate<void, int>;
+    Opener a = Opener::bindShared<&Door::open>(first);
+    const Opener b = Opener::bindShared<&Door::open>(second);
+    a.rebind(b);
+    a(2);
+    EXPECT_EQ(second->opened, 2);
+    EXPECT_EQ(first.getUseCount(), 1);
+}
+
+} // namespace
