@@ -35,8 +35,8 @@ struct Box {
     int (Box::*pointer(int))() const { VORN_THROW(4, "pointer"); }
     decltype(auto) deduced() { VORN_THROW(4, "deduced"); }
     template <class U>
-    auto told(U value) -> decltype(value + 1) {
-        VORN_THROW(4, "told");
+    auto trailing(U value) -> decltype(value + 1) {
+        VORN_THROW(4, "trailing");
     }
 };
 
@@ -97,7 +97,7 @@ TEST(Assertions, FunctionTextIsQualifiedAndBare) {
         {reportOf<4>([&] { box.array(); }), "Sample::Box::array"},
         {reportOf<4>([&] { box.pointer(1); }), "Sample::Box::pointer"},
         {reportOf<4>([&] { box.deduced(); }), "Sample::Box::deduced"},
-        {reportOf<4>([&] { box.told(1); }), "Sample::Box::told"},
+        {reportOf<4>([&] { box.trailing(1); }), "Sample::Box::trailing"},
         {reportOf<7>([] { Sample::inLambda(); }), "Sample::inLambda"},
         {reportOf<7>([] { Sample::hidden('c'); }), "hidden"},
         {reportOf<4>([] { Sample::named(); }), "Other::name"},

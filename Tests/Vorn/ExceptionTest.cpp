@@ -85,9 +85,9 @@ TEST(AllExceptions, EachConstructorTakesItsTextsAndLeavesTheOthersNull) {
     EXPECT_EQ(bare.getCode(), 9);
     EXPECT_STREQ(bare.getLineString(), "L");
     EXPECT_STREQ(bare.what(), "P:3: F: Exception: T:");
-    const Derived told(9, literal("T"), literal("P"), literal("F"), literal("L"), 3u, literal("M"));
-    EXPECT_STREQ(told.getMessage(), "M");
-    EXPECT_STREQ(told.what(), "P:3: F: Exception: T:M");
+    const Derived given(9, literal("T"), literal("P"), literal("F"), literal("L"), 3u, literal("M"));
+    EXPECT_STREQ(given.getMessage(), "M");
+    EXPECT_STREQ(given.what(), "P:3: F: Exception: T:M");
     const Derived reported(9, literal("T"), literal("P"), literal("F"), literal("L"), 3u, literal("M"), literal("R"));
     EXPECT_STREQ(reported.getMessage(), "M");
     EXPECT_STREQ(reported.getLineString(), "L");

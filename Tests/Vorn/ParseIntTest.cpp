@@ -237,7 +237,7 @@ TEST(ParseInteger, ParseHexCountsTheSignAlways) {
             {"-0x1F", WHOLE, -31, 5}, {"+ff", WHOLE, 255, 3},  {"- 5", WHOLE, -5, 3},
             {" -5", WHOLE, 0, 0},     {"-", WHOLE, 0, 1},      {"+", NPOS, 0, 1},
             {"-g", WHOLE, 0, 1},      {"0xZ", WHOLE, 0, 2},    {"-0xZ", WHOLE, 0, 3},
-            {"-0x", WHOLE, 0, 3},     {"-1234", 3, -0x123, 4}, // one digit more than the length tells
+            {"-0x", WHOLE, 0, 3},     {"-1234", 3, -0x123, 4}, // one digit more than the length
             {"-0x12", 2, -0x12, 5}, // the prefix fits into the length behind the sign, and the digits have no bound
             {"-0x1", 1, 0, 2},        {"-12", 1, -1, 2},       {"80000000", WHOLE, -2147483648LL, 8},
             {"", NPOS, 0, 0},
@@ -285,7 +285,7 @@ TEST(ParseInteger, ParseDecCountsTheSignAlways) {
                    {"-", WHOLE, 0, 1},
                    {"+", WHOLE, 0, 1},
                    {"-a", WHOLE, 0, 1},
-                   {"-1234", 3, -123, 4}, // one digit more than the length tells
+                   {"-1234", 3, -123, 4}, // one digit more than the length
                    {"-12", 1, -1, 2},
                    {"abc", WHOLE, 0, 0},
                    {"99999999999", WHOLE, 1215752191, 11},

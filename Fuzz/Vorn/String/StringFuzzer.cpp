@@ -121,7 +121,7 @@ private:
         try {
             reclaimingUnits([&] { return &(string += other); });
         } catch (const Refused&) {
-            // The share that a refused handle has lost while somebody else keeps the record.
+            // The reference that a refused handle has lost while another handle keeps the record.
             if (string.getData() == record && record->getRefCount() < count) record->incRefCount();
             if (!string.getData()) m_strings.erase(m_strings.begin() + static_cast<std::ptrdiff_t>(index));
             throw;
@@ -236,7 +236,7 @@ private:
             }
             case 10:
                 if (edited && edited->text.size() < LONGEST_TEXT) {
-                    // Half of the time somebody else holds the text, which then must not change.
+                    // Half of the time another handle refers to the text, which then must not change.
                     const std::string before = edited->text;
                     const String holder = m_stream.next() % 2 ? edited->string : String();
                     try {

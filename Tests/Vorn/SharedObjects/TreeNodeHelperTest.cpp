@@ -81,7 +81,7 @@ TEST(AssertValidTreeNodeInChildList, ChecksInOrder) {
     expect(nullptr, "node : null node!!!");
     expect(&node, "counter : null ref counter!!!");
     JournalCounter unused(0, 1, &node), corrupt(1, 0, nullptr), good(1, 0, &node), negative(-1, 0, &node);
-    node.hold(&unused); // invalid as well, but the count is told first
+    node.hold(&unused); // invalid as well, but the count is reported first
     expect(&node, "counter->m_useCount : invalid use count!!!");
     node.hold(&corrupt);
     expect(&node, "validRefCounter(counter) : Invalid reference counter!");
