@@ -9,8 +9,9 @@
 
 #include <functional>
 
-/// Bytes of a stack that a thread may have; sanitizers need more of it.
-constexpr std::size_t SMALL_STACK = VORN_TEST_HAS_SANITIZER ? 512 * 1024 : 64 * 1024;
+/// Bytes of a stack that a thread may have; sanitizers need more of it, and the thread sanitizer keeps its own data
+/// there.
+constexpr std::size_t SMALL_STACK = VORN_TEST_HAS_SANITIZER ? 1024 * 1024 : 64 * 1024;
 
 /// Runs `body` in a thread with a stack of this size.
 inline void runWithStack(std::size_t size, std::function<void()> body) {

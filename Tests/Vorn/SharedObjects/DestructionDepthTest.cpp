@@ -244,12 +244,13 @@ TEST(DestructionDepth, DestroysEachStructureOnASmallStack) {
     destroyEach([](const std::function<void()>& body) { runWithStack(SMALL_STACK, body); });
 }
 
-// A thread may already have used most of its stack when it releases the outermost object.
-[[gnu::noinline]] void useStack(std::size_t size, const std::function<void()>& body) {
+// A thread may already have used most of its stack when it releases the outermost object. Runs `body` when no more than
+// `left` bytes are left of the stack, which begins at `lowest`.
+[[gnu::noinline]] void runNearTheEnd(std::uintptr_t lowest, std::size_t left, const std::function<void()>& body) {
     volatile char used[512];
     used[0] = 1;
-    if (size > 1024) {
-        useStack(size - 512, body);
+    if (reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0)) - lowest > left) {
+        runNearTheEnd(lowest, left, body);
     } else {
         body();
     }
@@ -258,7 +259,15 @@ TEST(DestructionDepth, DestroysEachStructureOnASmallStack) {
 
 TEST(DestructionDepth, DestroysEachStructureNearTheEndOfAStack) {
     destroyEach([](const std::function<void()>& body) {
-        runWithStack(SMALL_STACK, [&body] { useStack(SMALL_STACK * 5 / 8, body); });
+        runWithStack(SMALL_STACK, [&body] {
+            pthread_attr_t attributes;
+            void* lowest = nullptr;
+            std::size_t size = 0;
+            ASSERT_EQ(pthread_getattr_np(pthread_self(), &attributes), 0);
+            ASSERT_EQ(pthread_attr_getstack(&attributes, &lowest, &size), 0);
+            pthread_attr_destroy(&attributes);
+            runNearTheEnd(reinterpret_cast<std::uintptr_t>(lowest), size / 5, body);
+        });
     });
 }
 #endif
