@@ -191,11 +191,11 @@ const Surprises CODE_POINT_SURPRISES = {
      }},
     {"`UTF32::getUTF32Char(units, i, length)`",
      [] {
-         const UTF16Char pair[] = {unit(0xD83D), unit(0xDE00)}, cut[] = {unit(0xD83D), unit(0x41)};
+         const UTF16Char pair[] = {unit(0xD83D), unit(0xDE00)}, unpaired[] = {unit(0xD83D), unit(0x41)};
          unsigned int i = 0, j = 0;
          EXPECT_EQ(UTF32::getUTF32Char(pair, i, 2), 0xFDEFu);
          EXPECT_EQ(i, 2u);
-         EXPECT_THROW(UTF32::getUTF32Char(cut, j, 2), Exception<2>);
+         EXPECT_THROW(UTF32::getUTF32Char(unpaired, j, 2), Exception<2>);
      },
      [] { EXPECT_EQ(UTF32::getUTF32Char(unit(0xD83D), unit(0xDE00)), 0x1F600u); }},
     {"the three readers at the end",

@@ -83,7 +83,7 @@ const Surprises CONVERSION_SURPRISES = {
          EXPECT_FALSE(isOverlong(bytesOf("\xF0\x90\x80\x80")));
          EXPECT_EQ(over(bytesOf("\xF0\x90\x80\x80")).getData()->getUTF16Length(), 2u);
      }},
-    {"the scan of a cut 4-byte sequence",
+    {"the scan of a truncated 4-byte sequence",
      [] { EXPECT_EQ(messageOf(bytesOf("\xF0\x9F\x98")), "Unmatched first surrogate character!"); }, nullptr},
     {"the scan of a zero byte",
      [] {

@@ -228,7 +228,7 @@ const Surprises QUERY_SURPRISES = {
          EXPECT_THROW(substringOf<unsigned char>(Wide(u"a\u00E9\U0001F600").string, -5, 1), Exception<4>);
      },
      nullptr},
-    {"`substr` of the other encoding that raises",
+    {"`substr` of the other encoding that throws",
      [] {
          const ExpectedLeak leak;
          const Wide wide(u"ab\u00E9");
@@ -269,7 +269,7 @@ const Surprises QUERY_SURPRISES = {
              joined += right.string;
              EXPECT_NE(textOf(joined), "abc\xC0\x80");
          } catch (const AllExceptions& exception) {
-             EXPECT_EQ(exception.getCode(), 7) << "the cut character at the end";
+             EXPECT_EQ(exception.getCode(), 7) << "the truncated character at the end";
          }
      },
      [] {

@@ -282,7 +282,7 @@ const Surprises SHARED_OBJECT_SURPRISES = {
          EXPECT_EQ(scene.call(), "ab");
          EXPECT_TRUE(scene.signal.remove(listenerOf(scene.a)));
      }},
-    {"`Event::remove` of a waiting listener",
+    {"`Event::remove` of a pending listener",
      [] {
          const ExpectedLeak leak;
          Scene scene;

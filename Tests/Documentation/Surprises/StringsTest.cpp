@@ -80,7 +80,7 @@ const Surprises STRING_SURPRISES = {
     {"`String(buffer, 0xFFFFFFFE, type, true)`",
      [] { EXPECT_EQ(String("abc", 0xFFFFFFFE, STRING_DATA_EXTERNAL, true).getData()->getUTF8Length(), 3u); },
      [] { EXPECT_EQ(String("abc", 3, STRING_DATA_EXTERNAL).getData()->getUTF8Length(), 3u); }},
-    {"`String(buffer, length, STRING_DATA_DYNAMIC)` that raises",
+    {"`String(buffer, length, STRING_DATA_DYNAMIC)` that throws",
      [] {
          const std::size_t live = liveAllocationCount();
          std::unique_ptr<unsigned char[]> block(blockOf("\x80"));
@@ -184,7 +184,7 @@ const Surprises STRING_SURPRISES = {
          for (std::size_t i; (i = copy.find("\xC0\x80")) != std::string::npos;) copy.replace(i, 2, 1, '\0');
          EXPECT_EQ(copy, std::string("a\0z", 3));
      }},
-    {"`copyToUTF8`, `copyToUTF16` without enough room",
+    {"`copyToUTF8`, `copyToUTF16` with too small a capacity",
      [] {
          const Units text = unitsOf("abc", 3);
          const String narrow("abc"), wide(text.c_str(), 3);
@@ -212,7 +212,7 @@ const Surprises STRING_SURPRISES = {
          string.getData()->getBuffer<UTF16Char>();
          EXPECT_EQ(string.getData()->getUTF16Length(), 2u);
      }},
-    {"the death of a string over a caller's buffer",
+    {"the destruction of a string over a borrowed buffer",
      [] {
          std::string text = "abcdef";
          String part;

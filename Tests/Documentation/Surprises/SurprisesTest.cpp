@@ -20,7 +20,7 @@ const Area AREAS[] = {
     {"Code points", &CODE_POINT_SURPRISES},
     {"Lengths and conversions", &CONVERSION_SURPRISES},
     {"Strings", &STRING_SURPRISES},
-    {"Comparison, queries, cuts and joins of strings", &QUERY_SURPRISES},
+    {"Comparison, queries, substrings and joins of strings", &QUERY_SURPRISES},
     {"Editable strings and character sets", &EDITING_SURPRISES},
     {"Interning", &INTERNING_SURPRISES},
     {"Number text", &NUMBER_SURPRISES},
