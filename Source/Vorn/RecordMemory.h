@@ -1,4 +1,5 @@
-// RecordMemory: memory for a string record, allocated before anything changes that the record is for.
+/// @file
+/// RecordMemory: memory for a string record, allocated before an operation changes anything. Private.
 #pragma once
 
 #include "Vorn/String/StringData.h"
@@ -7,8 +8,8 @@
 
 namespace Vorn {
 
-/// Memory for one StringData. Build the record in it by placement new and pass that to `own`; otherwise the memory is
-/// freed with this object. The record frees it as if plain `new` had made it.
+/// Memory for one StringData. Construct the record in it by placement new and pass the record to `own`; otherwise the
+/// destructor frees the memory. The record is destroyed with `delete`.
 class RecordMemory {
 public:
     RecordMemory() : m_memory(::operator new(sizeof(StringData))) {}
@@ -19,7 +20,7 @@ public:
 
     void* get() const noexcept { return m_memory; }
 
-    /// Leaves the memory to the record that was built in it, and returns that.
+    /// Transfers ownership of the memory to the record that was constructed in it. Returns the record.
     StringData* own(StringData* record) noexcept {
         m_memory = nullptr;
         return record;

@@ -81,15 +81,16 @@ void String::append(const StringData& other) {
     const unsigned int joinedLength = length + otherLength;
     const unsigned int overrun = sizeof(CharType) == 1 ? overrunOfUTF8(other) : 0;
     std::unique_ptr<CharType[]> block = VornPrivate::allocateText<CharType>(std::uint64_t(joinedLength) + overrun);
-    // The length as a number of bytes: half of a UTF-16 text, and zero bytes for the other half.
+    // As specified, copies as many bytes as the text has units: half of a UTF-16 text. Zero bytes replace the other
+    // half.
     std::memcpy(block.get(), m_data->getPrivateBuffer<CharType>(), length);
     if constexpr (sizeof(CharType) != 1) std::memset(reinterpret_cast<unsigned char*>(block.get()) + length, 0, length);
     copyToBlock(other, block.get() + length, otherLength, otherLength + 1);
     block[joinedLength] = 0;
 
-    // Memory for the new record comes first, so that this handle is as before if there is none. The old record is
-    // released before the new one is built: if the scan refuses the joined text, a handle that keeps the old record
-    // alive goes on pointing at it, and the block is lost. Both are documented.
+    // The memory for the new record is allocated first: if that fails, this string is unchanged. The old record is
+    // released before the new one is constructed: if the scan refuses the joined text, the block is leaked, and a
+    // string whose old record has other owners keeps pointing at it without owning a reference. Both are documented.
     RecordMemory record;
     const bool wasLast = m_data->getRefCount() == 1 && !m_data->isStaticConstString();
     m_data->decRefCount();

@@ -1,3 +1,18 @@
+// String records: construction, destruction and copies of their text. The route of a text through the files:
+//
+//     constructor        String.cpp                  creates the string record of a buffer
+//     record             StringData.cpp              refers to the buffer; stores length, type and charset
+//     scan               StringDataHelper.cpp        validates the text; UTF8Runs.h and UTF16Runs.h skip ordinary text
+//     other encoding     StringData.h, getBuffer     requests the conversion when the encoding is first used
+//     conversion         StringDataHelper.cpp        measures and converts; TextEncoding.h converts ordinary text
+//     terminator         StringDataOwnership.cpp     copies or moves the text so that a zero unit follows it
+//     substring          StringDataSubstring.cpp     refers to the same block, or converts only the substring
+//     query, order       StringDataQueries.cpp,      read the buffer that exists; TextSearch.cpp finds substrings
+//                        StringDataComparison.cpp
+//     edit               UTF8String.cpp              changes the UTF-8 buffer, or builds the record again
+//     number             ParseInt.cpp,               read digits up to the first other unit; ParseDigits.h has the
+//     loops
+//                        ParseFloat.cpp
 #include "Vorn/String/StringData.h"
 
 #include "StringDataConversion.h"
@@ -20,7 +35,7 @@ namespace {
 
 constexpr std::uint64_t UNKNOWN_LENGTH = UINT64_MAX;
 
-// A length as the public constructors take it.
+// Returns the length that an argument of the public constructors means.
 std::uint64_t lengthOf(unsigned int length) { return length == 0xFFFFFFFF ? UNKNOWN_LENGTH : length; }
 
 } // namespace
@@ -57,15 +72,15 @@ void StringData::initialise(const CharType* buffer, std::uint64_t length, String
             terminated = true;
         }
         unsigned int units = static_cast<unsigned int>(length); // 0xFFFFFFFF for an unknown length
-        const unsigned int verdict = stringDataScanBuffer(buffer, units);
+        const unsigned int scanResult = stringDataScanBuffer(buffer, units);
         length = units;
-        switch (const auto charset = static_cast<StringDataSubCharset>(verdict & 3)) {
+        switch (const auto charset = static_cast<StringDataSubCharset>(scanResult & 3)) {
         case STRING_DATA_ASCII:
         case STRING_DATA_UCS2:
         case STRING_DATA_UNICODE: m_charset = charset; break;
         default: VORN_THROW(E::INTERNAL, "Invalid charset!!!");
         }
-        m_embeddedNulls = (verdict & VornPrivate::SCAN_HAS_NULL) != 0;
+        m_embeddedNulls = (scanResult & VornPrivate::SCAN_HAS_NULL) != 0;
     }
 
     StringDataBufferInfo& info = infoOf<CharType>();
@@ -127,7 +142,7 @@ template <class CharType>
 unsigned int copyText(CharType* dest, unsigned int capacity, const CharType* buffer, unsigned int length) {
     if (length == 0) return 0;
     if (capacity < length) return 0xFFFFFFFF;
-    std::memmove(dest, buffer, length * sizeof(CharType)); // a cut may be written into the block it was cut from
+    std::memmove(dest, buffer, length * sizeof(CharType)); // `dest` can be in the block of the text
     return length;
 }
 

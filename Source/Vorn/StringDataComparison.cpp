@@ -1,4 +1,4 @@
-// Equality and order of records, in all pairs of encodings and without building a buffer.
+// Equality and order of records in all pairs of encodings. They build no buffer.
 #include "Vorn/Private/Sentinels.h"
 #include "Vorn/String/StringData.h"
 #include "Vorn/String/Unicode.h"
@@ -32,7 +32,8 @@ bool haveEqualUnits(const Text<CharType>& a, const Text<CharType>& b) {
     return a.buffer == b.buffer || std::memcmp(a.buffer, b.buffer, a.length * sizeof(CharType)) == 0;
 }
 
-// The text is ASCII, or one side of the order is.
+// Returns the index of the first unit that differs, or the smaller length. For texts of different encodings, at least
+// one of them is ASCII.
 template <class A, class B>
 unsigned int findDifference(const Text<A>& a, const Text<B>& b) {
     const unsigned int length = std::min(a.length, b.length);
@@ -41,7 +42,7 @@ unsigned int findDifference(const Text<A>& a, const Text<B>& b) {
     return i;
 }
 
-// One text in both encodings; both records have this charset.
+// Compares a text in UTF-8 with a text in UTF-16. Both records have this charset.
 bool crossEqual(const UTF8Text& utf8, const UTF16Text& utf16, StringDataSubCharset charset) {
     if (utf8.length == 0 || utf16.length == 0) return utf8.length == utf16.length;
     if (charset == STRING_DATA_ASCII) return utf8.length == utf16.length && findDifference(utf8, utf16) == utf8.length;
@@ -68,9 +69,9 @@ bool unitsLessThan(const Text<A>& a, const Text<B>& b) {
     return a.buffer[i] < b.buffer[i];
 }
 
-// Both texts in step, character by character. When one ends, a position in the left text is held against the length of
-// the right one although the two are counted in different units: the order of a text and its own extension can come out
-// either way, and callers have sorted by it.
+// Compares the texts character by character. When one ends, the position in the left text is compared with the length
+// of the right one, as specified, although they count different units: a text can be less than its own extension or
+// not.
 template <class A, class B>
 bool codesLessThan(const Text<A>& a, const Text<B>& b) {
     unsigned int i = 0;
@@ -83,15 +84,15 @@ bool codesLessThan(const Text<A>& a, const Text<B>& b) {
     return i < b.length;
 }
 
-// Bytes in memory, so that the low byte of a unit decides before the high one.
+// Compares the bytes in memory, so that the low byte of a unit precedes the high one.
 bool bytesLessThan(const UTF16Text& a, const UTF16Text& b) {
     const std::size_t length = std::min(a.length, b.length);
     const int order = std::memcmp(a.buffer, b.buffer, length * sizeof(UTF16Char));
     return order != 0 ? order < 0 : a.length < b.length;
 }
 
-// Meant to sort surrogates behind all other units, and does so on the right side alone: 0xD800 and 0xE000 are each less
-// than the other.
+// Sorts surrogates behind all other units only if they are in the right text, as specified: 0xD800 and 0xE000 are each
+// less than the other.
 bool surrogatesLessThan(const UTF16Text& a, const UTF16Text& b) {
     const unsigned int i = findDifference(a, b);
     if (i == a.length || i == b.length) return a.length < b.length;
@@ -106,8 +107,8 @@ bool utf16TextLessThan(const StringData& a, const StringData& b) {
     return less(textOf<UTF16Char>(a), textOf<UTF16Char>(b));
 }
 
-// The byte at `i`, where two texts first differ, or 0 if a U+0000 starts there. Its second byte is never the first to
-// differ: no other valid sequence starts with 0xC0.
+// Returns the byte at `i`, where two texts first differ, or 0 if U+0000 starts there. Texts never first differ at the
+// second byte of U+0000, because no other valid sequence starts with 0xC0.
 unsigned int byteOrNull(const UTF8Text& text, unsigned int i) {
     const unsigned int byte = text.buffer[i];
     const bool startsNull = byte == 0xC0 && i + 1 < text.length && text.buffer[i + 1] == 0x80;

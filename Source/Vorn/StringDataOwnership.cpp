@@ -1,19 +1,19 @@
-// Who owns a block of text, and how a text gets a terminating zero.
+// Ownership of blocks of text, and termination of texts.
 //
-// Records that were cut from one another share a block without counting it. They form a chain, and only its head may
-// own the block:
+// A record and its substrings use one block, which has no reference count. They form a chain, and only its head can own
+// the block:
 //
 //     block     |  T  h  e     r  o  a  d     o  f     o  n  e  0  |
 //               ^           ^              ^
-//     head      buffer      |              |       DYNAMIC: frees the block, or EXTERNAL: the caller's block
+//     head      buffer      |              |       DYNAMIC: frees the block, or EXTERNAL: a borrowed block
 //       | ^
 //     second                buffer         |       EXTERNAL, m_offset 4
 //       | ^
 //     third                                buffer  EXTERNAL, m_offset 9
 //
-// `m_offset` leads any record back to the start of the block (buffer - m_offset), so any of them can inherit it. Texts
-// may overlap, and a record that inherits may hold a shorter text than those behind it. Each encoding of a record has
-// its own chain. Documentation/StringBuffers.md shows each transition.
+// The block starts at buffer - m_offset in every record, so ownership can pass to any of them. Texts can overlap, and
+// the text of a new owner can be shorter than the texts behind it. Each encoding of a record has its own chain.
+// Documentation/StringBuffers.md shows each transition.
 #include "Vorn/String/StringData.h"
 
 #include <algorithm>
@@ -24,7 +24,7 @@ namespace Vorn {
 
 namespace {
 
-// A block that holds units `first` to `last` of `start`, and a zero behind them.
+// Returns a block with the units `first` to `last` of `start` and a terminator.
 template <class CharType>
 std::unique_ptr<CharType[]> copyTerminated(const CharType* start, unsigned int first, unsigned int last) {
     const std::size_t length = last - first;
@@ -38,8 +38,8 @@ unsigned int endOf(const StringDataBufferInfo& info) { return info.m_offset + in
 
 } // namespace
 
-// Moves the text to `block`, a terminated copy of it. The flag stays clear all the same: the next request copies once
-// more, as of a dynamic text, and sets it. Callers meet this order of blocks.
+// Moves the text to `block`, a terminated copy of it. As specified, the terminated flag is not set: the next request
+// copies the text again, as a dynamic text, and sets the flag.
 template <class CharType>
 void StringData::moveToCopy(const CharType* block) const {
     StringDataBufferInfo& info = infoOf<CharType>();
@@ -48,7 +48,7 @@ void StringData::moveToCopy(const CharType* block) const {
     bufferOf<CharType>() = block;
 }
 
-// The zero that may follow a text inside its block terminates it, whoever wrote it.
+// Sets the terminated flag if a zero unit follows the text in its block.
 template <class CharType>
 void StringData::updateTerminated() const {
     StringDataBufferInfo& info = infoOf<CharType>();
@@ -66,7 +66,7 @@ const CharType* StringData::nullTerminateStaticString() const {
 template <class CharType>
 const CharType* StringData::nullTerminateExternalString() const {
     StringDataBufferInfo& info = infoOf<CharType>();
-    auto block = copyTerminated(bufferOf<CharType>(), 0, info.m_length); // before a link changes: it may fail
+    auto block = copyTerminated(bufferOf<CharType>(), 0, info.m_length); // before any link changes, because it can fail
     StringData* const previous = info.m_previous;
     StringData* const next = info.m_next;
     if (previous) {
@@ -84,14 +84,14 @@ const CharType* StringData::nullTerminateExternalString() const {
     return bufferOf<CharType>();
 }
 
-// Opens one unit of room behind the text by sliding all texts of the chain one place down, into a free unit at the
-// start of the block:
+// Frees one unit behind the text by moving all texts of the chain one unit towards the start of the block, where a unit
+// is free:
 //
-//     before    |  x  x  L  o  w  .  t  e  x  t  e  n  d  |      low 2, end 10 of this record's text
+//     before    |  x  x  L  o  w  .  t  e  x  t  e  n  d  |      this text extends from low 2 to end 10
 //     after     |  x  L  o  w  .  t  e  x  t  e  n  d  0  |
 //
-// If a text stands at the start of the block or reaches beyond this one's end, this text moves to a block of its own
-// instead, and the chain keeps the old one.
+// If a text starts the block or ends behind this one, this text is copied to a block of its own instead, and the chain
+// keeps the old block.
 template <class CharType>
 const CharType* StringData::nullTerminateDynamicString() const {
     StringDataBufferInfo& info = infoOf<CharType>();
@@ -133,7 +133,7 @@ const CharType* StringData::nullTerminateDynamicString() const {
         next->infoOf<CharType>().m_previous = nullptr;
         info.m_next = nullptr;
     } else {
-        delete[] buffer; // nobody else reads the block, so the text could not slide because it starts the block
+        delete[] buffer; // no other record uses the block; the text could not move because it starts the block
     }
     info.m_offset = 0;
     info.m_nullTerminated = 1;
@@ -159,7 +159,7 @@ void StringData::destroyExternal() {
         info.m_previous->infoOf<CharType>().m_next = next;
         if (next) next->infoOf<CharType>().m_previous = info.m_previous;
     } else if (next) {
-        // The caller promised the buffer for as long as this record lives, and no longer.
+        // The borrowed block is valid only as long as its head exists.
         next->infoOf<CharType>().m_previous = nullptr;
         if (next->getAllocationType<CharType>() == STRING_DATA_EXTERNAL) next->detachExternalBuffer<CharType>();
     }

@@ -1,4 +1,4 @@
-// Questions about a record's text, answered from the buffer that is there.
+// Queries of a record's text. They read the buffer that exists and build none.
 #include "TextSearch.h"
 #include "Vorn/Private/Sentinels.h"
 #include "Vorn/String/StringData.h"
@@ -21,7 +21,7 @@ bool isUnit(signed char needle, CharType unit) {
     return static_cast<int>(needle) == static_cast<int>(unit);
 }
 
-// Units that the needle and the text have in common from their starts on.
+// Returns the length of the common prefix of the needle and the text.
 template <class CharType>
 unsigned int matchingUnits(const signed char* needle, const CharType* buffer, unsigned int length) {
     unsigned int i = 0;
@@ -40,11 +40,11 @@ bool differsAtEnd(const signed char* needle, const CharType* buffer, unsigned in
     return false;
 }
 
-// Looks everywhere in a terminated text up to its first zero byte, which only an edit can have written before the end.
+// Searches a terminated text up to its first zero byte. Only an edit can have written one before the end.
 bool containsBytes(const signed char* needle, const unsigned char* buffer, unsigned int length) {
     const char* const text = reinterpret_cast<const char*>(buffer);
     const char* const bytes = reinterpret_cast<const char*>(needle);
-#ifdef __GLIBC__ // linear, and several times faster by vectors; others may be quadratic
+#ifdef __GLIBC__ // linear and vectorised; other implementations can be quadratic
     static_cast<void>(length);
     return std::strstr(text, bytes);
 #else
@@ -53,7 +53,7 @@ bool containsBytes(const signed char* needle, const unsigned char* buffer, unsig
 #endif
 }
 
-// Looks at offset 0 and from there on in steps of the needle's length only.
+// Compares the needle only at offset 0 and at the multiples of its length.
 template <class CharType>
 bool containsInSteps(const signed char* needle, const CharType* buffer, unsigned int length) {
     const std::size_t needleSize = needleLength(needle);
@@ -64,7 +64,7 @@ bool containsInSteps(const signed char* needle, const CharType* buffer, unsigned
     return false;
 }
 
-// 1 if the two are equal, else 0: of two different numbers, one of the differences is negative.
+// Returns 1 if the two are equal, else 0: of two different numbers, one of the two differences is negative.
 unsigned int isEqual(unsigned int a, unsigned int b) { return (((a - b) | (b - a)) >> 31) ^ 1; }
 
 template <class CharType>
@@ -75,8 +75,8 @@ unsigned int countUnits(unsigned int c, const CharType* buffer, unsigned int len
     return count;
 }
 
-// Reads the character before byte `i`, moves `i` to its first byte and returns its code, or NO_CHARACTER for bytes that
-// are no character.
+// Reads the character before byte `i`, moves `i` to its first byte and returns its code. Returns NO_CHARACTER for
+// malformed bytes.
 UTF32Char readBack(const unsigned char* buffer, unsigned int& i) {
     UTF32Char c = Unicode::getUTF32Char(buffer[--i]);
     if (c < 0x80) return c ? c : NO_CHARACTER;
@@ -94,7 +94,7 @@ UTF32Char readBack(const unsigned char* buffer, unsigned int& i) {
     }
 }
 
-// The character whose first byte is reached after `steps` characters back from the end.
+// Returns the character that is `steps` characters before the end.
 UTF32Char characterFromEnd(const unsigned char* buffer, unsigned int length, unsigned int steps) {
     unsigned int i = length;
     for (;;) {
@@ -104,7 +104,7 @@ UTF32Char characterFromEnd(const unsigned char* buffer, unsigned int length, uns
     }
 }
 
-// The same for units, where a pair takes two steps and has no character at the first of them.
+// The same for UTF-16. A surrogate pair counts as two steps; the first of them returns NO_CHARACTER.
 UTF32Char characterFromEnd(const UTF16Char* buffer, unsigned int length, unsigned int steps) {
     unsigned int i = length;
     for (;;) {
@@ -119,7 +119,7 @@ UTF32Char characterFromEnd(const UTF16Char* buffer, unsigned int length, unsigne
     }
 }
 
-// The unit at an index, which counts from the end if it is negative.
+// Returns the unit at an index. A negative index counts from the end.
 template <class CharType>
 unsigned int unitAt(const CharType* buffer, unsigned int length, int index) {
     const unsigned int i = static_cast<unsigned int>(index) + (index < 0 ? length : 0);

@@ -1,4 +1,4 @@
-// Substrings: of the encoding at hand without copying, and of the other encoding by converting the cut alone.
+// Substrings: of the encoding that exists without copying, and of the other encoding by converting only the substring.
 #include "RecordMemory.h"
 #include "StringDataConversion.h"
 #include "TextBlock.h"
@@ -16,7 +16,7 @@ namespace {
 
 using namespace VornPrivate;
 
-// Where an offset points to in a text of `length` units; above `length` for an offset that is out of range.
+// Returns the index that an offset means in a text of `length` units, or a value above `length` if it is out of range.
 unsigned int resolveOffset(int offset, unsigned int length) {
     if (offset >= 0) return static_cast<unsigned int>(offset);
     const unsigned int back = 0u - static_cast<unsigned int>(offset);
@@ -52,31 +52,31 @@ StringData* StringData::substr(int offset, unsigned int length) const {
         UTF32Char c = Unicode::getUTF32Char(buffer[start]);
         VORN_INTERNAL_ASSERT(c != 0xFDEF, "Invalid UTF-16 buffer detected!");
         if (c == SECOND_SURROGATE) VORN_THROW(E::PARAMETER, "Invalid Offset!");
-        if (start + length != 0) { // no unit stands before the text
+        if (start + length != 0) { // there is no unit before the text
             c = Unicode::getUTF32Char(buffer[start + length - 1]);
             VORN_INTERNAL_ASSERT(c != 0xFDEF, "Invalid UTF-16 buffer detected!");
             if (length != 0 && c == FIRST_SURROGATE) --length;
         }
     }
     if (length == 0) return &s_emptyString;
-    const std::uint64_t cutLength =
-        std::uint64_t(length) +
-        reachesEnd; // with the unit behind the cut: the terminator, or the first one that was trimmed off
+    // Includes the unit behind the substring at the end of a terminated text: the terminator, or the first unit that
+    // was trimmed.
+    const std::uint64_t scannedLength = std::uint64_t(length) + reachesEnd;
 
     switch (info.m_allocationType) {
-    case STRING_DATA_STATIC: return new StringData(buffer + start, cutLength, STRING_DATA_STATIC, CountedLength());
+    case STRING_DATA_STATIC: return new StringData(buffer + start, scannedLength, STRING_DATA_STATIC, CountedLength());
     case STRING_DATA_EXTERNAL:
     case STRING_DATA_DYNAMIC: break;
     default: VORN_THROW(E::INTERNAL, "Invalid allocation type!");
     }
-    StringData* const cut = new StringData(buffer + start, cutLength, STRING_DATA_EXTERNAL, CountedLength());
-    StringDataBufferInfo& cutInfo = cut->infoOf<CharType>();
-    cutInfo.m_previous = const_cast<StringData*>(this);
-    cutInfo.m_next = info.m_next;
-    cutInfo.m_offset = info.m_offset + start;
-    if (info.m_next) info.m_next->infoOf<CharType>().m_previous = cut;
-    info.m_next = cut;
-    return cut;
+    StringData* const substring = new StringData(buffer + start, scannedLength, STRING_DATA_EXTERNAL, CountedLength());
+    StringDataBufferInfo& substringInfo = substring->infoOf<CharType>();
+    substringInfo.m_previous = const_cast<StringData*>(this);
+    substringInfo.m_next = info.m_next;
+    substringInfo.m_offset = info.m_offset + start;
+    if (info.m_next) info.m_next->infoOf<CharType>().m_previous = substring;
+    info.m_next = substring;
+    return substring;
 }
 
 template <class CharType>
@@ -89,8 +89,8 @@ StringData* StringData::substrConvert(int offset, unsigned int length) const {
         return substrConvertUTF8ToUTF16(offset, length);
 }
 
-// A failure behind the allocation, such as a scan that refuses the cut, does not give the block back. So it is promised
-// for this and the other three conversions.
+// A failure after the allocation, such as a scan that refuses the substring, leaks the block. This is specified for all
+// four conversions.
 template <class Target>
 StringData* StringData::substrConvertASCIITo(int offset, unsigned int length) const {
     using Source = std::conditional_t<sizeof(Target) == 1, UTF16Char, unsigned char>;
@@ -101,7 +101,7 @@ StringData* StringData::substrConvertASCIITo(int offset, unsigned int length) co
     length = std::min(length, sourceLength - start);
     if (length == 0) return &s_emptyString;
 
-    RecordMemory record; // first: if memory ends here or at the block, nothing is left behind
+    RecordMemory record; // before the block: if either allocation fails, nothing leaks
     Target* const block = allocateText<Target>(length).release();
     for (unsigned int i = 0; i < length; ++i) block[i] = static_cast<Target>(source[start + i]);
     block[length] = 0;
@@ -111,15 +111,34 @@ StringData* StringData::substrConvertASCIITo(int offset, unsigned int length) co
 
 namespace {
 
-// What is cut out of a source, and how many units it takes in the target. With a count of 0 the result is empty.
+// A range of the source, and its length in units of the target. If `count` is 0, the substring is empty.
 struct ConvertedRange {
     unsigned int start;
     unsigned int end;
     unsigned int count;
 };
 
-// The measures of the three conversions. `skip` measures on the way to the cut, `take` inside it, and `back` on the way
-// from the end of the text towards its start; each moves the index over one character.
+// Offsets and lengths count units of the target, so the source is measured up to the substring: from its start for an
+// offset of 0 or more, from its end for a negative one. The rules by encoding:
+//
+//     source             target    offset inside a character   pair or 4 bytes in    negative offset, substring up
+//                                                              the substring         to the end of the text
+//     UTF-8              UTF-8     throws                      kept; last: throws    ends there
+//     UTF-16             UTF-16    throws                      kept                  ends there
+//     UTF-8 or UTF-16,   other     does not exist              does not exist        ends there
+//     ASCII
+//     UTF-16, UCS-2      UTF-8     throws                      does not exist        throws
+//     UTF-16, Unicode    UTF-8     0 or more: empty text       0 or more: throws     throws
+//                                  negative: throws            negative: converted
+//     UTF-8              UTF-16    0 or more: empty text       converted             as many zero units
+//                                  negative: throws
+//
+// An offset behind the end of the text throws for the first three rows and returns the empty text for the others. An
+// offset before its start throws. A last character that is only partly within the length is left out, except in the
+// first row, where the scan refuses its lead byte.
+//
+// Each struct measures for one of the last three rows. `skip` measures before the substring, `take` inside it, and
+// `back` from the end of the text towards its start; each moves the index over one character.
 
 struct MeasureUCS2AsUTF8 {
     using Source = UTF16Char;
@@ -155,8 +174,7 @@ struct MeasureUTF16AsUTF8 {
         return static_cast<unsigned int>(byteCount);
     }
 
-    // Looks for the second surrogate one unit too far, behind a well-formed pair: a cut that holds a pair fails here,
-    // and callers take that for the answer.
+    // As specified, tests the unit behind a pair for the second surrogate, so that a substring with a pair throws.
     static unsigned int take(const UTF16Char* buffer, unsigned int& utf16End, unsigned int bufferLength) {
         int byteCount = UTF8::countUTF8(buffer[utf16End++]);
         if (byteCount == -1) {
@@ -195,10 +213,11 @@ struct MeasureUTF8AsUTF16 {
         return c < 0x10000 ? 1 : 2;
     }
 
-    // Moves `i`, the index behind a character, to its first byte. At the start of the text the index wraps around.
-    static unsigned int back(const unsigned char* buffer, unsigned int& i, unsigned int bufferLength, bool behindCut) {
+    // Moves `i` from behind a character to its first byte. At the start of the text the index wraps around.
+    static unsigned int back(const unsigned char* buffer, unsigned int& i, unsigned int bufferLength,
+                             bool behindSubstring) {
         UTF32Char c = Unicode::getUTF32Char(buffer[--i]);
-        if (behindCut) VORN_INTERNAL_ASSERT(c, "null byte found in UTF-8!", FUNCTION);
+        if (behindSubstring) VORN_INTERNAL_ASSERT(c, "null byte found in UTF-8!", FUNCTION);
         if (c < 0x80) return 1;
         --i;
         VORN_INTERNAL_ASSERT(c == 0xFDD0 && i < bufferLength, "Invalid UTF-8 buffer!", FUNCTION);
@@ -226,8 +245,8 @@ struct MeasureUTF8AsUTF16 {
     }
 };
 
-// Walks from the start of the text. An offset inside a character that the measure does not refuse is never met: the
-// walk ends with the text and the result is empty.
+// Measures from the start of the text. An offset inside a character that the measure does not refuse is never equal to
+// the sum: the loop ends at the end of the text, and the substring is empty.
 template <class Measure>
 ConvertedRange findFromStart(const typename Measure::Source* buffer, unsigned int bufferLength, unsigned int offset,
                              unsigned int length) {
@@ -247,7 +266,7 @@ ConvertedRange findFromStart(const typename Measure::Source* buffer, unsigned in
     return range;
 }
 
-// Walks from the end of the text: first over the units behind the substring, then over the substring. All indices count
+// Measures from the end of the text: first the characters behind the substring, then the substring. All indices count
 // down from 0. For a substring that reaches the end of the text the end stays 0, as specified, and the conversion uses
 // the range as it is.
 template <class Measure>
@@ -285,11 +304,11 @@ ConvertedRange findRange(const typename Measure::Source* buffer, unsigned int bu
 
 // A block for a substring and its terminator.
 template <class CharType>
-CharType* allocateCut(const ConvertedRange& range, unsigned int overrun = 0) {
+CharType* allocateSubstring(const ConvertedRange& range, unsigned int overrun = 0) {
     return allocateText<CharType>(std::uint64_t(range.count) + overrun).release();
 }
 
-// Writes the substring and its terminator. What a range of no units leaves unwritten is zero, and so it is scanned.
+// Writes the substring and its terminator. Units of the measured length that the conversion does not write become zero.
 void convertRange(unsigned char* block, const ConvertedRange& range, StringDataSubCharset charset,
                   const UTF16Char* source) {
     const std::size_t written =
@@ -303,8 +322,8 @@ void convertRange(unsigned char* block, const ConvertedRange& range, StringDataS
 StringData* StringData::substrConvertUCS2ToUTF8(int offset, unsigned int length) const {
     const ConvertedRange range = findRange<MeasureUCS2AsUTF8>(m_UTF16Buffer, m_utf16Info.m_length, offset, length);
     if (range.count == 0) return &s_emptyString;
-    RecordMemory record; // first: if memory ends here or at the block, nothing is left behind
-    unsigned char* const block = allocateCut<unsigned char>(range, overrunOfUTF8(*this));
+    RecordMemory record; // before the block: if either allocation fails, nothing leaks
+    unsigned char* const block = allocateSubstring<unsigned char>(range, overrunOfUTF8(*this));
     convertRange(block, range, STRING_DATA_UCS2, m_UTF16Buffer);
     return record.own(new (record.get())
                           StringData(block, std::uint64_t(range.count) + 1, STRING_DATA_DYNAMIC, CountedLength()));
@@ -313,8 +332,8 @@ StringData* StringData::substrConvertUCS2ToUTF8(int offset, unsigned int length)
 StringData* StringData::substrConvertUTF16ToUTF8(int offset, unsigned int length) const {
     const ConvertedRange range = findRange<MeasureUTF16AsUTF8>(m_UTF16Buffer, m_utf16Info.m_length, offset, length);
     if (range.count == 0) return &s_emptyString;
-    RecordMemory record; // first: if memory ends here or at the block, nothing is left behind
-    unsigned char* const block = allocateCut<unsigned char>(range, overrunOfUTF8(*this));
+    RecordMemory record; // before the block: if either allocation fails, nothing leaks
+    unsigned char* const block = allocateSubstring<unsigned char>(range, overrunOfUTF8(*this));
     convertRange(block, range, STRING_DATA_UNICODE, m_UTF16Buffer);
     return record.own(new (record.get())
                           StringData(block, std::uint64_t(range.count) + 1, STRING_DATA_DYNAMIC, CountedLength()));
@@ -323,10 +342,11 @@ StringData* StringData::substrConvertUTF16ToUTF8(int offset, unsigned int length
 StringData* StringData::substrConvertUTF8ToUTF16(int offset, unsigned int length) const {
     const ConvertedRange range = findRange<MeasureUTF8AsUTF16>(m_UTF8Buffer, m_utf8Info.m_length, offset, length);
     if (range.count == 0) return &s_emptyString;
-    RecordMemory record; // first: if memory ends here or at the block, nothing is left behind
-    UTF16Char* const block = allocateCut<UTF16Char>(range, 0);
+    RecordMemory record; // before the block: if either allocation fails, nothing leaks
+    UTF16Char* const block = allocateSubstring<UTF16Char>(range, 0);
     unsigned int j = 0;
-    // An overlong form of 4 bytes is measured as one unit and read as two; what has no room is dropped.
+    // An overlong form of 4 bytes is measured as one unit and read as two. Units behind the measured length are
+    // dropped.
     for (unsigned int i = range.start; i < range.end && j < range.count;) {
         const unsigned int word = UTF16::getUTF16(m_UTF8Buffer, i, range.end);
         if (word > 0xFFFF) block[j++] = static_cast<UTF16Char>(word >> 16);

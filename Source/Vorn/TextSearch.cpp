@@ -1,12 +1,11 @@
-// Two searches, one behind the other. The first looks for the needle's first byte with memchr and compares what
-// follows: nothing is faster on ordinary text, where few places look like the needle. It counts what it compares,
-// and once that is out of proportion to the way it has come, as for "aa...ab" in "aa...aa", the second takes over where
-// it is.
+// Two searches. The first finds the needle's first byte with memchr and compares the bytes behind it, which is fastest
+// on ordinary text, where few positions resemble the needle. It counts the compared bytes. If their number is out of
+// proportion to the searched bytes, as for "aa...ab" in "aa...aa", the second search continues at that position.
 //
 // The second is the two-way search of Crochemore and Perrin, "Two-way string-matching", Journal of the ACM 38 (1991).
-// It divides the needle at a critical position: a shift of the needle that leaves its right part with what has been
-// compared is at least as long as the comparison was. The right part is compared forwards and the left part, only where
-// the right one matched, backwards; so each byte of the text is compared at most twice, and no table is needed:
+// It divides the needle at a critical position: a shift after which the right part matches the compared bytes again is
+// at least as long as the comparison. The right part is compared forwards. The left part is compared backwards, and
+// only if the right part matches. Each byte of the text is compared at most twice, and no table is needed:
 //
 //     needle      |  left  |  right       |
 //                 |        | ----->       |    mismatch after k bytes of the right part: shift by k + 1
@@ -21,7 +20,7 @@ namespace {
 
 constexpr std::size_t NOT_FOUND = std::string_view::npos;
 
-// Bytes that two texts of at least `length` bytes have in common from their starts on. Most differ in the first few.
+// Returns the length of the common prefix of two texts of at least `length` bytes. Most differ in the first few bytes.
 std::size_t matchingBytes(const char* a, const char* b, std::size_t length) {
     constexpr std::size_t FEW = 8, BLOCK = 256;
     std::size_t i = 0;
@@ -37,7 +36,7 @@ struct Suffix {
     std::size_t period;
 };
 
-// The suffix of the needle that is the greatest in the order of bytes, or in the opposite order, and its period.
+// Returns the greatest suffix of the needle in the order of bytes, or in the reversed order, and its period.
 Suffix maximalSuffix(std::string_view needle, bool isReversed) {
     std::size_t start = 0, candidate = 1, matched = 0, period = 1;
     while (candidate + matched < needle.size()) {
@@ -48,7 +47,7 @@ Suffix maximalSuffix(std::string_view needle, bool isReversed) {
                 candidate += period;
                 matched = 0;
             }
-        } else if ((a < b) != isReversed) { // the candidate is smaller: all that was compared is one period
+        } else if ((a < b) != isReversed) { // the candidate is smaller: all compared bytes are one period
             candidate += matched + 1;
             matched = 0;
             period = candidate - start;
@@ -67,13 +66,13 @@ std::size_t findTextTwoWay(std::string_view text, std::string_view needle) noexc
     const Suffix forward = maximalSuffix(needle, false), reversed = maximalSuffix(needle, true);
     const Suffix critical = forward.start > reversed.start ? forward : reversed;
     const std::size_t left = critical.start;
-    // If the left part repeats one period further on, the period is that of the whole needle, and a shift by it leaves
-    // a matched beginning that need not be compared again. If not, the needle's period is greater than either part.
+    // If the left part repeats after one period, the period is that of the whole needle, and the prefix that matches
+    // after a shift by it is not compared again. If not, the needle's period is greater than either part.
     const bool isPeriodic = std::memcmp(needle.data(), needle.data() + critical.period, left) == 0;
     const std::size_t period =
         isPeriodic ? critical.period : (left > needle.size() - left ? left : needle.size() - left) + 1;
 
-    std::size_t known = 0; // bytes at the needle's beginning that match already
+    std::size_t known = 0; // length of the prefix that is known to match
     for (std::size_t at = 0; needle.size() <= text.size() - at;) {
         const char* const place = text.data() + at;
         std::size_t i = left > known ? left : known;
@@ -93,18 +92,18 @@ std::size_t findTextTwoWay(std::string_view text, std::string_view needle) noexc
 }
 
 std::size_t findText(std::string_view text, std::string_view needle) noexcept {
-    // A comparison costs a call of memchr beside the bytes that match. At a cost of 2 for each byte of the way the
-    // two-way search is faster, but first it has to read the needle a few times.
+    // A comparison costs a call of memchr and the bytes that match. From a cost of 2 for each searched byte the two-way
+    // search is faster, but it first reads the needle several times.
     constexpr std::size_t COMPARISON_COST = 8, COST_OF_A_BYTE = 2, COST_OF_A_NEEDLE_BYTE = 8, FREE_COST = 1024;
 
     if (needle.empty()) return 0;
     if (needle.size() > text.size()) return NOT_FOUND;
-    // Many characters of a text share the first byte of their UTF-8, but few the second.
+    // Many characters of a text have the same first byte in UTF-8, but few have the same second byte.
     const std::size_t anchor = needle.size() > 1 && static_cast<unsigned char>(needle[0]) >= 0xC0 ? 1 : 0;
     const std::size_t last = needle.size() - 1;
     const char* const start = text.data();
     const char* place = start;
-    std::size_t places = text.size() - last; // where the needle fits, from `place` on
+    std::size_t places = text.size() - last; // number of positions from `place` on at which the needle fits
     const std::size_t freeCost = FREE_COST + COST_OF_A_NEEDLE_BYTE * needle.size();
     std::size_t cost = 0;
     for (;;) {

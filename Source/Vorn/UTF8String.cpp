@@ -20,7 +20,6 @@ namespace {
 
 using namespace VornPrivate;
 
-
 constexpr unsigned int NOT_FOUND = 0xFFFFFFFF;
 
 std::string_view bytesOf(const StringData& data, unsigned int offset) {
@@ -29,14 +28,14 @@ std::string_view bytesOf(const StringData& data, unsigned int offset) {
     return std::string_view(text + offset, length - offset);
 }
 
-// The needle of a String, or null.
+// Returns the terminated text of a needle, or null.
 const char* needleOf(const String& s) {
     StringData* const data = s.getData();
     return data ? reinterpret_cast<const char*>(data->getTerminatedBuffer<unsigned char>()) : nullptr;
 }
 
-// The offset that an index means, which counts from the end if it is negative. For an index before the start the sum
-// does not wrap around, and is above the length.
+// Returns the offset that an index means. A negative index counts from the end; for an index before the start the sum
+// does not wrap around and is above the length.
 unsigned int offsetOf(int index, unsigned int length) {
     return static_cast<unsigned int>(index) + (index < 0 ? length : 0);
 }
@@ -64,7 +63,7 @@ unsigned int UTF8String::getLength() const {
     return getBuffer() ? getData()->getBufferInfo<unsigned char>().m_length : 0;
 }
 
-// The same without building the buffer.
+// Returns the length in UTF-8 without building the buffer.
 unsigned int UTF8String::measure() const { return getData() ? getData()->getUTF8Length() : 0; }
 
 const unsigned char* UTF8String::getTerminatedBuffer(int& index) const {
@@ -76,8 +75,8 @@ const unsigned char* UTF8String::getTerminatedBuffer(int& index) const {
     return getData()->getPrivateBuffer<unsigned char>() + start;
 }
 
-// Makes the index an offset and returns that of the first character start at or after it; NOT_FOUND if the index is
-// outside the text. Terminates the text.
+// Sets `offset` to the offset that the index means. Returns the offset of the first character start at or after it, or
+// NOT_FOUND if the index is outside the text. Terminates the text.
 unsigned int UTF8String::startOf(int index, unsigned int& offset) const {
     offset = static_cast<unsigned int>(index);
     const unsigned char* buffer = getData() ? getData()->getTerminatedBuffer<unsigned char>() : nullptr;
@@ -109,7 +108,7 @@ const unsigned char* UTF8String::skipTrailBytes(const unsigned char* ptr) const 
     return ptr;
 }
 
-// The terminator is no trail byte, so it stops every walk.
+// The terminator is not a trail byte, so no test reads beyond it.
 unsigned int UTF8String::next(unsigned int index) const {
     const unsigned int length = measure();
     if (index >= length) return length;
@@ -123,8 +122,8 @@ unsigned int UTF8String::next(unsigned int index) const {
     return index;
 }
 
-// Looks at one byte before the three of the last step only from the end of the text and from inside a character: from
-// the start of the next character, a character of four bytes is one too long.
+// As specified, tests four bytes only if the index is the end of the text or inside a character. From the start of the
+// next character, it tests three bytes, so that a character of four bytes throws.
 unsigned int UTF8String::previous(unsigned int index) const {
     const unsigned int length = measure();
     if (length == 0 || index == 0) return NOT_FOUND;
@@ -148,11 +147,10 @@ unsigned int UTF8String::previous(unsigned int index) const {
     return index;
 }
 
-// Searches. Each starts at the first character start at or after the index but reckons its result from the index
-// itself, so that one that starts inside a character answers an offset too small by the trail bytes that it stepped
-// over.
+// Searches. Each starts at the first character start at or after the index but counts its result from the index, as
+// specified: for an index inside a character, the result is too small by the number of trail bytes that are skipped.
 
-// Writes the sequence of a code and returns its length, 0 for a code that has none.
+// Writes the sequence of a code. Returns its length, or 0 for a code without a sequence.
 unsigned int UTF8String::encode(unsigned int c, unsigned char* sequence) {
     const unsigned int count = c >= 0x110000 ? 0 : c == 0 ? 2 : UTF8::countUTF8(c);
     setChar(sequence, count, c);
@@ -179,7 +177,7 @@ unsigned int UTF8String::find(String s, int index) const {
     unsigned int from;
     const unsigned int start = startOf(index, from);
     if (start == NOT_FOUND) VORN_THROW(E::PARAMETER, "Invalid index!");
-    const char* const needle = needleOf(s); // may move the text, which is why the start is an offset
+    const char* const needle = needleOf(s); // can move the text, so the start is an offset
     if (!needle || !*needle) VORN_THROW(E::PARAMETER, "Invalid string!");
     return findBytes(needle, start, from);
 }
@@ -320,15 +318,15 @@ namespace {
 
 using Block = std::unique_ptr<unsigned char[]>;
 
-// A copy of the text of `n` bytes in a block of at least `length`, with a zero behind the text and one at the end. What
-// lies between the two is for the caller to write or to clear.
+// Returns a copy of the text of `n` bytes in a block of at least `length` bytes, with a zero behind the text and one at
+// the end. The bytes between the two are not written.
 Block copyText(const StringData& data, unsigned int n, unsigned int length) {
     if (const unsigned char* const text = data.getPrivateBuffer<unsigned char>()) {
-        const unsigned int room = std::max(length, n);
-        Block block = allocateText<unsigned char>(room);
+        const unsigned int capacity = std::max(length, n);
+        Block block = allocateText<unsigned char>(capacity);
         std::memcpy(block.get(), text, n);
         block[n] = 0;
-        block[room] = 0;
+        block[capacity] = 0;
         return block;
     }
     if (!data.getPrivateBuffer<UTF16Char>()) return nullptr;
@@ -336,22 +334,23 @@ Block copyText(const StringData& data, unsigned int n, unsigned int length) {
                                              data.getCharset(), length));
 }
 
-// True if an edit at this index of a text of `n` bytes would divide a character. The capacity beyond the text, which
-// the edit does not come to write, is then cleared.
+// Returns true if an edit at this index of a text of `n` bytes would divide a character. In this case, clears the
+// capacity behind the text, because the edit does not write it.
 bool dividesCharacter(unsigned char* buffer, unsigned int index, unsigned int n, unsigned int capacity) {
     if (index >= n || !UTF8::validUTF8Trail(buffer[index])) return false;
     clearUnwritten(buffer, std::size_t(n) + 1, capacity);
     return true;
 }
 
-// A text that an edit brings in: measured, and whatever memory it takes allocated, before the edit changes anything.
+// A text that an edit inserts. It is measured, and the memory that it needs is allocated, before the edit changes
+// anything.
 class Incoming {
 public:
     explicit Incoming(const String& s) : m_data(s.getData()), m_length(m_data ? m_data->getUTF8Length() : 0) {}
 
-    // Allocates what copyTo needs. Called when all that is known of the edit was checked.
+    // Allocates the memory that copyTo needs. Called after the checks of the edit.
     void allocate() {
-        // The last character of such a text may be written on behind the bytes that are measured for it.
+        // The last character of such a text can end behind its measured length.
         const unsigned int overrun = m_data ? overrunOfUTF8(*m_data) : 0;
         if (overrun != 0 && !m_data->getPrivateBuffer<unsigned char>())
             m_block = allocateText<unsigned char>(std::uint64_t(m_length) + overrun);
@@ -359,12 +358,11 @@ public:
 
     unsigned int length() const { return m_length; } // in UTF-8
 
-    // Only for a text that has a length. Writes it to `index` of a buffer that held `n` bytes and a zero before the
-    // edit.
+    // Writes the text, which is not empty, to `index` of a buffer that contained `n` bytes and a zero before the edit.
     void copyTo(unsigned char* buffer, unsigned int index, unsigned int n) const {
         unsigned char* const dest = buffer + index;
         if (m_block) {
-            clearUnwritten(buffer, std::size_t(n) + 1, std::size_t(index) + m_length); // the conversion may fail
+            clearUnwritten(buffer, std::size_t(n) + 1, std::size_t(index) + m_length); // the conversion can fail
             copyToBlock(*m_data, m_block.get(), m_length, m_length);
             std::memcpy(dest, m_block.get(), m_length);
         } else {
@@ -375,16 +373,16 @@ public:
 private:
     const StringData* m_data;
     unsigned int m_length;
-    Block m_block; // null if the text can be written to its place
+    Block m_block; // null if the text can be written to the buffer directly
 };
 
 } // namespace
 
-// A string that had no record is given one without counting itself, so that setLength refuses every edit; callers meet
-// that. Such a record goes with its string, or is lost if `+=` replaces it.
-//
-// Does what `reserve` does but returns the index of the byte behind the terminator, from which on the capacity is
+// Reserves as `reserve` does, but returns the index of the byte behind the terminator, from which on the capacity is
 // unwritten.
+//
+// As specified, a null string receives a record with a use count of 0, so that setLength refuses every edit. Its string
+// destroys such a record; `+=` leaks it.
 unsigned int UTF8String::provideCapacity(unsigned int length) {
     if (!m_data) {
         Block block = allocateText<unsigned char>(length);
@@ -399,9 +397,9 @@ unsigned int UTF8String::provideCapacity(unsigned int length) {
     const unsigned int n = measure();
     if (m_data->getRefCount() >= 2 || m_data->isStaticConstString()) {
         Block block = copyText(*m_data, n, length);
-        RecordMemory record; // if memory ends, the string is as before
+        RecordMemory record; // if this allocation fails, the string is unchanged
         m_data->decRefCount();
-        m_data = nullptr; // the share has gone, even if the scan refuses the text now
+        m_data = nullptr; // the reference is released, even if the scan refuses the text
         m_data = record.own(new (record.get()) StringData(block.get(), std::uint64_t(n) + 1, STRING_DATA_DYNAMIC,
                                                           StringData::CountedLength()));
         block.release();
@@ -421,7 +419,7 @@ unsigned int UTF8String::reserve(unsigned int length) {
     return m_capacity;
 }
 
-// Clears the capacity from an index of the text's block on.
+// Clears the capacity from index `unwritten` on.
 void UTF8String::clearCapacity(unsigned int unwritten) {
     if (unwritten >= m_capacity) return;
     clearUnwritten(const_cast<unsigned char*>(m_data->getPrivateBuffer<unsigned char>()), unwritten, m_capacity);
@@ -434,7 +432,8 @@ void UTF8String::freeUncountedRecord() noexcept {
     }
 }
 
-// The capacity beyond the text is for the edit to write, unless setLength is going to refuse it.
+// Returns the buffer for an edit, which writes the capacity behind the text. If setLength refuses the edit, the
+// capacity is cleared here.
 unsigned char* UTF8String::getEditableBuffer(unsigned int length) {
     const unsigned int unwritten = provideCapacity(length);
     if (m_data->getRefCount() != 1) clearCapacity(unwritten);
@@ -459,7 +458,8 @@ unsigned int UTF8String::assertValidInsertIndex(int& index) const {
     return n;
 }
 
-// Replaces bytes in a terminated text of `n` bytes that has the room for it, up to the new bytes themselves.
+// Resizes a range of a terminated text of `n` bytes to `newLength` bytes, whose content it does not write. The capacity
+// suffices.
 void UTF8String::moveTail(unsigned char* buffer, unsigned int n, unsigned int index, unsigned int length,
                           unsigned int newLength) {
     std::memmove(buffer + index + newLength, buffer + index + length, std::size_t(n) - index - length + 1);
@@ -471,7 +471,7 @@ void UTF8String::append(unsigned int c) {
     if (count == 0) VORN_THROW(E::UNICODE, "Invalid Unicode character!");
     const unsigned int n = measure();
     if (count > MAX_TEXT_LENGTH - n) VORN_THROW(E::PARAMETER, "length : text too long!");
-    unsigned char* const buffer = getEditableBuffer(n + count); // ends with a zero
+    unsigned char* const buffer = getEditableBuffer(n + count); // terminated
     m_data->setLength(n + count);
     setChar(buffer + n, count, c);
 }
@@ -494,7 +494,7 @@ void UTF8String::appendDecimal(unsigned int value) {
     const unsigned int count = measureDec(value);
     if (count > MAX_TEXT_LENGTH - n) VORN_THROW(E::PARAMETER, "length : text too long!");
     unsigned char* const buffer = getEditableBuffer(n + count);
-    if (printDec(value, buffer + n, count) > count) clearUnwritten(buffer + n, 1, count); // printed nothing
+    if (printDec(value, buffer + n, count) > count) clearUnwritten(buffer + n, 1, count); // nothing was printed
     buffer[n + count] = 0;
     m_data->setLength(n + count);
 }
