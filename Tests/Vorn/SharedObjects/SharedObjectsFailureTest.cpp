@@ -352,7 +352,7 @@ TEST(AllocationFailure, DestroyingADeepStructure) {
     };
     constexpr int LEVELS = 2000;
     const std::size_t live = liveAllocationCount();
-    for (const std::size_t failing : {0, 1, 2, 100, 5000}) {
+    for (const unsigned int failing : {0u, 1u, 2u, 100u, 5000u}) {
         SharedPtr<Link> outer;
         for (int level = 0; level < LEVELS; ++level) {
             SharedPtr<Link> link = Vorn::makeShared<Link>();
