@@ -3,13 +3,11 @@
 /// is being changed. These invariants keep that safe:
 ///
 /// 1. No reference that may be the last one is released while a walk holds a pointer into the chain. Nodes that a walk
-/// takes out are destroyed
-///    after the walk, in the order in which it took them out.
+///    takes out are destroyed after the walk, in the order in which it took them out.
 /// 2. A node whose reference is released is either in no list, or empty: `releaseDelegate` empties it first. So a
 ///    destructor finds no delegate that is being released, and no reference is released twice.
 /// 3. The first node, which is the event, cannot be taken out. Its reference is released while the chain is complete,
-/// and
-///    afterwards the chain is read again from its start.
+///    and afterwards the chain is read again from its start.
 /// 4. A node that is to be reused is emptied before the position for it is searched.
 /// 5. A delegate that is passed in is copied before the first release: it may be a member of what the release destroys.
 /// 6. The destructor takes each list out of the event before it destroys the list. What is added meanwhile is destroyed

@@ -10,6 +10,10 @@
 #ifndef NOMINMAX
 #define NOMINMAX
 #endif
+#if !defined(_WIN32_WINNT) || _WIN32_WINNT < 0x0602 // the first version with GetCurrentThreadStackLimits
+#undef _WIN32_WINNT
+#define _WIN32_WINNT 0x0602
+#endif
 #include <windows.h> // GetCurrentThreadStackLimits
 #elif defined(__linux__)
 #include <pthread.h> // pthread_getattr_np
@@ -110,10 +114,6 @@ struct StackBounds {
     bool contains(std::uintptr_t address) const { return address >= lowest && address < end; }
 };
 
-/// A first release leaves this much stack to recursion before the bounds of the stack are looked up, which may read a
-/// file. The smallest stacks that threads can have hold twice as much.
-constexpr std::uintptr_t UNMEASURED_SIZE = 8 * 1024;
-
 /// Assumed to be left of a stack whose bounds cannot be found.
 constexpr std::uintptr_t ASSUMED_SIZE = 32 * 1024;
 
@@ -160,20 +160,19 @@ bool findStackBounds(StackBounds& bounds) {
 #endif
 }
 
-/// A quarter of the stack is kept from recursion, and half of that from everything but the program's destructors.
+/// Finds the bounds of the thread's stack, at its first release. A quarter of the stack is kept from recursion, and
+/// half of that from everything but the program's destructors. If the bounds cannot be found, as when memory has ended,
+/// they are assumed until a release reaches them, which tries again.
 void measureStack(std::uintptr_t position) {
-    state.isMeasured = true;
-    std::uintptr_t size = ASSUMED_SIZE;
-    std::uintptr_t lowest = position - ASSUMED_SIZE;
-    if (findStackBounds(state.stack)) {
-        size = state.stack.end - state.stack.lowest;
-        lowest = state.stack.lowest;
-    } else {
-        state.stack = {0, UINTPTR_MAX};
+    state.isMeasured = findStackBounds(state.stack);
+    if (!state.isMeasured) {
+        if (state.stack.end != 0) return; // assumed before
+        state.stack = {position - ASSUMED_SIZE, UINTPTR_MAX};
     }
+    const std::uintptr_t size = state.isMeasured ? state.stack.end - state.stack.lowest : ASSUMED_SIZE;
     const std::uintptr_t reserve = std::min(size / 4, LARGEST_RESERVE);
-    state.recursionEnd = lowest + reserve;
-    state.deferralStart = lowest + reserve / 2;
+    state.recursionEnd = state.stack.lowest + reserve;
+    state.deferralStart = state.stack.lowest + reserve / 2;
 }
 
 /// Makes its queue that of the thread and destroys what was deferred when it goes out of scope.
@@ -199,8 +198,7 @@ private:
 
 [[gnu::noinline]] void destroyWithLittleStack(RefCounter::Deleter deleter, void* object, RefCounter* counter) {
     const std::uintptr_t position = stackPosition();
-    if (state.recursionEnd == UINTPTR_MAX) state.recursionEnd = position - UNMEASURED_SIZE;
-    if (position <= state.recursionEnd && !state.isMeasured) measureStack(position);
+    if (!state.isMeasured) measureStack(position);
     if (position <= state.recursionEnd && state.stack.contains(position)) { // not the stack of a coroutine
         if (!state.queue) return destroyAndDrain(deleter, object, counter);
         // What is released after a deferred object must not overtake it.

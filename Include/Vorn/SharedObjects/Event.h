@@ -70,8 +70,7 @@ public:
     ///     passes its position, and that of the first listener until another listener becomes the first, at most until
     ///     the event is destroyed.
     /// @warning While the first node is being called, listeners behind it are not found. Remove them before or after
-    /// the
-    ///     call.
+    ///     the call.
     /// @warning Do not remove pending listeners. Removing one that is not the first pending listener leaks its
     ///     reference. After the last pending listener has been removed, later pending listeners are leaked, counted and
     ///     never called; if it was the only one, this applies to all later calls too.

@@ -126,12 +126,10 @@ protected:
     /// Throws `Exception<2>`: "m_delegateCount != 0 : Invalid delegate count!!!" if the count was wrong.
     /// Throws `Exception<2>`: "m_delegateCount != -1 : Invalid delegate count!!!" if the count was wrong.
     /// @warning While the first node is being called, only this node and the pending list are searched. A delegate
-    /// behind
-    ///     it is not found.
+    ///     behind it is not found.
     /// @warning Removing a pending delegate that is not the first one leaks its node and reference. After the last
-    /// pending
-    ///     delegate has been removed, later pending delegates are leaked, counted and never called; if it was the only
-    ///     one, this applies to all later dispatches.
+    ///     pending delegate has been removed, later pending delegates are leaked, counted and never called; if it was
+    ///     the only one, this applies to all later dispatches.
     DelegateNode* removeDelegate(const DelegatePOD& delegate);
 
     /// The same as `removeDelegate`, but returns true if the delegate was found. `spare` receives the spare node.

@@ -24,8 +24,7 @@ namespace Vorn {
 /// An operation that is described as checked throws `Exception<2>`: "validRefCounter(pRefCounter) : Invalid reference
 /// counter!" if the use count and the object pointer of the control block contradict each other.
 /// @warning A check reads the object pointer of the control block. While another thread may release the last use, query
-/// a
-///     weak pointer with `WeakPtr::isExpired` and `WeakPtr::lock` only.
+///     a weak pointer only with `WeakPtr::isExpired` and `WeakPtr::lock`.
 class VORN_API RefCounterWrapper {
 public:
     /// Leaves the pointer uninitialised.

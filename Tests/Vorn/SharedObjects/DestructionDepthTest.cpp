@@ -348,6 +348,27 @@ TEST(DestructionDepth, RecursesOnTheStackOfACoroutine) {
     EXPECT_EQ(destruction.begun, 100);
     EXPECT_EQ(destruction.deepest, 100);
 }
+
+// The first release of a thread measures the stack. It must measure that of the thread also on a coroutine's stack.
+TEST(DestructionDepth, AFirstReleaseOnACoroutineLeavesTheStackOfTheThreadBounded) {
+    static SharedPtr<PointerLink> first, outer;
+    first = Vorn::makeShared<PointerLink>(0);
+    outer = nestPointers<PointerLink>(Vorn::REF_COUNTER_SINGLE_THREAD);
+    static char stack[256 * 1024]; // below the stacks of threads
+    static ucontext_t caller, coroutine;
+    ASSERT_EQ(getcontext(&coroutine), 0);
+    coroutine.uc_stack.ss_sp = stack;
+    coroutine.uc_stack.ss_size = sizeof(stack);
+    coroutine.uc_link = &caller;
+    makecontext(
+        &coroutine, [] { first.reset(); }, 0);
+    runWithStack(SMALL_STACK, [] {
+        swapcontext(&caller, &coroutine);
+        destruction = DestructionLog();
+        outer.reset();
+    });
+    EXPECT_EQ(destruction.begun, NESTED_OBJECTS);
+}
 #endif
 #endif
 
