@@ -24,7 +24,7 @@ inline Outcome refused(const std::string& message) {
     return raised(7, message, "stringDataBufferScan", "Source/Vorn/StringDataHelper");
 }
 
-inline Outcome verdict(bool null, bool twoByteClass, bool fullClass) {
+inline Outcome scanResult(bool null, bool twoByteClass, bool fullClass) {
     return {(null ? 4u : 0u) + (fullClass ? 3u : twoByteClass ? 2u : 1u), {}};
 }
 
@@ -82,7 +82,7 @@ inline ScanResult scan(const Bytes& bytes, unsigned int length) {
             ++i;
         }
     }
-    return {verdict(null, twoByteClass, fullClass), length};
+    return {scanResult(null, twoByteClass, fullClass), length};
 }
 
 inline ScanResult scan(const Units& units, unsigned int length) {
@@ -115,7 +115,7 @@ inline ScanResult scan(const Units& units, unsigned int length) {
         if (unit == 0 || unit > 0x7F) twoByteClass = true;
         ++i;
     }
-    return {verdict(null, twoByteClass, fullClass), length};
+    return {scanResult(null, twoByteClass, fullClass), length};
 }
 
 } // namespace reference

@@ -9,7 +9,7 @@
 template <class Unit>
 class ExactBuffer {
 public:
-    /// Copies the units. `shift` units stand in front of them, to try another alignment.
+    /// Copies the units. `shift` units precede them, to try another alignment.
     explicit ExactBuffer(const std::vector<Unit>& units, std::size_t shift = 0)
         : m_block(new Unit[shift + units.size()]), m_shift(shift) {
         std::fill_n(m_block.get(), shift, Unit(0x3F));

@@ -1,5 +1,5 @@
 // Code units between two pages that cannot be read or written, so that a step beyond them ends the program in every
-// preset and not only under a sanitizer. Where the system has no such pages, the units stand in a block of their size.
+// preset and not only under a sanitizer. Where the system has no such pages, the units are in a block of their size.
 #pragma once
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// Expectations on records that share blocks of text.
+// Expectations on records that use the same block of text.
 #pragma once
 
 #include "Support/AllocationCounter.h"
@@ -78,8 +78,8 @@ Vorn::String dynamicString(std::string_view ascii) {
     return Vorn::String(newBlock<CharType>(ascii), static_cast<unsigned int>(ascii.size()), Vorn::STRING_DATA_DYNAMIC);
 }
 
-/// A part of `parent` that shares its text.
+/// A substring of `parent`, which uses the same block.
 template <class CharType>
-Vorn::String cut(const Vorn::String& parent, int offset, unsigned int length) {
+Vorn::String substringOf(const Vorn::String& parent, int offset, unsigned int length) {
     return Vorn::String(parent.getData()->substr<CharType>(offset, length));
 }

@@ -84,7 +84,7 @@ CharType* newBlock(std::string_view ascii) {
     return newBlock(unitsOf<CharType>(ascii));
 }
 
-/// A caller's buffer, as `newBlock` makes it.
+/// A borrowed buffer, as `newBlock` makes it.
 template <class CharType>
 std::unique_ptr<CharType[]> callerBuffer(std::string_view ascii) {
     return std::unique_ptr<CharType[]>(newBlock<CharType>(ascii));

@@ -1,4 +1,4 @@
-// Text between guard pages, unterminated: no operation reads beyond it, and what stands behind a text changes nothing.
+// Text between guard pages, unterminated: no operation reads beyond it, and the units behind a text change no result.
 // A result that is read one unit further as documented, such as a substring at the end, is asked of terminated text.
 #include "Support/ExpectedLeak.h"
 #include "Support/GuardedBuffer.h"
@@ -107,10 +107,10 @@ std::string resultsOf(const String& a, const String& b, const signed char* needl
     return results.text();
 }
 
-// What makes buffers or new records, some of them of garbled text.
+// Operations that create buffers or records, some of malformed text.
 template <class Make>
 std::string madeFrom(Make make, const String& b, int length) {
-    const ExpectedLeak leak; // a substring that is refused loses its block
+    const ExpectedLeak leak; // a refused substring leaks its block
     const String a = make();
     Results results;
     for (const unsigned int part : {0u, 1u, 2u, 5u, 0xFFFFFFFFu}) {

@@ -164,10 +164,10 @@ TEST(Interop, HashAgreesWithEqualityInAllForms) {
 TEST(Interop, HashReadsTheBufferThatDecidesEquality) {
     // The conversion of this text to UTF-8 is corrupt at its end.
     const UTF16Text null = utf16Of({'a', 0});
-    const String garbled = over(null);
-    garbled.getCString();
-    ASSERT_EQ(garbled, over(null));
-    EXPECT_EQ(hashOf(garbled), hashOf(over(null)));
+    const String corrupt = over(null);
+    corrupt.getCString();
+    ASSERT_EQ(corrupt, over(null));
+    EXPECT_EQ(hashOf(corrupt), hashOf(over(null)));
     // The conversion of this text to UTF-16 contains second surrogates only.
     const std::string pair = utf8Of({'a', 0x1F600});
     const String halved = over(pair);

@@ -151,7 +151,7 @@ TEST(StringConcatenation, RefusedByTheScanLeavesANullStringIfItHadTheLastReferen
                         "stringDataBufferScan", "Source/Vorn/StringDataHelper");
     }
     EXPECT_EQ(refused.string.getData(), nullptr);
-    EXPECT_EQ(liveAllocationCount(), live - 1 + 1) << "the left record went, the block stays";
+    EXPECT_EQ(liveAllocationCount(), live - 1 + 1) << "the left record is freed, the block is leaked";
 }
 
 TEST(StringConcatenation, RefusedByTheScanStillPointsAtARecordThatAnotherHolds) {
@@ -165,7 +165,7 @@ TEST(StringConcatenation, RefusedByTheScanStillPointsAtARecordThatAnotherHolds) 
     }
     EXPECT_EQ(refused.string.getData(), record);
     EXPECT_EQ(record->getRefCount(), 1u);
-    record->incRefCount(); // the share that the string has lost
+    record->incRefCount(); // the reference that the string has released
 }
 
 TEST(StringConcatenation, RefusedConversionChangesNothingAndLeavesNoBlock) {

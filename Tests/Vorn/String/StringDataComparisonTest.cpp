@@ -106,7 +106,7 @@ bool referenceLess16(const Held& a, const Held& b) {
     return isSurrogate(*y) ? true : *x < *y;
 }
 
-// The lesser of two decoded texts; `ended` answers from the positions that were reached when one of them ends.
+// The lesser of two decoded texts; `ended` returns the result for the positions at which one of them ends.
 template <class Ended>
 bool lessInSteps(const std::vector<Step>& a, const std::vector<Step>& b, Ended ended) {
     std::size_t i = 0;
@@ -318,7 +318,7 @@ TEST(StringComparison, KnownDepartures) {
 
     const String both = over(pair8);
     both.getData()->getTerminatedBuffer<UTF16Char>();
-    EXPECT_NE(both, over(pair)) << "the first surrogate was lost";
+    EXPECT_NE(both, over(pair)) << "the first surrogate is missing";
 
     const std::string null = utf8Of({0}), nulls = utf8Of({0, 0}), del = utf8Of({0x7F}), nullAndDel = utf8Of({0, 0x7F});
     EXPECT_LT(over(del), over(null)) << "0xC0 0x80 is compared as those bytes";

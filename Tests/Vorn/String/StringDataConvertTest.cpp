@@ -1,4 +1,4 @@
-// What the three outer forms of conversion share in both directions: measuring, room, terminators, records, guards.
+// The three outer forms of conversion in both directions: measuring, capacity, terminators, records, guards.
 #include "Vorn/String/StringDataHelper.h"
 
 #include "Reference/SampleTexts.h"
@@ -70,11 +70,11 @@ struct Direction<UTF16Char> {
     static Units encode(const Codes& codes) { return reference::toUTF16(codes); }
 };
 
-// A unit of a caller's memory that no conversion may write.
+// A unit of memory that no conversion may write.
 template <class Unit>
 constexpr Unit FRESH = static_cast<Unit>(0xA5A5);
 
-// Room behind the told end, in which the last character may be written on.
+// Writable units behind `destLength`, in which the last character can end.
 constexpr unsigned int SLACK = 8;
 
 template <class Source>
@@ -84,11 +84,11 @@ protected:
     using Target = typename Direction<Source>::Target;
     using Result = std::vector<Target>;
 
-    // One text under one verdict, in memory that ends with it. A first surrogate at the end makes the measuring of
-    // UTF-16 look one unit further, so one stands there.
+    // One text with one charset, in memory that ends with it. After a first surrogate at the end, the measuring of
+    // UTF-16 reads one more unit, so one follows.
     struct Case {
-        Case(const Text& units, int verdict)
-            : text(units), charset(verdict), length(static_cast<unsigned>(units.size())) {
+        Case(const Text& units, int subCharset)
+            : text(units), charset(subCharset), length(static_cast<unsigned>(units.size())) {
             if (sizeof(Source) == 2) text.push_back(0);
         }
         Text text;
@@ -111,14 +111,14 @@ protected:
     static Outcome expectedCreation(const Case& c, unsigned int capacity, Result& dest) {
         const Outcome n = reference::measured(c.text, c.length, c.charset);
         if (!n.failure.empty()) return n;
-        const unsigned int room = std::max(capacity, n.value);
-        dest.assign(room + 1 + SLACK, 0);
+        const unsigned int size = std::max(capacity, n.value);
+        dest.assign(size + 1 + SLACK, 0);
         const Outcome outcome =
             reference::convertInto(c.text, c.length, c.charset, dest, n.value, Direction<Source>::CREATE);
         if (!outcome.failure.empty()) return outcome;
-        dest[room] = 0;
+        dest[size] = 0;
         dest[n.value] = 0;
-        dest.resize(room + 1);
+        dest.resize(size + 1);
         return n;
     }
 
@@ -201,7 +201,7 @@ protected:
         EXPECT_EQ(allocations, 0u);
     }
 
-    // Converts in every form, with every room that makes a difference.
+    // Converts in every form, with every capacity that makes a difference.
     static bool convertsAsTold(const Text& text, int charset) {
         const Case c(text, charset);
         const GuardedBuffer<Source> source(c.text);
@@ -213,7 +213,7 @@ protected:
         }
         if (n.value > 0) checkCopy(c, source.data(), n.value - 1);
         if (!testing::Test::HasFailure()) return true;
-        ADD_FAILURE() << "verdict " << charset << ": " << reference::shown(text);
+        ADD_FAILURE() << "charset " << charset << ": " << reference::shown(text);
         return false;
     }
 
@@ -240,12 +240,12 @@ TYPED_TEST(Conversion, EmptySourceGivesATerminatorAlone) {
         EXPECT_EQ(destInfo.m_length, 0u);
         EXPECT_EQ(destInfo.m_nullTerminated, 1u);
 
-        const std::unique_ptr<Unit[]> room(convertCreate(static_cast<const TypeParam*>(nullptr), infoOf(0),
-                                                         static_cast<StringDataSubCharset>(charset), 3));
-        EXPECT_EQ(room[0], 0);
-        EXPECT_EQ(room[1], 0);
-        EXPECT_EQ(room[2], 0);
-        EXPECT_EQ(room[3], 0);
+        const std::unique_ptr<Unit[]> block(convertCreate(static_cast<const TypeParam*>(nullptr), infoOf(0),
+                                                          static_cast<StringDataSubCharset>(charset), 3));
+        EXPECT_EQ(block[0], 0);
+        EXPECT_EQ(block[1], 0);
+        EXPECT_EQ(block[2], 0);
+        EXPECT_EQ(block[3], 0);
 
         EXPECT_EQ(convertCopy(static_cast<const TypeParam*>(nullptr), infoOf(0),
                               static_cast<StringDataSubCharset>(charset), nullptr, 0),

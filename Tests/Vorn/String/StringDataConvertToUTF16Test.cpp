@@ -33,7 +33,7 @@ TEST(StringDataConvertToUTF16, KnownTexts) {
         {"plain", STRING_DATA_ASCII, {0x61, 0x62, 0x7F}, {0x61, 0x62, 0x7F}},
         {"null crosses as a zero unit", STRING_DATA_UCS2, {0x61, 0xC0, 0x80}, {0x0061, 0x0000}},
         {"two and three bytes", STRING_DATA_UCS2, {0xC3, 0xA9, 0xEF, 0xBF, 0xBD}, {0x00E9, 0xFFFD}},
-        {"last character loses its first surrogate", STRING_DATA_UNICODE, {0xF4, 0x8F, 0xBF, 0xBD}, {0xDFFD, 0}},
+        {"only the second surrogate of the last character", STRING_DATA_UNICODE, {0xF4, 0x8F, 0xBF, 0xBD}, {0xDFFD, 0}},
         {"and so does one in the midst",
          STRING_DATA_UNICODE,
          {0x61, 0xF0, 0x90, 0x80, 0x80, 0x62},

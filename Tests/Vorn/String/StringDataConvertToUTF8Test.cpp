@@ -39,8 +39,8 @@ TEST(StringDataConvertToUTF8, KnownTexts) {
         {"two bytes", STRING_DATA_UCS2, {0x00E9}, {0xC3, 0xA9}},
         {"three bytes", STRING_DATA_UCS2, {0xFFFD}, {0xEF, 0xBF, 0xBD}},
         {"edges", STRING_DATA_UCS2, {0x7F, 0x80, 0x7FF, 0x800}, {0x7F, 0xC2, 0x80, 0xDF, 0xBF, 0xE0, 0xA0, 0x80}},
-        {"the last null loses a byte to the terminator", STRING_DATA_UCS2, {0x0041, 0x0000}, {0x41, 0xC0}},
-        {"null with the full verdict", STRING_DATA_UNICODE, {0x0000, 0x0041}, {0xC0, 0x80, 0x41}},
+        {"the terminator replaces the last byte of a final null", STRING_DATA_UCS2, {0x0041, 0x0000}, {0x41, 0xC0}},
+        {"null with the charset UNICODE", STRING_DATA_UNICODE, {0x0000, 0x0041}, {0xC0, 0x80, 0x41}},
         {"127 leaves a zero byte at the end", STRING_DATA_UNICODE, {0x7F, 0x41, 0x7F}, {0x7F, 0x41, 0x7F, 0, 0}},
         {"first pair", STRING_DATA_UNICODE, {0xD800, 0xDC00}, {0xF0, 0x90, 0x80, 0x80}},
         {"last pair that is right", STRING_DATA_UNICODE, {0xD8BF, 0xDFFF}, {0xF0, 0xBF, 0xBF, 0xBF}},
@@ -103,7 +103,7 @@ TEST(StringDataConvertToUTF8, NullBeforeAnotherCharacterExceedsTheLengthUnderUCS
 
 TEST(StringDataConvertToUTF8, ThreeBytesBehindNullsStayInTheNewBlock) {
     // The last character begins on the last byte that was counted. Its second byte gives way to the terminator, and its
-    // third has no place in the block at all: the address sanitizer tells whether it was written.
+    // third is outside the block: the address sanitizer reports it if it is written.
     const UTF16Char text[] = {0x0000, 0x0000, 0x20AC};
     const Bytes expected{0xC0, 0x80, 0xC0, 0x80, 0xE2, 0x00};
     StringDataBufferInfo destInfo = infoOf(0);
@@ -112,10 +112,10 @@ TEST(StringDataConvertToUTF8, ThreeBytesBehindNullsStayInTheNewBlock) {
     EXPECT_EQ(destInfo.m_length, 5u);
     EXPECT_EQ(lastAllocationSize(), 6u);
     EXPECT_EQ(Bytes(dest.get(), dest.get() + 6), expected);
-    const std::unique_ptr<unsigned char[]> room(
+    const std::unique_ptr<unsigned char[]> block(
         Vorn::stringDataConvertCreateUTF8(text, infoOf(3), STRING_DATA_UCS2, 0));
     EXPECT_EQ(lastAllocationSize(), 6u);
-    EXPECT_EQ(Bytes(room.get(), room.get() + 6), expected);
+    EXPECT_EQ(Bytes(block.get(), block.get() + 6), expected);
 }
 
 TEST(StringDataConvertToUTF8, CopyAsksForTheSizeAndWritesNoTerminator) {
@@ -176,7 +176,7 @@ TEST(StringDataConvertToUTF8, FailuresNameTheOuterFunction) {
     }
 }
 
-// The two inner loops, with the text in memory of its own size and room behind the destination.
+// The two inner loops, with the text in memory of its own size and writable memory behind the destination.
 
 using InnerLoop = void (*)(unsigned char*, unsigned int, const UTF16Char*, unsigned int);
 
@@ -266,9 +266,9 @@ bool replacesString(const Units& text, int charset) {
     const std::string failure = failureOf([&] {
         Vorn::stringDataConvertToUTF8(dest, source.data(), infoOf(length), static_cast<StringDataSubCharset>(charset));
     });
-    EXPECT_EQ(failure, expectedOutcome.failure) << "verdict " << charset << ": " << reference::shown(text);
+    EXPECT_EQ(failure, expectedOutcome.failure) << "charset " << charset << ": " << reference::shown(text);
     if (!failure.empty()) return failure == expectedOutcome.failure;
-    EXPECT_EQ(dest, expected) << "verdict " << charset << ": " << reference::shown(text);
+    EXPECT_EQ(dest, expected) << "charset " << charset << ": " << reference::shown(text);
     return expectedOutcome.failure.empty() && dest == expected;
 }
 
@@ -296,7 +296,7 @@ TEST(StringDataConvertToUTF8, StandardStringTakesWhatTheOtherFormsCannot) {
     } rows[] = {
         {"null in the midst under UCS-2", STRING_DATA_UCS2, {0x41, 0, 0x42}, "\x41\xC0\x80\x42"},
         {"null at the end under UCS-2", STRING_DATA_UCS2, {0x41, 0}, "\x41\xC0\x80"},
-        {"127 with the full verdict", STRING_DATA_UNICODE, {0x7F, 0xD83D, 0xDE00}, "\x7F\xF0\x9F\x98\x80"},
+        {"127 with the charset UNICODE", STRING_DATA_UNICODE, {0x7F, 0xD83D, 0xDE00}, "\x7F\xF0\x9F\x98\x80"},
         {"a malformed pair", STRING_DATA_UNICODE, {0xD8C0, 0xDC00}, "\xF0\xC0\x80\x80"},
     };
     for (const auto& row : rows) {

@@ -40,7 +40,7 @@ Outcome unicodeLength(const Unit* buffer, std::size_t length, int charset) {
     });
 }
 
-// Compares both lengths of a text, valid or not, under every verdict with the reference.
+// Compares both lengths of a text, valid or not, with the reference for every charset.
 bool measuresAsTold(const Bytes& text) {
     const auto length = static_cast<unsigned int>(text.size());
     const GuardedBuffer<unsigned char> block(text);
@@ -50,8 +50,8 @@ bool measuresAsTold(const Bytes& text) {
         const Outcome expectedCharacters = reference::unicodeLength(text, length, charset);
         const Outcome units = utf16Length(block.data(), length, charset);
         const Outcome characters = unicodeLength(block.data(), length, charset);
-        EXPECT_EQ(units, expectedUnits) << "verdict " << charset << ": " << reference::shown(text);
-        EXPECT_EQ(characters, expectedCharacters) << "verdict " << charset << ": " << reference::shown(text);
+        EXPECT_EQ(units, expectedUnits) << "charset " << charset << ": " << reference::shown(text);
+        EXPECT_EQ(characters, expectedCharacters) << "charset " << charset << ": " << reference::shown(text);
         same = same && units == expectedUnits && characters == expectedCharacters;
         if (charset == 3 && length > 2) break; // the others differ in nothing, as short texts show
     }
@@ -63,7 +63,7 @@ bool measuresAsTold(const Units& text) {
     const GuardedBuffer<UTF16Char> block(text);
     bool same = true;
     for (const UTF16Char behind : {UTF16Char(0), UTF16Char(0xDC00)}) {
-        // One unit stands behind the text, because a first surrogate at its end makes the byte count look there.
+        // One unit follows the text, because the byte count reads it after a first surrogate at the end.
         Units longer = text;
         longer.push_back(behind);
         const GuardedBuffer<UTF16Char> longerBlock(longer);
@@ -72,8 +72,8 @@ bool measuresAsTold(const Units& text) {
             const Outcome expectedCharacters = reference::unicodeLength(text, length, charset);
             const Outcome bytes = utf8Length(longerBlock.data(), length, charset);
             const Outcome characters = unicodeLength(block.data(), length, charset);
-            EXPECT_EQ(bytes, expectedBytes) << "verdict " << charset << ": " << reference::shown(text);
-            EXPECT_EQ(characters, expectedCharacters) << "verdict " << charset << ": " << reference::shown(text);
+            EXPECT_EQ(bytes, expectedBytes) << "charset " << charset << ": " << reference::shown(text);
+            EXPECT_EQ(characters, expectedCharacters) << "charset " << charset << ": " << reference::shown(text);
             same = same && bytes == expectedBytes && characters == expectedCharacters;
             if (charset == 3 && length > 2) break;
         }
@@ -143,12 +143,12 @@ TEST(StringDataLength, UTF16LengthOfKnownTexts) {
         {{"accent under ASCII", A, NON_ASCII_UTF8, 0}, {0x61, 0xC3, 0xA9}},
         {{"first non-ASCII byte", A, NON_ASCII_UTF8, 0}, {0x80}},
         {{"null", U, nullptr, 2}, {0x61, 0xC0, 0x80}},
-        {{"null with the full verdict", F, OVERLONG2_FULL, 0}, {0x61, 0xC0, 0x80}},
+        {{"null with the charset UNICODE", F, OVERLONG2_FULL, 0}, {0x61, 0xC0, 0x80}},
         {{"null before four bytes", F, OVERLONG2_FULL, 0}, {0xC0, 0x80, 0xF0, 0x90, 0x80, 0x80}},
         {{"overlong one under UCS-2", U, OVERLONG2_UCS2, 0}, {0xC0, 0x81}},
         {{"overlong 127 under UCS-2", U, OVERLONG2_UCS2, 0}, {0xC1, 0xBF}},
-        {{"overlong one passes with the full verdict", F, nullptr, 1}, {0xC0, 0x81}},
-        {{"overlong 127 passes with the full verdict", F, nullptr, 1}, {0xC1, 0xBF}},
+        {{"overlong one passes with the charset UNICODE", F, nullptr, 1}, {0xC0, 0x81}},
+        {{"overlong 127 passes with the charset UNICODE", F, nullptr, 1}, {0xC1, 0xBF}},
         {{"two and three bytes", U, nullptr, 3}, {0xC2, 0x80, 0xDF, 0xBF, 0xEF, 0xBF, 0xBD}},
         {{"four bytes", F, nullptr, 2}, {0xF0, 0x90, 0x80, 0x80}},
         {{"last character", F, nullptr, 2}, {0xF4, 0x8F, 0xBF, 0xBD}},
@@ -156,7 +156,7 @@ TEST(StringDataLength, UTF16LengthOfKnownTexts) {
         {{"four bytes under UCS-2", U, FOUR_BYTES, 0}, {0xF0, 0x90, 0x80, 0x80}},
         {{"a lone lead of four under UCS-2", U, FOUR_BYTES, 0}, {0xF0}},
         {{"zero byte under UCS-2", U, NULL_UTF8, 0}, {0x00}},
-        {{"zero byte with the full verdict", F, NULL_UTF8, 0}, {0xC3, 0xA9, 0x00}},
+        {{"zero byte with the charset UNICODE", F, NULL_UTF8, 0}, {0xC3, 0xA9, 0x00}},
         {{"a byte that leads nothing under UCS-2", U, INVALID_UTF8, 0}, {0xF5}},
         {{"a byte that leads nothing", F, INVALID_UTF8, 0}, {0xFF}},
         {{"trail byte under UCS-2", U, TRAIL, 0}, {0x80}},
@@ -211,12 +211,12 @@ TEST(StringDataLength, UTF8LengthOfKnownTexts) {
         {{"only the high byte is set", A, NON_ASCII_UTF16, 0}, {0x61, 0x100}},
         {{"first non-ASCII unit", A, NON_ASCII_UTF16, 0}, {0x80}},
         {{"127 under UCS-2", U, nullptr, 1}, {0x7F}},
-        {{"127 counts two with the full verdict", F, nullptr, 2}, {0x7F}},
-        {{"126 counts one with the full verdict", F, nullptr, 1}, {0x7E}},
+        {{"127 counts two with the charset UNICODE", F, nullptr, 2}, {0x7F}},
+        {{"126 counts one with the charset UNICODE", F, nullptr, 1}, {0x7E}},
         {{"null counts one under UCS-2", U, nullptr, 1}, {0}},
-        {{"null counts two with the full verdict", F, nullptr, 2}, {0}},
+        {{"null counts two with the charset UNICODE", F, nullptr, 2}, {0}},
         {{"edges under UCS-2", U, nullptr, 13}, {1, 0x80, 0x7FF, 0x800, 0xFFFD, 0x7E, 0x7F}},
-        {{"edges with the full verdict", F, nullptr, 14}, {1, 0x80, 0x7FF, 0x800, 0xFFFD, 0x7E, 0x7F}},
+        {{"edges with the charset UNICODE", F, nullptr, 14}, {1, 0x80, 0x7FF, 0x800, 0xFFFD, 0x7E, 0x7F}},
         {{"pair", F, nullptr, 4}, {0xD800, 0xDC00}},
         {{"last pair", F, nullptr, 4}, {0xDBFF, 0xDFFD}},
         {{"a noncharacter in a pair is not seen", F, nullptr, 4}, {0xD83F, 0xDFFF}},
@@ -258,9 +258,9 @@ TEST(StringDataLength, UnicodeLengthOfKnownUTF8) {
         {{"overlong four bytes under UCS-2 are small", U, nullptr, 1}, {0xF0, 0x80, 0x80, 0x80}},
         {{"last overlong four bytes under UCS-2", U, nullptr, 1}, {0xF0, 0x8F, 0xBF, 0xBD}},
         {{"trail bytes count one each", U, nullptr, 3}, {0x80, 0xBF, 0x90}},
-        {{"trail bytes count one each, full verdict", F, nullptr, 3}, {0x80, 0xBF, 0x90}},
+        {{"trail bytes count one each, charset UNICODE", F, nullptr, 3}, {0x80, 0xBF, 0x90}},
         {{"zero bytes count one each", U, nullptr, 2}, {0x00, 0x00}},
-        {{"zero bytes count one each, full verdict", F, nullptr, 2}, {0x00, 0x00}},
+        {{"zero bytes count one each, charset UNICODE", F, nullptr, 2}, {0x00, 0x00}},
         {{"overlong forms count", F, nullptr, 3}, {0xC1, 0xBF, 0xE0, 0x80, 0x80, 0xF0, 0x80, 0x80, 0x80}},
         {{"a byte that leads nothing under UCS-2", U, INVALID_UTF8, 0}, {0xF5}},
         {{"a byte that leads nothing", F, INVALID_UTF8, 0}, {0xFF}},
@@ -290,7 +290,7 @@ TEST(StringDataLength, UnicodeLengthOfKnownUTF16) {
         {{"noncharacters and surrogates pass under UCS-2", U, nullptr, 5}, {0xFDD0, 0xFDEE, 0xFFFE, 0xD800, 0xDC00}},
         {{"but for one", U, invalidUCS2, 0}, {0x61, 0xFDEF}},
         {{"pair", F, nullptr, 2}, {0x61, 0xD83D, 0xDE00}},
-        {{"null with the full verdict", F, nullptr, 2}, {0, 0x7F}},
+        {{"null with the charset UNICODE", F, nullptr, 2}, {0, 0x7F}},
         {{"a noncharacter in a pair is not seen", F, nullptr, 1}, {0xDBFF, 0xDFFF}},
         {{"noncharacter", F, INVALID_UTF16, 0}, {0xFDD0}},
         {{"FFFE", F, INVALID_UTF16, 0}, {0x61, 0xFFFE}},

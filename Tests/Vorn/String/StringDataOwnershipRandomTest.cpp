@@ -1,4 +1,4 @@
-// Strings that are made, cut, converted, terminated and dropped in random order, beside a model that only keeps the
+// Random creation, substrings, conversion, termination and destruction of strings, beside a model that only keeps the
 // characters of each.
 #include "Support/AllocationCounter.h"
 #include "Support/Random.h"
@@ -54,9 +54,9 @@ public:
         const auto string = anyString();
         if (action < 50 && m_strings.size() < MostStrings) {
             if (m_random.below(2))
-                cut<unsigned char>(*string);
+                takeSubstring<unsigned char>(*string);
             else
-                cut<UTF16Char>(*string);
+                takeSubstring<UTF16Char>(*string);
         } else if (action < 60) {
             terminate<unsigned char>(*string);
         } else if (action < 70) {
@@ -87,7 +87,7 @@ private:
     };
     using Strings = std::list<Known>;
 
-    // Memory that is the caller's: it goes as soon as no chain of records stands on it.
+    // Borrowed memory. It is freed when no chain of records uses it any more.
     struct Buffer {
         std::unique_ptr<unsigned char[]> utf8;
         std::unique_ptr<UTF16Char[]> utf16;
@@ -216,7 +216,7 @@ private:
     }
 
     template <class CharType>
-    void cut(const Known& known) {
+    void takeSubstring(const Known& known) {
         const StringData& record = *known.string.getData();
         if (!record.getPrivateBuffer<CharType>() || known.text.empty()) return;
         const auto from = m_random.below(static_cast<unsigned int>(known.text.size()));
@@ -229,7 +229,8 @@ private:
         if (reachesEnd && m_random.below(2)) length = NPOS;
         const int fromEnd = offset - static_cast<int>(record.getBufferInfo<CharType>().m_length);
 
-        // A UTF-8 cut keeps the lead of its last character and puts back one unit at the end of a terminated text.
+        // A UTF-8 substring keeps the lead byte of its last character, and includes one more unit at the end of a
+        // terminated text.
         const bool valid =
             sizeof(CharType) == 2 || text.back() < 0x80 || (reachesEnd && terminated && text.back() < 0x800);
         StringData* part = nullptr;
@@ -257,7 +258,7 @@ private:
         m_strings.push_back({String(part), text, sizeof(CharType) == 2 || !hasSupplementary(text)});
     }
 
-    // The caller may free its buffer with the head of the chain that stands on it.
+    // A borrowed buffer can be freed after the head of its chain is destroyed.
     void drop(Strings::iterator string) {
         const StringData& record = *string->string.getData();
         const auto utf8 = bufferUnderHead<unsigned char>(record);

@@ -33,7 +33,7 @@ protected:
         EXPECT_EQ(allocationsDuring([&] { string = String(); }), allocations);
     }
 
-    // A caller's buffer goes: whoever still reads it shows that.
+    // Overwrites and frees a borrowed buffer, so that any later read of it is detected.
     static void retire(std::unique_ptr<CharType[]>& buffer, std::size_t size) {
         std::fill_n(buffer.get(), size, CharType('?'));
         buffer.reset();
@@ -50,9 +50,9 @@ TYPED_TEST(StringDataOwnership, SubstringsAreDirectlyBehindTheirParent) {
     EXPECT_EQ(allocationsDuring([&] { cutRecord = root.getData()->template substr<TypeParam>(1, 6); }), 1u);
     EXPECT_EQ(cutRecord->getRefCount(), 0u);
     const String first(cutRecord);
-    const String second = cut<TypeParam>(root, 3, 2);
-    const String ofFirst = cut<TypeParam>(first, 2, 3);
-    const String fromTheEnd = cut<TypeParam>(first, -2, 1);
+    const String second = substringOf<TypeParam>(root, 3, 2);
+    const String ofFirst = substringOf<TypeParam>(first, 2, 3);
+    const String fromTheEnd = substringOf<TypeParam>(first, -2, 1);
     expectChain<TypeParam>(
         {root.getData(), second.getData(), first.getData(), fromTheEnd.getData(), ofFirst.getData()});
     this->held(root, {"abcdefgh", 0, STRING_DATA_DYNAMIC, false});
@@ -68,8 +68,8 @@ TYPED_TEST(StringDataOwnership, SubstringsAreDirectlyBehindTheirParent) {
 TYPED_TEST(StringDataOwnership, SubstringsOfStaticTextAreInNoChain) {
     const auto memory = callerBuffer<TypeParam>(std::string_view("abcd\0", 5));
     const String root(memory.get(), 5, STRING_DATA_STATIC);
-    const String part = cut<TypeParam>(root, 1, 2);
-    const String end = cut<TypeParam>(root, 2, 100);
+    const String part = substringOf<TypeParam>(root, 1, 2);
+    const String end = substringOf<TypeParam>(root, 2, 100);
     expectChain<TypeParam>({root.getData()});
     expectChain<TypeParam>({part.getData()});
     expectChain<TypeParam>({end.getData()});
@@ -81,9 +81,9 @@ TYPED_TEST(StringDataOwnership, SubstringsOfStaticTextAreInNoChain) {
 TYPED_TEST(StringDataOwnership, SubstringToTheEndOfATerminatedTextIsTerminated) {
     const String root = dynamicString<TypeParam>(std::string_view("abcdef\0", 7));
     const TypeParam* const block = this->bufferOf(root);
-    const String whole = cut<TypeParam>(root, 0, NPOS);
-    const String end = cut<TypeParam>(root, 4, 2);
-    const String notToTheEnd = cut<TypeParam>(root, 4, 1);
+    const String whole = substringOf<TypeParam>(root, 0, NPOS);
+    const String end = substringOf<TypeParam>(root, 4, 2);
+    const String notToTheEnd = substringOf<TypeParam>(root, 4, 1);
     this->held(whole, {"abcdef", 0, STRING_DATA_EXTERNAL, true});
     this->held(end, {"ef", 4, STRING_DATA_EXTERNAL, true});
     this->held(notToTheEnd, {"e", 4, STRING_DATA_EXTERNAL, false});
@@ -97,10 +97,11 @@ TYPED_TEST(StringDataOwnership, SubstringToTheEndOfATerminatedTextIsTerminated) 
 
 TYPED_TEST(StringDataOwnership, RefusedSubstringLeavesTheChainUnchanged) {
     const String root = dynamicString<TypeParam>("abcdefgh");
-    const String part = cut<TypeParam>(root, 2, 3);
+    const String part = substringOf<TypeParam>(root, 2, 3);
     const std::size_t live = liveAllocationCount();
     for (const int offset : {9, 1000, -9}) {
-        expectRaises<4>([&] { cut<TypeParam>(root, offset, 1); }, "Invalid Offset!", "Vorn::StringData::substr");
+        expectRaises<4>([&] { substringOf<TypeParam>(root, offset, 1); }, "Invalid Offset!",
+                        "Vorn::StringData::substr");
     }
     EXPECT_EQ(liveAllocationCount(), live);
     expectChain<TypeParam>({root.getData(), part.getData()});
@@ -115,8 +116,8 @@ TYPED_TEST(StringDataOwnership, EmptySubstringIsTheStaticRecordAndLinksNothing) 
 TYPED_TEST(StringDataOwnership, DyingOwnerGivesItsBlockToTheNextRecord) {
     String root = dynamicString<TypeParam>("abcdefgh");
     const TypeParam* const block = this->bufferOf(root);
-    String last = cut<TypeParam>(root, 1, 5);
-    String first = cut<TypeParam>(root, 3, 2); // short, and inherits all the same
+    String last = substringOf<TypeParam>(root, 1, 5);
+    String first = substringOf<TypeParam>(root, 3, 2); // short, but becomes the owner
     this->release(root, 0);
     this->held(first, {"de", 3, STRING_DATA_DYNAMIC, false});
     this->held(last, {"bcdef", 1, STRING_DATA_EXTERNAL, false});
@@ -137,7 +138,7 @@ TYPED_TEST(StringDataOwnership, DyingOwnerGivesItsBlockToTheNextRecord) {
 
 TYPED_TEST(StringDataOwnership, HeirKeepsWhatItKnowsOfItsTerminator) {
     String root = dynamicString<TypeParam>(std::string_view("abcd\0", 5));
-    const String end = cut<TypeParam>(root, 2, 2);
+    const String end = substringOf<TypeParam>(root, 2, 2);
     this->release(root, 0);
     this->held(end, {"cd", 2, STRING_DATA_DYNAMIC, true});
 }
@@ -147,8 +148,8 @@ TYPED_TEST(StringDataOwnership, DyingRecordInTheMiddleJoinsItsNeighbours) {
         auto buffer = callerBuffer<TypeParam>("abcdefgh");
         const String root =
             owned ? dynamicString<TypeParam>("abcdefgh") : String(buffer.get(), 8, STRING_DATA_EXTERNAL);
-        const String last = cut<TypeParam>(root, 1, 5);
-        String middle = cut<TypeParam>(root, 3, 2);
+        const String last = substringOf<TypeParam>(root, 1, 5);
+        String middle = substringOf<TypeParam>(root, 3, 2);
         this->release(middle, 0);
         expectChain<TypeParam>({root.getData(), last.getData()});
         this->held(root, {"abcdefgh", 0, owned ? STRING_DATA_DYNAMIC : STRING_DATA_EXTERNAL, false});
@@ -158,7 +159,7 @@ TYPED_TEST(StringDataOwnership, DyingRecordInTheMiddleJoinsItsNeighbours) {
 
 TYPED_TEST(StringDataOwnership, DyingRecordAtTheEndIsForgotten) {
     const String root = dynamicString<TypeParam>("abcdefgh");
-    String last = cut<TypeParam>(root, 1, 5);
+    String last = substringOf<TypeParam>(root, 1, 5);
     this->release(last, 0);
     expectChain<TypeParam>({root.getData()});
     this->held(root, {"abcdefgh", 0, STRING_DATA_DYNAMIC, false});
@@ -167,7 +168,7 @@ TYPED_TEST(StringDataOwnership, DyingRecordAtTheEndIsForgotten) {
 TYPED_TEST(StringDataOwnership, SoleSubstringOfABorrowedBufferCopiesItsText) {
     auto buffer = callerBuffer<TypeParam>("abcdefgh");
     String root(buffer.get(), 8, STRING_DATA_EXTERNAL);
-    String part = cut<TypeParam>(root, 3, 4);
+    String part = substringOf<TypeParam>(root, 3, 4);
     this->release(root, 1);
     EXPECT_EQ(lastAllocationSize(), 5 * sizeof(TypeParam));
     this->retire(buffer, 8);
@@ -181,10 +182,10 @@ TYPED_TEST(StringDataOwnership, SoleSubstringOfABorrowedBufferCopiesItsText) {
 TYPED_TEST(StringDataOwnership, SubstringsOfABorrowedBufferMoveToOneNewBlock) {
     auto buffer = callerBuffer<TypeParam>("abcdefghij");
     String root(buffer.get(), 10, STRING_DATA_EXTERNAL);
-    String third = cut<TypeParam>(root, 2, 2);
-    String second = cut<TypeParam>(root, 5, 4); // reaches furthest
-    String first = cut<TypeParam>(root, 4, 3);
-    String whole = cut<TypeParam>(third, 1, 1);
+    String third = substringOf<TypeParam>(root, 2, 2);
+    String second = substringOf<TypeParam>(root, 5, 4); // reaches furthest
+    String first = substringOf<TypeParam>(root, 4, 3);
+    String whole = substringOf<TypeParam>(third, 1, 1);
     expectChain<TypeParam>({root.getData(), first.getData(), second.getData(), third.getData(), whole.getData()});
     this->release(root, 1);
     EXPECT_EQ(lastAllocationSize(), 8 * sizeof(TypeParam)); // from 2 to 9, and a zero
@@ -209,8 +210,8 @@ TYPED_TEST(StringDataOwnership, SubstringsOfABorrowedBufferMoveToOneNewBlock) {
 TYPED_TEST(StringDataOwnership, HeirOfACallersBufferThatReachesFurthestIsTerminated) {
     auto buffer = callerBuffer<TypeParam>("abcdefgh");
     String root(buffer.get(), 8, STRING_DATA_EXTERNAL);
-    const String last = cut<TypeParam>(root, 1, 3);
-    const String first = cut<TypeParam>(root, 0, 6);
+    const String last = substringOf<TypeParam>(root, 1, 3);
+    const String first = substringOf<TypeParam>(root, 0, 6);
     this->release(root, 1);
     this->retire(buffer, 8);
     this->held(first, {"abcdef", 0, STRING_DATA_DYNAMIC, true});
@@ -222,8 +223,8 @@ TYPED_TEST(StringDataOwnership, HeirOfACallersBufferThatReachesFurthestIsTermina
 TYPED_TEST(StringDataOwnership, SubstringsCopyTheirTextWhenTheRemainingHeadIsDestroyed) {
     auto buffer = callerBuffer<TypeParam>("abcdefgh");
     const String root(buffer.get(), 8, STRING_DATA_EXTERNAL);
-    const String last = cut<TypeParam>(root, 4, 2);
-    String first = cut<TypeParam>(root, 1, 2);
+    const String last = substringOf<TypeParam>(root, 4, 2);
+    String first = substringOf<TypeParam>(root, 1, 2);
     root.getData()->template getTerminatedBuffer<TypeParam>();
     this->release(first, 1);
     this->retire(buffer, 8);
@@ -237,7 +238,7 @@ TYPED_TEST(StringDataOwnership, OnlyExternalHeirsOfACallersBufferCopyOut) {
     for (const StringAllocationType type : {STRING_DATA_STATIC, STRING_DATA_NONE}) {
         auto buffer = callerBuffer<TypeParam>("abcdefgh");
         String root(buffer.get(), 8, STRING_DATA_EXTERNAL);
-        const String part = cut<TypeParam>(root, 1, 2);
+        const String part = substringOf<TypeParam>(root, 1, 2);
         this->info(part).m_allocationType = type;
         this->release(root, 0);
         this->held(part, {"bc", 1, type, false});
@@ -247,8 +248,8 @@ TYPED_TEST(StringDataOwnership, OnlyExternalHeirsOfACallersBufferCopyOut) {
 
 TYPED_TEST(StringDataOwnership, DetachedRecordLeavesItsChainWithItsOwnText) {
     const String root = dynamicString<TypeParam>("abcdefgh");
-    const String last = cut<TypeParam>(root, 4, 3);
-    const String middle = cut<TypeParam>(root, 2, 3);
+    const String last = substringOf<TypeParam>(root, 4, 3);
+    const String middle = substringOf<TypeParam>(root, 2, 3);
     EXPECT_EQ(allocationsDuring([&] { StringDataProbe::detachExternalBuffer<TypeParam>(*middle.getData()); }), 1u);
     EXPECT_EQ(lastAllocationSize(), 4 * sizeof(TypeParam));
     this->held(middle, {"cde", 0, STRING_DATA_DYNAMIC, true});
@@ -266,7 +267,7 @@ TYPED_TEST(StringDataOwnership, DetachedRecordLeavesItsChainWithItsOwnText) {
 TYPED_TEST(StringDataOwnership, DetachedHeadTakesItsChainAlong) {
     auto buffer = callerBuffer<TypeParam>("abcdefgh");
     const String root(buffer.get(), 5, STRING_DATA_EXTERNAL);
-    const String part = cut<TypeParam>(root, 2, 2);
+    const String part = substringOf<TypeParam>(root, 2, 2);
     EXPECT_EQ(allocationsDuring([&] { StringDataProbe::detachExternalBuffer<TypeParam>(*root.getData()); }), 1u);
     EXPECT_EQ(lastAllocationSize(), 6 * sizeof(TypeParam));
     this->retire(buffer, 8);
@@ -279,17 +280,17 @@ TYPED_TEST(StringDataOwnership, EachEncodingHasItsOwnChain) {
     using Other = OtherEncoding<TypeParam>;
     auto buffer = callerBuffer<Other>("abcdef");
     String root(buffer.get(), 6, STRING_DATA_EXTERNAL);
-    root.getData()->template getBuffer<TypeParam>(); // owned, while the other one is the caller's
+    root.getData()->template getBuffer<TypeParam>(); // owned, while the other buffer is borrowed
     const TypeParam* const block = this->bufferOf(root);
-    const String otherLast = cut<Other>(root, 4, 2);
-    const String mine = cut<TypeParam>(root, 1, 2);
-    const String otherFirst = cut<Other>(root, 3, 2);
+    const String otherLast = substringOf<Other>(root, 4, 2);
+    const String mine = substringOf<TypeParam>(root, 1, 2);
+    const String otherFirst = substringOf<Other>(root, 3, 2);
     expectChain<TypeParam>({root.getData(), mine.getData()});
     expectChain<Other>({root.getData(), otherFirst.getData(), otherLast.getData()});
     EXPECT_EQ(mine.getData()->template getPrivateBuffer<Other>(), nullptr);
     EXPECT_EQ(otherFirst.getData()->template getPrivateBuffer<TypeParam>(), nullptr);
 
-    this->release(root, 1); // the caller's text is copied out, the block is handed on
+    this->release(root, 1); // the borrowed text is copied, the block has a new owner
     std::fill_n(buffer.get(), 6, Other('?'));
     buffer.reset();
     this->held(mine, {"bc", 1, STRING_DATA_DYNAMIC, false});
@@ -300,14 +301,14 @@ TYPED_TEST(StringDataOwnership, EachEncodingHasItsOwnChain) {
     expectChain<Other>({otherFirst.getData(), otherLast.getData()});
 }
 
-// A record that was built in one encoding and cut from in both is in two chains, each with its own events.
+// A record with substrings in both encodings is in two chains, each with its own events.
 TYPED_TEST(StringDataOwnership, RecordInTwoChainsLeavesOneOfThem) {
     using Other = OtherEncoding<TypeParam>;
     const String root = dynamicString<TypeParam>("abcdefgh");
-    String middle = cut<TypeParam>(root, 2, 4);
-    const String last = cut<TypeParam>(middle, 1, 2);
+    String middle = substringOf<TypeParam>(root, 2, 4);
+    const String last = substringOf<TypeParam>(middle, 1, 2);
     middle.getData()->template getBuffer<Other>();
-    const String other = cut<Other>(middle, 1, 2);
+    const String other = substringOf<Other>(middle, 1, 2);
     expectChain<TypeParam>({root.getData(), middle.getData(), last.getData()});
     expectChain<Other>({middle.getData(), other.getData()});
 
@@ -320,7 +321,7 @@ TYPED_TEST(StringDataOwnership, RecordInTwoChainsLeavesOneOfThem) {
     expectChain<Other>({other.getData()});
 }
 
-// Every order in which a root, two of its cuts and a cut of a cut can be terminated and dropped.
+// Every order in which a root, two of its substrings and a substring of one can be terminated and destroyed.
 TYPED_TEST(StringDataOwnership, EveryOrderOfTerminatingAndDroppingKeepsTheTexts) {
     static const struct {
         const char* name;
@@ -329,13 +330,13 @@ TYPED_TEST(StringDataOwnership, EveryOrderOfTerminatingAndDroppingKeepsTheTexts)
     } roots[] = {
         {"owned", "abcdefgh", true},
         {"owned and terminated", std::string_view("abcdefgh\0", 9), true},
-        {"a caller's", "abcdefgh", false},
-        {"a caller's and terminated", std::string_view("abcdefgh\0", 9), false},
+        {"borrowed", "abcdefgh", false},
+        {"borrowed and terminated", std::string_view("abcdefgh\0", 9), false},
     };
     static const std::array<std::string, 4> texts = {"abcdefgh", "bcd", "defgh", "fg"};
     const std::size_t live = liveAllocationCount();
     for (const auto& root : roots) {
-        // Each string stands twice in the order: it is terminated at the first place and dropped at the second.
+        // Each string occurs twice in the order: the first time it is terminated, the second time destroyed.
         std::array<int, 8> order = {0, 0, 1, 1, 2, 2, 3, 3};
         unsigned int number = 0;
         do {
@@ -345,9 +346,9 @@ TYPED_TEST(StringDataOwnership, EveryOrderOfTerminatingAndDroppingKeepsTheTexts)
             std::array<String, 4> strings;
             strings[0] = root.owned ? dynamicString<TypeParam>(root.units)
                                     : String(buffer.get(), static_cast<unsigned int>(root.units.size()));
-            strings[1] = cut<TypeParam>(strings[0], 1, 3);
-            strings[2] = cut<TypeParam>(strings[0], 3, 5);
-            strings[3] = cut<TypeParam>(strings[2], 2, 2);
+            strings[1] = substringOf<TypeParam>(strings[0], 1, 3);
+            strings[2] = substringOf<TypeParam>(strings[0], 3, 5);
+            strings[3] = substringOf<TypeParam>(strings[2], 2, 2);
             std::array<bool, 4> seen = {};
             for (const int i : order) {
                 const auto index = static_cast<std::size_t>(i);
@@ -382,20 +383,20 @@ TYPED_TEST(StringDataOwnership, EveryOrderOfTerminatingAndDroppingKeepsTheTexts)
 TEST(StringDataOwnershipUTF16, DetachingLooksAtTheUnitBehindEachText) {
     const auto buffer = callerBuffer<UTF16Char>(std::string_view("abc\0de", 6));
     auto root = std::make_unique<String>(buffer.get(), 6u, STRING_DATA_EXTERNAL);
-    const String inside = cut<UTF16Char>(*root, 0, 2);
-    const String beforeNull = cut<UTF16Char>(*root, 1, 2);
-    const String last = cut<UTF16Char>(*root, 1, 5);
+    const String inside = substringOf<UTF16Char>(*root, 0, 2);
+    const String beforeNull = substringOf<UTF16Char>(*root, 1, 2);
+    const String last = substringOf<UTF16Char>(*root, 1, 5);
     root.reset();
     expectHeld<UTF16Char>(*last.getData(), {std::string("bc\0de", 5), 1, STRING_DATA_DYNAMIC, true});
     expectHeld<UTF16Char>(*beforeNull.getData(), {"bc", 1, STRING_DATA_EXTERNAL, true});
     expectHeld<UTF16Char>(*inside.getData(), {"ab", 0, STRING_DATA_EXTERNAL, false});
 }
 
-// What a cut reads at its end can be text that was put back, not the terminator: the flag then stays clear.
+// The unit behind a substring can be a trimmed unit instead of the terminator: then the flag is not set.
 TEST(StringDataOwnershipUTF8, SubstringThatEndsInTwoBytesIsNotMarkedAsTerminated) {
     const unsigned char text[] = {'a', 0xC3, 0xA9, 0};
     const String root(newBlock(std::vector<unsigned char>(text, text + 4)), 4, STRING_DATA_DYNAMIC);
-    const String part = cut<unsigned char>(root, 1, 2);
+    const String part = substringOf<unsigned char>(root, 1, 2);
     const StringDataBufferInfo& info = part.getData()->getBufferInfo<unsigned char>();
     EXPECT_EQ(info.m_length, 2u);
     EXPECT_EQ(info.m_nullTerminated, 0u);
@@ -405,9 +406,9 @@ TEST(StringDataOwnershipUTF8, SubstringThatEndsInTwoBytesIsNotMarkedAsTerminated
 
 TEST(StringDataOwnershipUTF8, RefusedTextOfASubstringLeavesTheChainUnchanged) {
     const String root = dynamicString<unsigned char>("a\xC3\xA9z");
-    const String part = cut<unsigned char>(root, 0, 1);
+    const String part = substringOf<unsigned char>(root, 0, 1);
     const std::size_t live = liveAllocationCount();
-    expectRaises<7>([&] { cut<unsigned char>(root, 0, 3); }, "Unmatched lead UTF-8 byte for a 2-byte sequence!",
+    expectRaises<7>([&] { substringOf<unsigned char>(root, 0, 3); }, "Unmatched lead UTF-8 byte for a 2-byte sequence!",
                     "stringDataBufferScan");
     EXPECT_EQ(liveAllocationCount(), live);
     expectChain<unsigned char>({root.getData(), part.getData()});

@@ -99,7 +99,7 @@ TEST(StringDataScan, ResultsOfUTF8) {
     const struct {
         const char* name;
         Bytes bytes;
-        unsigned int verdict;
+        unsigned int result;
     } rows[] = {
         {"letters", {0x61, 0x62, 0x63}, 1},
         {"lowest and highest of ASCII", {0x01, 0x7F}, 1},
@@ -119,17 +119,17 @@ TEST(StringDataScan, ResultsOfUTF8) {
         {"an overlong form of four bytes passes", {0xF0, 0x80, 0x80, 0x80}, 3},
         {"the last overlong form of four bytes passes", {0xF0, 0x8F, 0xBF, 0xBD}, 3},
         {"all sizes", {0x61, 0xC3, 0xA9, 0xE2, 0x82, 0xAC, 0xF0, 0x9F, 0x98, 0x80}, 3},
-        {"the widest wins, wherever it stands", {0xF0, 0x9F, 0x98, 0x80, 0xC3, 0xA9, 0x61}, 3},
+        {"the widest wins, at any position", {0xF0, 0x9F, 0x98, 0x80, 0xC3, 0xA9, 0x61}, 3},
     };
     for (const auto& row : rows) {
         const auto length = static_cast<unsigned int>(row.bytes.size());
         EXPECT_EQ(scanned(GuardedBuffer<unsigned char>(row.bytes).data(), length),
-                  (ScanResult{{row.verdict, {}}, length}))
+                  (ScanResult{{row.result, {}}, length}))
             << row.name;
         Bytes terminated = row.bytes;
         terminated.push_back(0);
         EXPECT_EQ(scanned(GuardedBuffer<unsigned char>(terminated).data(), NPOS),
-                  (ScanResult{{row.verdict, {}}, length}))
+                  (ScanResult{{row.result, {}}, length}))
             << row.name;
         EXPECT_TRUE(scansAsTold(row.bytes)) << row.name;
     }
@@ -177,7 +177,7 @@ TEST(StringDataScan, FailuresOfUTF8) {
         {"overlong surrogate of four", {0xF0, 0x8D, 0xA0, 0x80}, FFFE},
         {"overlong noncharacter of four", {0xF0, 0x8F, 0xB7, 0x90}, FFFE},
         {"overlong FFFE of four", {0xF0, 0x8F, 0xBF, 0xBE}, FFFE},
-        {"the first failure is told", {0x41, 0xFF, 0x80}, INVALID},
+        {"the first failure is reported", {0x41, 0xFF, 0x80}, INVALID},
     };
     for (const auto& row : rows) {
         const auto length = static_cast<unsigned int>(row.bytes.size());
@@ -217,7 +217,7 @@ TEST(StringDataScan, ResultsOfUTF16) {
     const struct {
         const char* name;
         Units units;
-        unsigned int verdict;
+        unsigned int result;
     } rows[] = {
         {"letters", {0x61, 0x62, 0x63}, 1},
         {"lowest and highest of ASCII", {0x01, 0x7F}, 1},
@@ -229,15 +229,15 @@ TEST(StringDataScan, ResultsOfUTF16) {
         {"last character of plane 0", {0xFFFD}, 2},
         {"first pair", {0xD800, 0xDC00}, 3},
         {"last pair", {0xDBFF, 0xDFFD}, 3},
-        {"the widest wins, wherever it stands", {0xD83D, 0xDE00, 0xE9, 0x61}, 3},
+        {"the widest wins, at any position", {0xD83D, 0xDE00, 0xE9, 0x61}, 3},
     };
     for (const auto& row : rows) {
         const auto length = static_cast<unsigned int>(row.units.size());
-        EXPECT_EQ(scanned(GuardedBuffer<UTF16Char>(row.units).data(), length), (ScanResult{{row.verdict, {}}, length}))
+        EXPECT_EQ(scanned(GuardedBuffer<UTF16Char>(row.units).data(), length), (ScanResult{{row.result, {}}, length}))
             << row.name;
         Units terminated = row.units;
         terminated.push_back(0);
-        EXPECT_EQ(scanned(GuardedBuffer<UTF16Char>(terminated).data(), NPOS), (ScanResult{{row.verdict, {}}, length}))
+        EXPECT_EQ(scanned(GuardedBuffer<UTF16Char>(terminated).data(), NPOS), (ScanResult{{row.result, {}}, length}))
             << row.name;
         EXPECT_TRUE(scansAsTold(row.units)) << row.name;
     }
@@ -274,7 +274,7 @@ TEST(StringDataScan, FailuresOfUTF16) {
         {"last of the noncharacters' block", {0xFDEF}, INVALID, NPOS},
         {"FFFE", {0xFFFE}, INVALID, NPOS},
         {"FFFF", {0xFFFF}, INVALID, NPOS},
-        {"the first failure is told", {0x41, 0xDC00, 0xFFFF}, SECOND, NPOS},
+        {"the first failure is reported", {0x41, 0xDC00, 0xFFFF}, SECOND, NPOS},
     };
     for (const auto& row : rows) {
         const auto length = static_cast<unsigned int>(row.units.size());
@@ -292,7 +292,7 @@ TEST(StringDataScan, FailuresOfUTF16) {
 }
 
 TEST(StringDataScan, NothingBehindTheFirstFailureIsReadInTheTerminatedForm) {
-    // No terminator stands behind these: the scan has to raise at the last unit of the block, whatever stood before it.
+    // These have no terminator: the scan must throw at the last unit of the block, whatever precedes it.
     const Bytes byteEnds[] = {{0x80},
                               {0xFF},
                               {0xC2, 0x41},
@@ -325,7 +325,7 @@ TEST(StringDataScan, EveryByteAndEveryTwoBytes) {
     for (const unsigned int first : reference::allBytes) {
         const auto byte = static_cast<unsigned char>(first);
         ASSERT_TRUE(scansAsTold(Bytes{byte}));
-        // Behind ASCII the second byte stands alone: one such row is enough.
+        // Behind ASCII the second byte is unpaired: one such row is enough.
         if (first > 0x41 && first < 0x7F) continue;
         for (unsigned int second = first % rowStep(); second <= 0xFF; second += rowStep()) {
             ASSERT_TRUE(scansAsTold(Bytes{byte, static_cast<unsigned char>(second)}));

@@ -9,7 +9,7 @@
 
 #include <gtest/gtest.h>
 
-// Cuts out of the other encoding.
+// Substrings of the other encoding.
 
 namespace {
 
@@ -25,14 +25,14 @@ void setText(StringData& data, const CharType* buffer, unsigned int length) {
     VornPrivate::StringDataProbe::info<CharType>(data).m_allocationType = STRING_DATA_STATIC;
 }
 
-void expectOwnBlock(const StringData& cut, bool utf8) {
-    const StringDataBufferInfo& info = utf8 ? cut.getBufferInfo<Byte>() : cut.getBufferInfo<UTF16Char>();
+void expectOwnBlock(const StringData& substring, bool utf8) {
+    const StringDataBufferInfo& info = utf8 ? substring.getBufferInfo<Byte>() : substring.getBufferInfo<UTF16Char>();
     EXPECT_EQ(info.m_allocationType, STRING_DATA_DYNAMIC);
     EXPECT_EQ(info.m_previous, nullptr);
     EXPECT_EQ(info.m_next, nullptr);
     EXPECT_EQ(info.m_offset, 0u);
     EXPECT_TRUE(info.m_nullTerminated);
-    EXPECT_EQ(cut.getRefCount(), 1u);
+    EXPECT_EQ(substring.getRefCount(), 1u);
 }
 
 TEST(ConvertedSubstring, OfASCIIWidensAndNarrows) {
@@ -61,7 +61,7 @@ TEST(ConvertedSubstring, OfASCIIWidensAndNarrows) {
     EXPECT_EQ(wide.getData()->getPrivateBuffer<Byte>(), nullptr);
 }
 
-// What a cut across the encodings gives, from the characters of the text and what each of them takes in the target.
+// The expected substring of the other encoding, from the characters of the text and their lengths in the target.
 struct Outcome {
     enum Kind { EMPTY, TEXT, INVALID_OFFSET, NOT_A_PAIR, BEYOND_TEXT, TOO_SHORT, SCAN_FAILS } kind;
     Codes text = {};
@@ -94,7 +94,7 @@ Outcome referenceCut(const Codes& codes, From from, int offset, unsigned int len
     }
 
     const long long wanted = -static_cast<long long>(offset);
-    const long long behind = wanted - std::min<long long>(length, wanted); // units behind the cut, at least
+    const long long behind = wanted - std::min<long long>(length, wanted); // units behind the substring, at least
     std::size_t end = codes.size();
     long long running = 0;
     while (running < behind) {
@@ -118,16 +118,16 @@ void expectCut(const String& source, const Codes& codes, From from, int offset, 
     const char* const function = from == From::UCS2    ? "Vorn::StringData::substrConvertUCS2ToUTF8"
                                  : from == From::UTF16 ? "Vorn::StringData::substrConvertUTF16ToUTF8"
                                                        : "Vorn::StringData::substrConvertUTF8ToUTF16";
-    const auto cut = [&] {
+    const auto substring = [&] {
         const ExpectedLeak leak;
         return from == From::UTF8 ? source.getData()->substr<UTF16Char>(offset, length)
                                   : source.getData()->substr<Byte>(offset, length);
     };
     const Outcome outcome = referenceCut(codes, from, offset, length);
     switch (outcome.kind) {
-    case Outcome::EMPTY: EXPECT_EQ(cut(), &StringData::s_emptyString); break;
+    case Outcome::EMPTY: EXPECT_EQ(substring(), &StringData::s_emptyString); break;
     case Outcome::TEXT: {
-        const String result(cut());
+        const String result(substring());
         if (from == From::UTF8)
             EXPECT_EQ(unitsOf(*result.getData()), utf16Of(outcome.text));
         else
@@ -135,18 +135,18 @@ void expectCut(const String& source, const Codes& codes, From from, int offset, 
         expectOwnBlock(*result.getData(), from != From::UTF8);
         break;
     }
-    case Outcome::INVALID_OFFSET: expectRaises<4>(cut, "Invalid offset!", function); break;
-    case Outcome::NOT_A_PAIR: expectRaises<2>(cut, "byteCount == -2 : Invalid UTF-16 buffer!", function); break;
+    case Outcome::INVALID_OFFSET: expectRaises<4>(substring, "Invalid offset!", function); break;
+    case Outcome::NOT_A_PAIR: expectRaises<2>(substring, "byteCount == -2 : Invalid UTF-16 buffer!", function); break;
     case Outcome::BEYOND_TEXT:
-        expectRaises<2>(cut, "++utf16End < bufferLength : Invalid UTF-16 buffer!", function);
+        expectRaises<2>(substring, "++utf16End < bufferLength : Invalid UTF-16 buffer!", function);
         break;
     case Outcome::TOO_SHORT:
-        expectRaises<2>(cut, "j < destLength : destination buffer too short!",
+        expectRaises<2>(substring, "j < destLength : destination buffer too short!",
                         from == From::UCS2 ? "Vorn::stringDataConvertToUTF8FromUCS2"
                                            : "Vorn::stringDataConvertToUTF8FromUTF16");
         break;
     case Outcome::SCAN_FAILS:
-        expectRaises<7>(cut,
+        expectRaises<7>(substring,
                         "ASCII null detected! This implementation does not support ASCII null, please use the "
                         "sequence 0xC0 0x80 to represent null.",
                         "stringDataBufferScan");
@@ -154,7 +154,7 @@ void expectCut(const String& source, const Codes& codes, From from, int offset, 
     }
 }
 
-// All cuts of one text. `wide` is the source in UTF-16 where there is a choice.
+// All substrings of one text. `wide` is the source in UTF-16 where there is a choice.
 void expectAllCuts(const Codes& codes, From from) {
     const std::string text = utf8Of(codes);
     const UTF16Text units = utf16Of(codes);
@@ -211,17 +211,17 @@ TEST(ConvertedSubstring, OfRandomTexts) {
 TEST(ConvertedSubstring, AllocatesARecordAndABlock) {
     const UTF16Text units = utf16Of({0x61, 0xE9, 0x62, 0x20AC});
     const String source = over(units);
-    String cut;
-    EXPECT_EQ(allocationsDuring([&] { cut = String(source.getData()->substr<Byte>(1, 3)); }), 2u);
-    EXPECT_EQ(textOf(*cut.getData()), "\xC3\xA9"
-                                      "b");
+    String substring;
+    EXPECT_EQ(allocationsDuring([&] { substring = String(source.getData()->substr<Byte>(1, 3)); }), 2u);
+    EXPECT_EQ(textOf(*substring.getData()), "\xC3\xA9"
+                                            "b");
 }
 
 TEST(ConvertedSubstring, LeavesOutASupplementaryCharacterThatIsHalved) {
     const std::string text = "a\xF0\x90\x80\x80";
     const String source = over(text);
-    const String cut(source.getData()->substr<UTF16Char>(0, 2));
-    EXPECT_EQ(unitsOf(*cut.getData()), u"a");
+    const String substring(source.getData()->substr<UTF16Char>(0, 2));
+    EXPECT_EQ(unitsOf(*substring.getData()), u"a");
     EXPECT_EQ(source.getData()->substr<UTF16Char>(1, 1), &StringData::s_emptyString);
 }
 
@@ -248,11 +248,11 @@ TEST(ConvertedSubstring, CountsU0000AsOneByteAndWritesTwo) {
         const ExpectedLeak leak;
         expectRaises<2>([&] { source.getData()->substr<Byte>(0, 2); }, "j < destLength : destination buffer too short!",
                         "Vorn::stringDataConvertToUTF8FromUCS2");
-        // At the end of the cut, its second byte gives way to the terminator.
+        // At the end of the substring, the terminator replaces its second byte.
         expectRaises<7>([&] { source.getData()->substr<Byte>(0, 1); },
                         "Unmatched lead UTF-8 byte for a 2-byte sequence!", "stringDataBufferScan");
     }
-    // The last character begins in the last byte and goes on behind the block that it was measured for.
+    // The last character begins in the last byte and ends behind the block that it was measured for.
     for (const Codes& codes : {Codes{0, 0, 0xFFFD}, Codes{0, 0xE9}, Codes{0x62, 0, 0, 0xE9, 0}}) {
         const UTF16Text text = utf16Of(codes);
         const String long_ = over(text);
@@ -262,7 +262,7 @@ TEST(ConvertedSubstring, CountsU0000AsOneByteAndWritesTwo) {
 }
 
 TEST(ConvertedSubstring, DropsOverlongCharactersBeyondTheCapacity) {
-    // Measured as one unit each, read as a pair: the cut ends in the middle of one.
+    // Measured as one unit each, read as a pair: the substring ends in the middle of one.
     const std::string text = "\xF0\x80\x80\x80\xF0\x80\x80\x80\xF0\x80\x80\x80";
     const String source = over(text);
     const ExpectedLeak leak;
@@ -286,8 +286,8 @@ TEST(ConvertedSubstring, AssertsThatUTF16IsValid) {
     const Row ucs2[] = {
         {"skipped", {none, 'a', 'b'}, 1, 1, "byteCount > 0 : Invalid UTF-16 buffer!"},
         {"taken", {'a', first, 'b'}, 1, 1, "byteCount > 0 : Invalid UTF-16 buffer!"},
-        {"behind the cut", {'a', 'b', second}, -2, 1, "byteCount > 0 : Invalid UTF-16 buffer!"},
-        {"in a cut from the end", {'a', none, 'b'}, -2, 1, "byteCount > 0 : Invalid UTF-16 buffer!"},
+        {"behind the substring", {'a', 'b', second}, -2, 1, "byteCount > 0 : Invalid UTF-16 buffer!"},
+        {"in a substring from the end", {'a', none, 'b'}, -2, 1, "byteCount > 0 : Invalid UTF-16 buffer!"},
     };
     const Row full[] = {
         {"skipped", {none, 'a', 'b'}, 1, 1, "byteCount > 0 : Invalid UTF-16 buffer!"},
@@ -297,9 +297,9 @@ TEST(ConvertedSubstring, AssertsThatUTF16IsValid) {
         {"taken second", {'a', second, 'b'}, 1, 1, "byteCount > 0 : Invalid UTF-16 buffer!"},
         {"taken first", {'a', first, 'b', 'c'}, 1, 4, "byteCount == -2 : Invalid UTF-16 buffer!"},
         {"taken first at the end", {'a', first, second}, 1, 4, "++utf16End < bufferLength : Invalid UTF-16 buffer!"},
-        {"behind the cut", {'a', 'b', second}, -2, 1, "byteCount == -1 : Invalid UTF-16 buffer!"},
-        {"lone first behind the cut", {'a', 'b', first}, -2, 1, "byteCount > 0 : Invalid UTF-16 buffer!"},
-        {"in a cut from the end", {'a', none, 'b'}, -2, 1, "byteCount > 0 : Invalid UTF-16 buffer!"},
+        {"behind the substring", {'a', 'b', second}, -2, 1, "byteCount == -1 : Invalid UTF-16 buffer!"},
+        {"lone first behind the substring", {'a', 'b', first}, -2, 1, "byteCount > 0 : Invalid UTF-16 buffer!"},
+        {"in a substring from the end", {'a', none, 'b'}, -2, 1, "byteCount > 0 : Invalid UTF-16 buffer!"},
     };
     const UTF16Char valid[] = {'x', 0};
     const auto check = [&](const Row& row, StringDataSubCharset charset, const char* function) {
@@ -335,7 +335,7 @@ TEST(ConvertedSubstring, AssertsThatUTF8IsValid) {
          "ab",
          1, 1, "c != 0xFDEF : Invalid UTF-8 buffer!"},
         {"taken", "a\xEF\xBF\xBF", 1, 1, "c != 0xFDEF : Invalid UTF-8 buffer!"},
-        {"zero byte behind the cut", std::string("ab\0", 3), -2, 1, "c : null byte found in UTF-8!"},
+        {"zero byte behind the substring", std::string("ab\0", 3), -2, 1, "c : null byte found in UTF-8!"},
         {"lead at the end", "ab\xC3", -2, 1, "c == 0xFDD0 && i < bufferLength : Invalid UTF-8 buffer!"},
         {"nothing before a trail byte", "\x80", -2, 1, "c == 0xFDD0 && i < bufferLength : Invalid UTF-8 buffer!"},
         {"nothing before two", "\x80\x80", -2, 1, "c == 0xFDD0 && i < bufferLength : Invalid UTF-8 buffer!"},
@@ -348,7 +348,7 @@ TEST(ConvertedSubstring, AssertsThatUTF8IsValid) {
         {"overlong four", "ab\xF0\x80\xBF\xBF", -3, 1, "c >= 0x1000 : overlong 4byte sequence!"},
     };
     const unsigned char valid[] = "x";
-    const auto cut = [&](const std::string& text, int offset, unsigned int length) {
+    const auto substring = [&](const std::string& text, int offset, unsigned int length) {
         StringData data(valid, 2, STRING_DATA_STATIC);
         setText<Byte>(data, bytesOf(text), lengthOf(text));
         VornPrivate::StringDataProbe::setCharset(data, STRING_DATA_UNICODE);
@@ -356,12 +356,12 @@ TEST(ConvertedSubstring, AssertsThatUTF8IsValid) {
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.name);
-        expectRaises<2>([&] { cut(row.text, row.offset, row.length); }, row.message,
+        expectRaises<2>([&] { substring(row.text, row.offset, row.length); }, row.message,
                         "Vorn::StringData::substrConvertUTF8ToUTF16");
     }
-    // Inside the cut a zero byte passes; from 0x1000 on, so does an overlong form of four bytes.
-    EXPECT_EQ(unitsOf(*cut(std::string("a\0b", 3), -2, 1).getData()), UTF16Text(1, 0));
-    EXPECT_EQ(unitsOf(*cut("ab\xF0\x81\x80\x80", -3, 1).getData()), u"b");
+    // Inside the substring a zero byte passes; from 0x1000 on, so does an overlong form of four bytes.
+    EXPECT_EQ(unitsOf(*substring(std::string("a\0b", 3), -2, 1).getData()), UTF16Text(1, 0));
+    EXPECT_EQ(unitsOf(*substring("ab\xF0\x81\x80\x80", -3, 1).getData()), u"b");
 }
 
 } // namespace

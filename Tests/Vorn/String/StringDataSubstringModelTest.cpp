@@ -22,7 +22,7 @@ struct Model {
     using Text = std::basic_string<CharType>;
 
     struct Entry {
-        std::unique_ptr<CharType[]> callersBlock; // dies behind the record that stands on it
+        std::unique_ptr<CharType[]> callersBlock; // freed after the record that uses it
         String string;
         Text text;
     };
@@ -41,7 +41,7 @@ struct Model {
         }
     }
 
-    // The unit behind the text stays inside the block, where a cut at the end looks for it.
+    // The unit behind the text is inside the block, because a substring at the end reads it.
     void addRoot() {
         const Text text = randomText();
         auto block = std::make_unique<CharType[]>(text.size() + 2);
@@ -146,7 +146,7 @@ struct Model {
         case 4:
             if (!entries.empty()) {
                 Entry& entry = pick();
-                // It leaves the chain if it is not terminated, and nobody tells the others when the block goes.
+                // It leaves the chain if it is not terminated, so the others are not notified when the block is freed.
                 if (entry.callersBlock) keptBlocks.push_back(std::move(entry.callersBlock));
                 const CharType* const text = entry.string.getData()->template getTerminatedBuffer<CharType>();
                 ASSERT_TRUE(Text(text) == entry.text);
@@ -155,7 +155,7 @@ struct Model {
         case 5:
             if (!entries.empty()) {
                 const Entry& entry = pick();
-                // The record on a caller's block dies with its one handle, and the block with it.
+                // The record of a borrowed block is destroyed with its only handle, and the block is freed.
                 const bool standsOnCallersBlock = std::any_of(entries.begin(), entries.end(), [&](const Entry& other) {
                     return other.callersBlock && other.string.getData() == entry.string.getData();
                 });

@@ -26,24 +26,24 @@ void setText(StringData& data, const CharType* buffer, unsigned int length) {
 TEST(Substring, SharesTheTextOfItsParent) {
     const std::string text = "one two three";
     const String parent = over(text);
-    String cut;
-    EXPECT_EQ(allocationsDuring([&] { cut = String(parent.getData()->substr<Byte>(4, 3)); }), 1u);
-    EXPECT_EQ(cut.getData()->getRefCount(), 1u);
-    EXPECT_EQ(cut.getData()->getPrivateBuffer<Byte>(), bytesOf(text) + 4);
-    EXPECT_EQ(cut.getData()->getAllocationType<Byte>(), STRING_DATA_EXTERNAL);
-    EXPECT_EQ(cut.getData()->getBufferInfo<Byte>().m_length, 3u);
-    EXPECT_EQ(cut.getData()->getBufferInfo<Byte>().m_offset, 4u);
-    EXPECT_FALSE(cut.getData()->getBufferInfo<Byte>().m_nullTerminated);
-    EXPECT_EQ(cut.getData()->getPrivateBuffer<UTF16Char>(), nullptr);
-    EXPECT_EQ(textOf(*cut.getData()), "two");
+    String substring;
+    EXPECT_EQ(allocationsDuring([&] { substring = String(parent.getData()->substr<Byte>(4, 3)); }), 1u);
+    EXPECT_EQ(substring.getData()->getRefCount(), 1u);
+    EXPECT_EQ(substring.getData()->getPrivateBuffer<Byte>(), bytesOf(text) + 4);
+    EXPECT_EQ(substring.getData()->getAllocationType<Byte>(), STRING_DATA_EXTERNAL);
+    EXPECT_EQ(substring.getData()->getBufferInfo<Byte>().m_length, 3u);
+    EXPECT_EQ(substring.getData()->getBufferInfo<Byte>().m_offset, 4u);
+    EXPECT_FALSE(substring.getData()->getBufferInfo<Byte>().m_nullTerminated);
+    EXPECT_EQ(substring.getData()->getPrivateBuffer<UTF16Char>(), nullptr);
+    EXPECT_EQ(textOf(*substring.getData()), "two");
 }
 
 TEST(Substring, ComesWithACountOfZero) {
     const std::string text = "abc";
     const String parent = over(text);
-    StringData* const cut = parent.getData()->substr<Byte>(1, 1);
-    EXPECT_EQ(cut->getRefCount(), 0u);
-    const String owner(cut);
+    StringData* const substring = parent.getData()->substr<Byte>(1, 1);
+    EXPECT_EQ(substring->getRefCount(), 0u);
+    const String owner(substring);
     EXPECT_EQ(parent.getData()->getRefCount(), 1u);
 }
 
@@ -82,12 +82,12 @@ TEST(Substring, OfUTF16StandsInItsOwnChain) {
 TEST(Substring, TakesOverTheBlockOfADyingOwner) {
     auto* const block = new unsigned char[6]{'a', 'b', 'c', 'd', 'e', 0};
     String parent(block, 6, STRING_DATA_DYNAMIC);
-    const String cut(parent.getData()->substr<Byte>(1, 3));
+    const String substring(parent.getData()->substr<Byte>(1, 3));
     parent = String();
-    EXPECT_EQ(cut.getData()->getAllocationType<Byte>(), STRING_DATA_DYNAMIC);
-    EXPECT_EQ(cut.getData()->getPrivateBuffer<Byte>(), block + 1);
-    EXPECT_EQ(cut.getData()->getBufferInfo<Byte>().m_offset, 1u);
-    EXPECT_EQ(textOf(*cut.getData()), "bcd");
+    EXPECT_EQ(substring.getData()->getAllocationType<Byte>(), STRING_DATA_DYNAMIC);
+    EXPECT_EQ(substring.getData()->getPrivateBuffer<Byte>(), block + 1);
+    EXPECT_EQ(substring.getData()->getBufferInfo<Byte>().m_offset, 1u);
+    EXPECT_EQ(textOf(*substring.getData()), "bcd");
 }
 
 TEST(Substring, CopiesTheTextOfABorrowedBufferWhenItsParentIsDestroyed) {
@@ -104,14 +104,14 @@ TEST(Substring, CopiesTheTextOfABorrowedBufferWhenItsParentIsDestroyed) {
 TEST(Substring, OfAStaticBufferIsStaticAndUnlinked) {
     static constexpr unsigned char text[] = "static text";
     String parent(text, 12, STRING_DATA_STATIC);
-    const String cut(parent.getData()->substr<Byte>(7, NPOS));
-    EXPECT_EQ(cut.getData()->getAllocationType<Byte>(), STRING_DATA_STATIC);
-    EXPECT_EQ(cut.getData()->getPrevious<Byte>(), nullptr);
+    const String substring(parent.getData()->substr<Byte>(7, NPOS));
+    EXPECT_EQ(substring.getData()->getAllocationType<Byte>(), STRING_DATA_STATIC);
+    EXPECT_EQ(substring.getData()->getPrevious<Byte>(), nullptr);
     EXPECT_EQ(parent.getData()->getNext<Byte>(), nullptr);
-    EXPECT_EQ(cut.getData()->getPrivateBuffer<Byte>(), text + 7);
-    EXPECT_TRUE(cut.getData()->getBufferInfo<Byte>().m_nullTerminated);
+    EXPECT_EQ(substring.getData()->getPrivateBuffer<Byte>(), text + 7);
+    EXPECT_TRUE(substring.getData()->getBufferInfo<Byte>().m_nullTerminated);
     parent = String();
-    EXPECT_EQ(textOf(*cut.getData()), "text");
+    EXPECT_EQ(textOf(*substring.getData()), "text");
 
     static constexpr UTF16Char units[] = u"static";
     const String wide(units, 6, STRING_DATA_STATIC);
@@ -125,12 +125,12 @@ TEST(Substring, OfTheWholeTerminatedTextIsTerminated) {
     const std::string text = "whole";
     const UTF16Text units = u"whole";
     const String parent = over(text);
-    const String cut(parent.getData()->substr<Byte>(0, NPOS));
-    EXPECT_NE(cut.getData(), parent.getData());
-    EXPECT_EQ(cut.getData()->getPrivateBuffer<Byte>(), bytesOf(text));
-    EXPECT_EQ(cut.getData()->getBufferInfo<Byte>().m_length, 5u);
-    EXPECT_TRUE(cut.getData()->getBufferInfo<Byte>().m_nullTerminated);
-    EXPECT_EQ(allocationsDuring([&] { EXPECT_STREQ(cut.getCString(), "whole"); }), 0u);
+    const String substring(parent.getData()->substr<Byte>(0, NPOS));
+    EXPECT_NE(substring.getData(), parent.getData());
+    EXPECT_EQ(substring.getData()->getPrivateBuffer<Byte>(), bytesOf(text));
+    EXPECT_EQ(substring.getData()->getBufferInfo<Byte>().m_length, 5u);
+    EXPECT_TRUE(substring.getData()->getBufferInfo<Byte>().m_nullTerminated);
+    EXPECT_EQ(allocationsDuring([&] { EXPECT_STREQ(substring.getCString(), "whole"); }), 0u);
 
     const String wide = over(units);
     const String tail(wide.getData()->substr<UTF16Char>(2, 3));
@@ -143,9 +143,9 @@ TEST(Substring, OfTheWholeTerminatedTextIsTerminated) {
 TEST(Substring, OfTheEndOfAnUnterminatedTextIsNotTerminated) {
     const std::string text = "abcdef";
     const String parent(bytesOf(text), 4);
-    const String cut(parent.getData()->substr<Byte>(2, NPOS));
-    EXPECT_FALSE(cut.getData()->getBufferInfo<Byte>().m_nullTerminated);
-    EXPECT_EQ(textOf(*cut.getData()), "cd");
+    const String substring(parent.getData()->substr<Byte>(2, NPOS));
+    EXPECT_FALSE(substring.getData()->getBufferInfo<Byte>().m_nullTerminated);
+    EXPECT_EQ(textOf(*substring.getData()), "cd");
     // The unit behind the text starts a character here, so the offset passes.
     EXPECT_EQ(parent.getData()->substr<Byte>(4, 1), &StringData::s_emptyString);
 }
@@ -224,7 +224,7 @@ TEST(Substring, OfUTF8TrimsToTheLastLeadByteAndKeepsIt) {
         {"two bytes at the end come back whole", "z\xC3\xA9", 0, NPOS, nullptr, "z\xC3\xA9"},
         {"three bytes at the end", "z\xE2\x82\xAC", 0, NPOS, "Unmatched lead UTF-8 byte for a 3-byte sequence!", ""},
         {"four bytes at the end", "z\xF0\x90\x80\x80", 0, NPOS, "Unmatched first surrogate character!", ""},
-        {"a final U+0000 goes", "z\xC0\x80y", 0, 3, nullptr, "z"},
+        {"a final U+0000 is dropped", "z\xC0\x80y", 0, 3, nullptr, "z"},
         {"a final U+0000 at the end stays as its lead", "z\xC0\x80", 0, NPOS,
          "Unmatched lead UTF-8 byte for a 2-byte sequence!", ""},
         {"0xF4 is no lead here", "z\xF4\x8F\xBF\xBDy", 0, 5, nullptr, "z"},
@@ -239,14 +239,14 @@ TEST(Substring, OfUTF8TrimsToTheLastLeadByteAndKeepsIt) {
             EXPECT_EQ(liveAllocationCount(), live);
             EXPECT_EQ(parent.getData()->getNext<Byte>(), nullptr);
         } else {
-            const String cut(parent.getData()->substr<Byte>(row.offset, row.length));
-            EXPECT_EQ(textOf(*cut.getData()), row.result);
+            const String substring(parent.getData()->substr<Byte>(row.offset, row.length));
+            EXPECT_EQ(textOf(*substring.getData()), row.result);
         }
     }
 }
 
 TEST(Substring, TrimmedToNothingIsEmpty) {
-    const std::string text = "ab\x80"; // the end of a cut record, behind which a sibling goes on
+    const std::string text = "ab\x80"; // the end of a substring that another substring continues
     const std::string null = "\xC0\x80";
     StringData data(bytesOf(text), 2, STRING_DATA_STATIC);
     setText<Byte>(data, bytesOf(null), 2);
@@ -257,17 +257,17 @@ TEST(Substring, TrimmedToNothingIsEmpty) {
 TEST(Substring, OfATrimmedEndIsNotTerminated) {
     const std::string text = "z\xC3\xA9";
     const String parent = over(text);
-    const String cut(parent.getData()->substr<Byte>(0, NPOS));
-    EXPECT_FALSE(cut.getData()->getBufferInfo<Byte>().m_nullTerminated);
-    EXPECT_EQ(cut.getData()->getBufferInfo<Byte>().m_length, 3u);
-    EXPECT_STREQ(cut.getCString(), "z\xC3\xA9");
+    const String substring(parent.getData()->substr<Byte>(0, NPOS));
+    EXPECT_FALSE(substring.getData()->getBufferInfo<Byte>().m_nullTerminated);
+    EXPECT_EQ(substring.getData()->getBufferInfo<Byte>().m_length, 3u);
+    EXPECT_STREQ(substring.getCString(), "z\xC3\xA9");
 }
 
 TEST(Substring, OfUTF16LeavesOutAFinalFirstSurrogate) {
     const UTF16Text units = utf16Of({0x61, 0x10000, 0x62});
     const String parent = over(units);
-    const String cut(parent.getData()->substr<UTF16Char>(0, 2));
-    EXPECT_EQ(unitsOf(*cut.getData()), u"a");
+    const String substring(parent.getData()->substr<UTF16Char>(0, 2));
+    EXPECT_EQ(unitsOf(*substring.getData()), u"a");
     EXPECT_EQ(parent.getData()->substr<UTF16Char>(1, 1), &StringData::s_emptyString);
     const String whole(parent.getData()->substr<UTF16Char>(1, 2));
     EXPECT_EQ(unitsOf(*whole.getData()), utf16Of({0x10000}));
@@ -314,9 +314,9 @@ TEST(Substring, PrefersTheBufferAtHand) {
     const std::string text = "abc";
     const String both = over(text);
     const UTF16Char* const units = both.getData()->getTerminatedBuffer<UTF16Char>();
-    const String cut(both.getData()->substr<UTF16Char>(1, 2));
-    EXPECT_EQ(cut.getData()->getPrivateBuffer<UTF16Char>(), units + 1);
-    EXPECT_EQ(cut.getData()->getPrevious<UTF16Char>(), both.getData());
+    const String substring(both.getData()->substr<UTF16Char>(1, 2));
+    EXPECT_EQ(substring.getData()->getPrivateBuffer<UTF16Char>(), units + 1);
+    EXPECT_EQ(substring.getData()->getPrevious<UTF16Char>(), both.getData());
     EXPECT_EQ(both.getData()->getNext<Byte>(), nullptr);
 }
 

@@ -48,7 +48,7 @@ protected:
         held(string, {text, 0, STRING_DATA_DYNAMIC, false});
         expectChain<CharType>({string.getData()});
 
-        const CharType* const second = terminateCounted(string, 1, 0); // the first block dies
+        const CharType* const second = terminateCounted(string, 1, 0); // the first block is freed
         EXPECT_NE(second, first);
         EXPECT_EQ(liveArraySize(first), 0u);
         EXPECT_EQ(narrow(second), text);
@@ -103,7 +103,7 @@ TYPED_TEST(StringDataTermination, TextOfNoLengthIsTerminatedTooByCopying) {
 TYPED_TEST(StringDataTermination, SubstringOfStaticTextIsCopiedTwice) {
     const auto memory = callerBuffer<TypeParam>("abcdef");
     const String parent(memory.get(), 6, STRING_DATA_STATIC);
-    const String part = cut<TypeParam>(parent, 2, 3);
+    const String part = substringOf<TypeParam>(parent, 2, 3);
     this->expectDoubleCopy(part, "cde");
     EXPECT_EQ(narrow(memory.get(), 6), "abcdef");
 }
@@ -121,8 +121,8 @@ TYPED_TEST(StringDataTermination, OwnedTextAtTheStartOfItsBlockIsCopiedOnce) {
 
 TYPED_TEST(StringDataTermination, RecordInTheMiddleLeavesItsChain) {
     const String root = dynamicString<TypeParam>("abcdefgh");
-    const String last = cut<TypeParam>(root, 4, 3);
-    const String middle = cut<TypeParam>(root, 2, 3);
+    const String last = substringOf<TypeParam>(root, 4, 3);
+    const String middle = substringOf<TypeParam>(root, 2, 3);
     expectChain<TypeParam>({root.getData(), middle.getData(), last.getData()});
 
     this->expectDoubleCopy(middle, "cde");
@@ -134,7 +134,7 @@ TYPED_TEST(StringDataTermination, RecordInTheMiddleLeavesItsChain) {
 
 TYPED_TEST(StringDataTermination, RecordAtTheEndLeavesItsChain) {
     const String root = dynamicString<TypeParam>("abcdefgh");
-    const String part = cut<TypeParam>(root, 2, 3);
+    const String part = substringOf<TypeParam>(root, 2, 3);
     this->expectDoubleCopy(part, "cde");
     expectChain<TypeParam>({root.getData()});
 }
@@ -142,8 +142,8 @@ TYPED_TEST(StringDataTermination, RecordAtTheEndLeavesItsChain) {
 TYPED_TEST(StringDataTermination, HeadOnACallersBufferLeavesItsChainBehindOnTheBuffer) {
     const auto buffer = callerBuffer<TypeParam>("abcdefgh");
     const String root(buffer.get(), 8, STRING_DATA_EXTERNAL);
-    const String last = cut<TypeParam>(root, 4, 3);
-    const String first = cut<TypeParam>(root, 2, 3);
+    const String last = substringOf<TypeParam>(root, 4, 3);
+    const String first = substringOf<TypeParam>(root, 2, 3);
     this->expectDoubleCopy(root, "abcdefgh");
     expectChain<TypeParam>({first.getData(), last.getData()});
     this->held(first, {"cde", 2, STRING_DATA_EXTERNAL, false});
@@ -153,7 +153,7 @@ TYPED_TEST(StringDataTermination, HeadOnACallersBufferLeavesItsChainBehindOnTheB
 TYPED_TEST(StringDataTermination, InheritedTextSlidesDownByOne) {
     String owner = dynamicString<TypeParam>("abcdefgh");
     const TypeParam* const block = this->bufferOf(owner);
-    const String part = cut<TypeParam>(owner, 3, 3);
+    const String part = substringOf<TypeParam>(owner, 3, 3);
     owner = String();
     this->held(part, {"def", 3, STRING_DATA_DYNAMIC, false});
 
@@ -167,7 +167,7 @@ TYPED_TEST(StringDataTermination, InheritedTextSlidesDownByOne) {
 TYPED_TEST(StringDataTermination, SlideTakesPlaceUpToTheStartOfTheBlock) {
     String owner = dynamicString<TypeParam>("abc");
     const TypeParam* const block = this->bufferOf(owner);
-    const String part = cut<TypeParam>(owner, 1, 2);
+    const String part = substringOf<TypeParam>(owner, 1, 2);
     owner = String();
     EXPECT_EQ(this->terminateCounted(part, 0, 0), block);
     this->held(part, {"bc", 0, STRING_DATA_DYNAMIC, true});
@@ -177,10 +177,10 @@ TYPED_TEST(StringDataTermination, SlideTakesPlaceUpToTheStartOfTheBlock) {
 TYPED_TEST(StringDataTermination, SlideTakesTheWholeChainAlong) {
     String root = dynamicString<TypeParam>("abcdefghij");
     const TypeParam* const block = this->bufferOf(root);
-    const String before = cut<TypeParam>(root, 2, 2); // begins before the owner
-    const String inside = cut<TypeParam>(root, 4, 2);
-    const String atEnd = cut<TypeParam>(root, 5, 2); // ends where the owner ends
-    const String owner = cut<TypeParam>(root, 3, 4);
+    const String before = substringOf<TypeParam>(root, 2, 2); // begins before the owner
+    const String inside = substringOf<TypeParam>(root, 4, 2);
+    const String atEnd = substringOf<TypeParam>(root, 5, 2); // ends where the owner ends
+    const String owner = substringOf<TypeParam>(root, 3, 4);
     root = String();
     expectChain<TypeParam>({owner.getData(), atEnd.getData(), inside.getData(), before.getData()});
 
@@ -197,12 +197,12 @@ TYPED_TEST(StringDataTermination, SlideTakesTheWholeChainAlong) {
     EXPECT_EQ(this->terminateCounted(atEnd, 0, 0), block + 4);
 }
 
-// A record in front of the whole text of the owner is in its chain all the same, and the room must be in front of it.
+// A record in front of the whole text of the owner is in its chain, too, and the free unit must be before it.
 TYPED_TEST(StringDataTermination, SlideLeavesNoUnitBetweenDistantTextsBehind) {
     String root = dynamicString<TypeParam>("abcdefghij");
     const TypeParam* const block = this->bufferOf(root);
-    const String before = cut<TypeParam>(root, 1, 2);
-    const String owner = cut<TypeParam>(root, 6, 2);
+    const String before = substringOf<TypeParam>(root, 1, 2);
+    const String owner = substringOf<TypeParam>(root, 6, 2);
     root = String();
     this->terminateCounted(owner, 0, 0);
     this->held(owner, {"gh", 5, STRING_DATA_DYNAMIC, true});
@@ -227,9 +227,9 @@ TYPED_TEST(StringDataTermination, OwnerThatCannotSlideCopiesAndGivesItsBlockAway
         const std::string text = "abcdefghij";
         String root = dynamicString<TypeParam>(text);
         const TypeParam* const block = this->bufferOf(root);
-        String second = cut<TypeParam>(root, row.secondOffset, row.secondLength);
-        String first = cut<TypeParam>(root, row.firstOffset, row.firstLength);
-        String owner = cut<TypeParam>(root, 3, 4); // ends at 7
+        String second = substringOf<TypeParam>(root, row.secondOffset, row.secondLength);
+        String first = substringOf<TypeParam>(root, row.firstOffset, row.firstLength);
+        String owner = substringOf<TypeParam>(root, 3, 4); // ends at 7
         root = String();
         const std::string firstText = text.substr(static_cast<std::size_t>(row.firstOffset), row.firstLength);
         const std::string secondText = text.substr(static_cast<std::size_t>(row.secondOffset), row.secondLength);
@@ -258,8 +258,8 @@ TYPED_TEST(StringDataTermination, OwnerThatCannotSlideCopiesAndGivesItsBlockAway
 TYPED_TEST(StringDataTermination, OwnerAtTheStartOfItsBlockGivesItAway) {
     const String root = dynamicString<TypeParam>("abcdefgh");
     const TypeParam* const block = this->bufferOf(root);
-    const String last = cut<TypeParam>(root, 5, 2);
-    const String first = cut<TypeParam>(root, 2, 3);
+    const String last = substringOf<TypeParam>(root, 5, 2);
+    const String first = substringOf<TypeParam>(root, 2, 3);
     const TypeParam* const copy = this->terminateCounted(root, 1, 1);
     EXPECT_EQ(narrow(copy), "abcdefgh");
     this->held(root, {"abcdefgh", 0, STRING_DATA_DYNAMIC, true});
@@ -270,12 +270,12 @@ TYPED_TEST(StringDataTermination, OwnerAtTheStartOfItsBlockGivesItAway) {
     EXPECT_EQ(this->bufferOf(first), block + 2);
 }
 
-// Copying out of somebody else's text leaves a block that the next call copies once more; a part may hang on it.
+// A copy of a static or borrowed text is copied again by the next call; the first copy can have a substring.
 TYPED_TEST(StringDataTermination, SecondCopyLeavesTheFirstToItsSubstrings) {
     const auto buffer = callerBuffer<TypeParam>("abcdef");
     const String string(buffer.get(), 6, STRING_DATA_EXTERNAL);
     const TypeParam* const first = this->terminate(string);
-    const String part = cut<TypeParam>(string, 1, 2);
+    const String part = substringOf<TypeParam>(string, 1, 2);
     this->held(part, {"bc", 1, STRING_DATA_EXTERNAL, false});
     const TypeParam* const second = this->terminateCounted(string, 1, 1);
     EXPECT_NE(second, first);
@@ -391,8 +391,8 @@ TYPED_TEST(StringDataTermination, LinkedStaticStringsAreReported) {
 TYPED_TEST(StringDataTermination, BrokenLinksOfAnExternalRecordAreReported) {
     constexpr const char* Function = "Vorn::StringData::nullTerminateExternalString";
     const String root = dynamicString<TypeParam>("abcdefgh");
-    const String last = cut<TypeParam>(root, 4, 3);
-    const String middle = cut<TypeParam>(root, 2, 3);
+    const String last = substringOf<TypeParam>(root, 4, 3);
+    const String middle = substringOf<TypeParam>(root, 2, 3);
     const std::size_t live = liveAllocationCount();
 
     this->info(root).m_next = last.getData();
@@ -433,9 +433,9 @@ TYPED_TEST(StringDataTermination, BrokenLinksOfAnOwnerAreReported) {
     constexpr const char* BadType =
         "next->getAllocationType<CharType>() == STRING_DATA_EXTERNAL : Invalid string list link!";
     String root = dynamicString<TypeParam>("abcdefgh");
-    const String last = cut<TypeParam>(root, 4, 2);
-    const String middle = cut<TypeParam>(root, 3, 2);
-    const String owner = cut<TypeParam>(root, 2, 4);
+    const String last = substringOf<TypeParam>(root, 4, 2);
+    const String middle = substringOf<TypeParam>(root, 3, 2);
+    const String owner = substringOf<TypeParam>(root, 2, 4);
     root = String();
 
     this->info(owner).m_previous = last.getData();
@@ -461,10 +461,10 @@ TYPED_TEST(StringDataTermination, BrokenLinksOfAnOwnerAreReported) {
 // The chain is only walked as far as it takes to know that the text cannot slide.
 TYPED_TEST(StringDataTermination, LinksBehindTheEndOfTheWalkAreNotLookedAt) {
     String root = dynamicString<TypeParam>("abcdefgh");
-    const String last = cut<TypeParam>(root, 4, 2);
-    const String atStart = cut<TypeParam>(root, 0, 2);
-    const String owner = cut<TypeParam>(root, 2, 4);
-    const String atStartOwner = cut<TypeParam>(root, 0, 4);
+    const String last = substringOf<TypeParam>(root, 4, 2);
+    const String atStart = substringOf<TypeParam>(root, 0, 2);
+    const String owner = substringOf<TypeParam>(root, 2, 4);
+    const String atStartOwner = substringOf<TypeParam>(root, 0, 4);
     this->info(last).m_previous = nullptr;
     root = String();
 
@@ -481,10 +481,10 @@ TYPED_TEST(StringDataTermination, RunningOutOfMemoryChangesNothing) {
     const auto memory = callerBuffer<TypeParam>("abcdefgh");
     const String ofStatic(memory.get(), 8, STRING_DATA_STATIC);
     const String head(memory.get(), 8, STRING_DATA_EXTERNAL);
-    const String tail = cut<TypeParam>(head, 1, 2);
+    const String tail = substringOf<TypeParam>(head, 1, 2);
     const String owner = dynamicString<TypeParam>("abcdefgh");
-    const String last = cut<TypeParam>(owner, 4, 2);
-    const String middle = cut<TypeParam>(owner, 3, 2);
+    const String last = substringOf<TypeParam>(owner, 4, 2);
+    const String middle = substringOf<TypeParam>(owner, 3, 2);
     const String otherOnly(newBlock<OtherEncoding<TypeParam>>("abc"), 3, STRING_DATA_DYNAMIC);
 
     const auto expectUnchanged = [&] {
@@ -524,11 +524,11 @@ TYPED_TEST(StringDataTermination, RunningOutOfMemoryChangesNothing) {
     expectChain<TypeParam>({last.getData()});
 }
 
-// Where U+0000 stands behind a text, sliding finds it terminated.
+// A text that is followed by U+0000 becomes terminated when the texts move.
 TEST(StringDataTerminationUTF16, SlideLooksAtTheUnitBehindEachText) {
     String root(newBlock<UTF16Char>(std::string_view("abc\0de", 6)), 6, STRING_DATA_DYNAMIC);
-    const String beforeNull = cut<UTF16Char>(root, 2, 1);
-    const String owner = cut<UTF16Char>(root, 1, 4);
+    const String beforeNull = substringOf<UTF16Char>(root, 2, 1);
+    const String owner = substringOf<UTF16Char>(root, 1, 4);
     root = String();
     expectHeld<UTF16Char>(*beforeNull.getData(), {"c", 2, STRING_DATA_EXTERNAL, false});
     EXPECT_EQ(allocationsDuring([&] { owner.getData()->getTerminatedBuffer<UTF16Char>(); }), 0u);

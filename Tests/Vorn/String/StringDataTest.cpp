@@ -88,7 +88,7 @@ TYPED_TEST(StringDataConstruction, LengthsAndTerminatorsDetermineTheText) {
                 EXPECT_EQ(record.getCharset(), STRING_DATA_ASCII);
                 EXPECT_FALSE(record.haveEmbeddedNulls());
             }
-            EXPECT_EQ(narrow(buffer.get(), row.buffer.size()), row.buffer); // untouched, and still the caller's
+            EXPECT_EQ(narrow(buffer.get(), row.buffer.size()), row.buffer); // unchanged, and not owned
         }
     }
 }
@@ -180,8 +180,11 @@ TEST(StringData, InvalidTextIsRefusedAndTheBufferStaysWithTheCaller) {
          {},
          "ASCII null detected! This implementation does not support ASCII null, please use the sequence 0xC0 0x80 to "
          "represent null."},
-        {"cut lead", {'a', 0xC3}, {}, "Unmatched lead UTF-8 byte for a 2-byte sequence!"},
-        {"cut lead in front of the terminator", {'a', 0xC3, 0}, {}, "Unmatched lead UTF-8 byte for a 2-byte sequence!"},
+        {"truncated sequence", {'a', 0xC3}, {}, "Unmatched lead UTF-8 byte for a 2-byte sequence!"},
+        {"truncated sequence before the terminator",
+         {'a', 0xC3, 0},
+         {},
+         "Unmatched lead UTF-8 byte for a 2-byte sequence!"},
         {"second surrogate", {}, {'a', 0xDC00}, "Unmatched second surrogate code!"},
         {"first surrogate", {}, {'a', 0xD800}, "Unmatched first surrogate character!"},
     };
@@ -426,7 +429,7 @@ TEST(StringData, CopyOfNoTextNeedsNoCapacity) {
     }
 }
 
-// Where a record holds both, each question goes to the buffer of its own encoding.
+// If a record has both buffers, each query reads the buffer of its encoding.
 TEST(StringData, HeldBuffersAnswerForTheirOwnEncoding) {
     const unsigned char utf8[] = {'a', 'b', 'c', 0};
     const UTF16Char utf16[] = {'x', 'y', 0};

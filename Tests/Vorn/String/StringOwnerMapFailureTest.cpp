@@ -260,7 +260,7 @@ TYPED_TEST(StringOwnerMapFailureTest, BlocksOfAFailedCallAreNotOwned) {
             ++blocks;
         }
     }
-    EXPECT_GE(blocks, 2u) << "of failures behind the caller's allocator";
+    EXPECT_GE(blocks, 2u) << "of failures after the allocator of the test";
 }
 
 TYPED_TEST(StringOwnerMapFailureTest, AnAllocatorWithoutMemoryChangesNothing) {

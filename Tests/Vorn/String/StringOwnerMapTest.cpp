@@ -18,7 +18,7 @@ using namespace Vorn;
 
 constexpr const char* FILE_TEXT = "Include/Vorn/String/StringOwnerMap";
 
-// Keeps what it gives out until it dies, and remembers how much was asked for.
+// Owns the blocks that it returns, and records the requested sizes.
 struct Pool : StringOwnerAllocWrapperBase {
     void* allocate(unsigned int bytes) override {
         blocks.push_back(std::make_unique<std::uint64_t[]>(bytes / 8 + 1));
@@ -154,7 +154,7 @@ TYPED_TEST(StringOwnerMapTest, StaticStrings) {
         expectRaises<4>([&] { map.addStaticString(other.c_str()); }, "String marked as owned!", this->ADD, FILE_TEXT);
         EXPECT_EQ(map.size(), 3u);
         map.unmapString(text, 6);
-        EXPECT_EQ(map.size(), 2u) << "a static entry goes at once";
+        EXPECT_EQ(map.size(), 2u) << "a static entry is removed immediately";
         EXPECT_EQ(string.getData()->getRefCount(), 1u);
     }
     EXPECT_EQ(string.getData()->template getPrivateBuffer<TypeParam>(), text);
@@ -169,7 +169,7 @@ TYPED_TEST(StringOwnerMapTest, UnmappingWhatIsNotMappedIsSilent) {
     map.unmapString(text.c_str() + 1, 4);
     EXPECT_EQ(map.size(), 1u);
     map.unmapString(text.c_str(), 4);
-    EXPECT_EQ(map.size(), 1u) << "external entries stay until the map dies";
+    EXPECT_EQ(map.size(), 1u) << "external entries remain until the map is destroyed";
 }
 
 TYPED_TEST(StringOwnerMapTest, HandsOutBuffersThatOutliveTheString) {
@@ -230,9 +230,9 @@ TYPED_TEST(StringOwnerMapTest, CopiesExternalTextIntoTheCallersMemory) {
         EXPECT_EQ(pool.blocks.size(), 2u);
         expectRaises<4>([&] { map.addStaticString(buffer); }, "String marked as owned!", this->ADD, FILE_TEXT);
 
-        // A part of an owned buffer is known by the start of the block, and comes back as it stands.
-        const String cut(survivor.getData()->template substr<TypeParam>(2, 3));
-        EXPECT_EQ(map.mapStringNonInline(cut, pool), buffer + 2);
+        // A substring of an owned buffer is found by the start of the block, and returned unchanged.
+        const String substring(survivor.getData()->template substr<TypeParam>(2, 3));
+        EXPECT_EQ(map.mapStringNonInline(substring, pool), buffer + 2);
         EXPECT_EQ(pool.blocks.size(), 2u);
         for (int i = 0; i < 4; ++i) map.unmapString(buffer, 8);
         EXPECT_EQ(map.size(), 3u);
@@ -290,16 +290,16 @@ TYPED_TEST(StringOwnerMapTest, CopiesAndAssignsNothing) {
 
 TYPED_TEST(StringOwnerMapTest, StringsAndTheirSubstringsOutliveTheMap) {
     auto text = std::make_unique<std::basic_string<TypeParam>>(this->textOf("0123456789"));
-    String cut, deeper, held;
+    String substring, deeper, held;
     {
         typename TestFixture::Map map;
         held = map.mapString(text->c_str(), 10, true);
-        cut = String(map.mapString(text->c_str(), 8, false).getData()->template substr<TypeParam>(2, 4));
+        substring = String(map.mapString(text->c_str(), 8, false).getData()->template substr<TypeParam>(2, 4));
         deeper = String(held.getData()->template substr<TypeParam>(4, 6));
     }
     text.reset();
     EXPECT_EQ(this->textOf(held), this->textOf("0123456789"));
-    EXPECT_EQ(this->textOf(cut), this->textOf("2345"));
+    EXPECT_EQ(this->textOf(substring), this->textOf("2345"));
     EXPECT_EQ(this->textOf(deeper), this->textOf("456789"));
     EXPECT_EQ(this->typeOf(held), STRING_DATA_DYNAMIC);
     EXPECT_EQ(this->typeOf(deeper), STRING_DATA_EXTERNAL) << "in the chain of the string that was copied out";

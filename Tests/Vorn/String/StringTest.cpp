@@ -157,7 +157,7 @@ TEST(String, AssignmentSharesAndReleases) {
         const String second(newBlock<unsigned char>("xyz"), 3, STRING_DATA_DYNAMIC);
         String& self = first = second;
         EXPECT_EQ(&self, &first);
-        EXPECT_EQ(liveAllocationCount(), live + 2); // the old record and its block are gone
+        EXPECT_EQ(liveAllocationCount(), live + 2); // the old record and its block are freed
         EXPECT_EQ(first.getData(), second.getData());
         EXPECT_EQ(second.getData()->getRefCount(), 2u);
 
@@ -323,7 +323,7 @@ TEST(StringFromStandardString, BadTextIsRefused) {
         {"zero byte inside", std::string("a\0b", 3),
          "ASCII null detected! This implementation does not support ASCII null, please use the sequence 0xC0 0x80 to "
          "represent null."},
-        // The terminator is counted in, so that only one zero goes.
+        // The length includes the terminator, so that only one zero is removed.
         {"zero byte at the end", std::string("a\0", 2),
          "ASCII null detected! This implementation does not support ASCII null, please use the sequence 0xC0 0x80 to "
          "represent null."},

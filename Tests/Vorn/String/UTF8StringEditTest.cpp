@@ -73,7 +73,7 @@ TEST(UTF8StringReserve, AllocatesExactlyTheRequestedCapacity) {
     const Byte* const buffer = string.getBuffer();
     EXPECT_EQ(allocationsDuring([&] { EXPECT_EQ(string.reserve(3), 3u); }), 0u);
     EXPECT_EQ(string.getBuffer(), buffer);
-    EXPECT_EQ(allocationsDuring([&] { string.reserve(20); }), 1u) << "the room that is there is not consulted";
+    EXPECT_EQ(allocationsDuring([&] { string.reserve(20); }), 1u) << "existing capacity is ignored";
     EXPECT_EQ(own("hello").reserve(3), 5u);
 }
 
@@ -147,7 +147,7 @@ TEST(UTF8StringReserve, TextThatTheScanRefusesIsLostToAStringThatWasAlone) {
     StringData* const record = string.getData();
     const std::size_t live = liveAllocationCount();
     EXPECT_THROW(string.append('c'), Exception<7>);
-    EXPECT_EQ(liveAllocationCount(), live - 1) << "the old text went, the new one was not kept";
+    EXPECT_EQ(liveAllocationCount(), live - 1) << "the old text is freed, the new one is not stored";
     EXPECT_EQ(string.getData(), record);
     EXPECT_TRUE(string.isNull());
     EXPECT_EQ(record->getRefCount(), 1u);
@@ -250,7 +250,7 @@ TEST(UTF8StringEdit, OfAStringWithoutARecordFails) {
             if (attempt == 1) string = s;
         }
     }
-    EXPECT_EQ(liveAllocationCount(), live) << "such a record goes with its string";
+    EXPECT_EQ(liveAllocationCount(), live) << "the string destroys such a record";
 }
 
 TEST(UTF8StringEdit, SetLengthNeedsADynamicTextOfOneHandle) {
@@ -443,16 +443,16 @@ TEST(UTF8StringEdit, LeavesOtherHoldersAlone) {
 
 TEST(UTF8StringEdit, ThatRebuildsLeavesTheBlockToItsSubstrings) {
     UTF8String string = own("abcdef");
-    const String cut(string.getData()->substr<Byte>(2, 3));
-    string.append(cut);
+    const String substring(string.getData()->substr<Byte>(2, 3));
+    string.append(substring);
     EXPECT_EQ(textOf(string), "abcdefcde");
-    EXPECT_STREQ(cut.getCString(), "cde");
+    EXPECT_STREQ(substring.getCString(), "cde");
 }
 
 TEST(UTF8StringEdit, InPlaceMayWriteASubstringOfTheTextOverItself) {
     UTF8String string = own("hello world");
-    const String cut(string.getData()->substr<Byte>(0, 5));
-    string.replace(cut, 3, 5);
+    const String substring(string.getData()->substr<Byte>(0, 5));
+    string.replace(substring, 3, 5);
     EXPECT_EQ(textOf(string), "helhellorld");
 }
 
@@ -541,7 +541,7 @@ TEST(UTF8StringEdit, AppendsZeroBytesForNumbersThatAreMeasuredShort) {
     EXPECT_EQ(string.getBuffer()[7], 0);
 }
 
-// All edits at random, on many strings that share and part, against std::string.
+// All edits at random, on many strings with common records, compared with std::string.
 TEST(UTF8StringModel, RandomEdits) {
     Random random(2808);
     const unsigned int alphabet[] = {'a', 'b', 'z', 0, 0xE9, 0x20AC, 0x1F600};

@@ -235,7 +235,7 @@ TEST(UTF8String, KnownAnswers) {
     EXPECT_EQ(four.next(99), 5u);
 }
 
-// What every operation answers, from the bytes alone.
+// The expected result of every operation, from the bytes alone.
 struct Reference {
     explicit Reference(const std::string& bytes) : text(bytes), n(static_cast<int>(bytes.size())) {}
 
@@ -306,7 +306,7 @@ TEST(UTF8String, RandomTextsAgainstTheReference) {
         const Reference reference(randomText(9));
         const std::string needle = randomText(2);
         const std::string& text = reference.text;
-        // A needle that shares the record of a text, or is cut from one, is terminated during the search.
+        // A needle with the record of a text, or a substring of one, is terminated during the search.
         const UTF8String string = random.below(2) ? UTF8String(bytesOf(text), lengthOf(text)) : UTF8String(over(text));
         const String needleString = random.below(2) ? String(bytesOf(needle), lengthOf(needle)) : over(needle);
         const unsigned int c = alphabet[random.below(7)];
@@ -338,7 +338,7 @@ TEST(UTF8String, RandomTextsAgainstTheReference) {
 }
 
 TEST(UTF8String, ANeedleOfTheSameBlockMayMoveTheText) {
-    // The needle inherits the block with room in front, and terminating it slides both texts down by one.
+    // The needle becomes the owner of the block with a free unit at its start, and termination moves both texts.
     auto* const block = new unsigned char[7]{'x', 'y', 'a', 'b', 'c', 'b', 'd'};
     String owner(block, 6, STRING_DATA_DYNAMIC);
     const UTF8String text(owner.getData()->substr<unsigned char>(2, 4));
