@@ -12,7 +12,6 @@
 #include <filesystem>
 #include <fstream>
 #include <iostream>
-#include <regex>
 #include <sstream>
 #include <string>
 #include <unordered_map>
@@ -36,12 +35,21 @@ std::string contentOf(const std::filesystem::path& path) {
 // A line of code in a comment is indented by five columns and ends with a semicolon or, in the tables of forms, is a
 // call of a macro or of a template with its description behind it.
 bool isCode(const std::string& line, std::string& code) {
-    static const std::regex statement("^ *///?     ([^ ].*?;|for \\(.*\\) \\.\\.\\.) *(//.*)?$");
-    static const std::regex form("^ *///?     (VORN_[A-Z_]+\\([^)]*\\)|Delegate<.*?>::bind.*?\\)) {2,}[^ ].*$");
-    std::smatch match;
-    if (!std::regex_match(line, match, statement) && !std::regex_match(line, match, form)) return false;
-    code = match[1];
-    return line.find("// wrong") == std::string::npos;
+    std::size_t start = line.find_first_not_of(' ');
+    if (start == std::string::npos || line.compare(start, 2, "//") != 0) return false;
+    start = line.find_first_not_of('/', start);
+    if (start == std::string::npos || line.find_first_not_of(' ', start) != start + 5) return false;
+    code = line.substr(start + 5);
+    if (code.find("// wrong") != std::string::npos) return false;
+    if (code.rfind("VORN_", 0) == 0 || code.rfind("Delegate<", 0) == 0) {
+        const std::size_t description = code.find("  ");
+        code.resize(std::min(description, code.size()));
+        return description != std::string::npos;
+    }
+    code.resize(std::min(code.find("//"), code.size()));
+    code.resize(code.find_last_not_of(' ') + 1);
+    const bool isLoop = code.rfind("for (", 0) == 0 && code.size() > 4 && code.compare(code.size() - 4, 4, " ...") == 0;
+    return isLoop || (!code.empty() && code.back() == ';');
 }
 
 // True if the parts of `code` between its dots stand in `source` one after the other, near to each other.
