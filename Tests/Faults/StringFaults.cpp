@@ -125,7 +125,7 @@ void buildOtherEncoding(Attempt& attempt) {
 }
 
 template <class Target>
-void cut(Attempt& attempt, const String& string) {
+void takeSubstring(Attempt& attempt, const String& string) {
     expectUnchangedBy(attempt, string, [](const String& s) { String(s.getData()->substr<Target>(0, 6)); });
 }
 
@@ -286,38 +286,38 @@ std::vector<Operation> stringOperations() {
          {"StringData* StringData::substr<unsigned char>(int, unsigned int) const",
           "StringData::StringData(unsigned char const*, unsigned long, StringAllocationType, "
           "StringData::CountedLength)"},
-         [](Attempt& attempt) { cut<unsigned char>(attempt, over(TEXT)); }},
+         [](Attempt& attempt) { takeSubstring<unsigned char>(attempt, over(TEXT)); }},
         {"StringData_SubstrUTF16",
          Outcome::THROWS,
          {"StringData* StringData::substr<char16_t>(int, unsigned int) const",
           "StringData::StringData(char16_t const*, unsigned long, StringAllocationType, StringData::CountedLength)"},
-         [](Attempt& attempt) { cut<UTF16Char>(attempt, over(WIDE)); }},
+         [](Attempt& attempt) { takeSubstring<UTF16Char>(attempt, over(WIDE)); }},
         {"StringData_SubstrASCIIToUTF16",
          Outcome::THROWS,
          {"StringData* StringData::substrConvertASCIITo<char16_t>(int, unsigned int) const"},
-         [](Attempt& attempt) { cut<UTF16Char>(attempt, over(TEXT)); }},
+         [](Attempt& attempt) { takeSubstring<UTF16Char>(attempt, over(TEXT)); }},
         {"StringData_SubstrASCIIToUTF8",
          Outcome::THROWS,
          {"StringData* StringData::substrConvertASCIITo<unsigned char>(int, unsigned int) const"},
-         [](Attempt& attempt) { cut<unsigned char>(attempt, over(WIDE)); }},
+         [](Attempt& attempt) { takeSubstring<unsigned char>(attempt, over(WIDE)); }},
         {"StringData_SubstrUCS2ToUTF8",
          Outcome::THROWS,
          {"StringData::substrConvertUCS2ToUTF8(int, unsigned int) const"},
          [](Attempt& attempt) {
              const UTF16Text text = u"\u00E4\u20AC and more";
-             cut<unsigned char>(attempt, over(text));
+             takeSubstring<unsigned char>(attempt, over(text));
          }},
         {"StringData_SubstrUTF16ToUTF8",
          Outcome::THROWS,
          {"StringData::substrConvertUTF16ToUTF8(int, unsigned int) const"},
          [](Attempt& attempt) {
              const UTF16Text text = u"enough text in front of \U0001D11E";
-             cut<unsigned char>(attempt, over(text));
+             takeSubstring<unsigned char>(attempt, over(text));
          }},
         {"StringData_SubstrUTF8ToUTF16",
          Outcome::THROWS,
          {"StringData::substrConvertUTF8ToUTF16(int, unsigned int) const"},
-         [](Attempt& attempt) { cut<UTF16Char>(attempt, over(UNICODE)); }},
+         [](Attempt& attempt) { takeSubstring<UTF16Char>(attempt, over(UNICODE)); }},
         {"StringData_Queries",
          Outcome::ALLOCATES_NOTHING,
          {"StringData::contains(signed char const*) const", "StringData::count(signed char) const",

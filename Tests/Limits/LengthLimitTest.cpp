@@ -78,7 +78,7 @@ TEST_F(LengthLimit, EveryUserOfALengthInUTF8) {
     const LongWide wide(u"\u4E00", WRAPS, STRING_DATA_UCS2);
     const UTF16Char* const units = wide.units();
     const StringDataBufferInfo& info = wide.info();
-    unsigned char room[8] = "before!";
+    unsigned char memory[8] = "before!";
     const std::string untouched = "before";
     std::string standard = untouched;
     StringDataBufferInfo destInfo{};
@@ -93,12 +93,12 @@ TEST_F(LengthLimit, EveryUserOfALengthInUTF8) {
         std::function<void()> run;
     } rows[] = {
         {"getUTF8Length", [&] { wide.record()->getUTF8Length(); }},
-        {"copyToUTF8", [&] { wide.record()->copyToUTF8(room, sizeof(room)); }},
+        {"copyToUTF8", [&] { wide.record()->copyToUTF8(memory, sizeof(memory)); }},
         {"copyTo", [&] { wide.record()->copyTo(standard); }},
         {"getCString", [&] { text.getCString(); }},
         {"stringDataConvertToUTF8", [&] { stringDataConvertToUTF8(units, info, STRING_DATA_UCS2, destInfo); }},
         {"stringDataConvertCreateUTF8", [&] { stringDataConvertCreateUTF8(units, info, STRING_DATA_UCS2, 9); }},
-        {"stringDataConvertCopyToUTF8", [&] { stringDataConvertCopyToUTF8(units, info, STRING_DATA_UCS2, room, 8); }},
+        {"stringDataConvertCopyToUTF8", [&] { stringDataConvertCopyToUTF8(units, info, STRING_DATA_UCS2, memory, 8); }},
         {"+=", [&] { left += text; }},
         {"append", [&] { edited.append(text); }},
         {"replace", [&] { edited.replace(text, 0, 4); }},
@@ -110,7 +110,7 @@ TEST_F(LengthLimit, EveryUserOfALengthInUTF8) {
         SCOPED_TRACE(row.name);
         expectTooLong(row.run, UTF8_LENGTH, HELPER_FILE);
     }
-    EXPECT_STREQ(reinterpret_cast<char*>(room), "before!");
+    EXPECT_STREQ(reinterpret_cast<char*>(memory), "before!");
     EXPECT_EQ(standard, untouched);
     EXPECT_EQ(destInfo.m_length, 0u);
     EXPECT_EQ(left.getData(), leftBefore.getData());

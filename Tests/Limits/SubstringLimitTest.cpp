@@ -140,15 +140,15 @@ TEST_F(SubstringLimit, StandardStringsThatAreTooLong) {
 
 TEST_F(SubstringLimit, CapacitiesOfCopies) {
     const LongASCII bytes(LONGEST);
-    unsigned char room[] = "before";
-    EXPECT_EQ(bytes.record()->copyToUTF8(room, 0xFFFFFFFD), 0xFFFFFFFF);
+    unsigned char memory[] = "before";
+    EXPECT_EQ(bytes.record()->copyToUTF8(memory, 0xFFFFFFFD), 0xFFFFFFFF);
     const LongWide units(u"a", LONGEST, STRING_DATA_ASCII);
-    UTF16Char wideRoom[] = u"before";
-    EXPECT_EQ(units.record()->copyToUTF16(wideRoom, 0xFFFFFFFD), 0xFFFFFFFF);
-    EXPECT_EQ(units.record()->copyToUTF8(room, 0xFFFFFFFD), 0xFFFFFFFE) << "the length that it takes";
-    EXPECT_EQ(bytes.record()->copyToUTF16(wideRoom, 0xFFFFFFFD), 0xFFFFFFFE) << "the length that it takes";
-    EXPECT_STREQ(reinterpret_cast<char*>(room), "before");
-    EXPECT_EQ(wideRoom, std::u16string_view(u"before"));
+    UTF16Char wideMemory[] = u"before";
+    EXPECT_EQ(units.record()->copyToUTF16(wideMemory, 0xFFFFFFFD), 0xFFFFFFFF);
+    EXPECT_EQ(units.record()->copyToUTF8(memory, 0xFFFFFFFD), 0xFFFFFFFE) << "the length that it takes";
+    EXPECT_EQ(bytes.record()->copyToUTF16(wideMemory, 0xFFFFFFFD), 0xFFFFFFFE) << "the length that it takes";
+    EXPECT_STREQ(reinterpret_cast<char*>(memory), "before");
+    EXPECT_EQ(wideMemory, std::u16string_view(u"before"));
 
     const LongMemory dest("b", LONGEST, LongMemory::ALIASED);
     EXPECT_EQ(bytes.record()->copyToUTF8(dest.begin(), 0xFFFFFFFE), LONGEST);

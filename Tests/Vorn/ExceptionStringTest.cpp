@@ -225,9 +225,9 @@ TEST(ExceptionString, TextBeingCreatedIsSharedAsItStands) {
 }
 
 TEST(ExceptionStringJoiner, ReadsPartsUpToTheLengthThatTheyReport) {
-    const ExceptionString cut("abcdef", 2);
+    const ExceptionString prefix("abcdef", 2);
     const ExceptionString overlong(std::string(16384 + 3, 'x'), 0.0f);
-    const ExceptionString joined = cut + overlong + cut;
+    const ExceptionString joined = prefix + overlong + prefix;
     EXPECT_EQ(joined.size(), 7);
     EXPECT_STREQ(joined.getString(), "abxxxab");
 }

@@ -183,7 +183,7 @@ TEST(AllExceptions, RunningOutOfMemoryLeavesTheFailureInPlace) {
         std::string received;
     } rows[] = {
         {"a report that fits", "f", "File:4: f: Exception: ::Vorn::E::ASSERT:message"},
-        {"a report that is cut", longName, ("File:4: " + longName).substr(0, 1023)},
+        {"a truncated report", longName, ("File:4: " + longName).substr(0, 1023)},
     };
     static char received[2048]; // the callback must not need memory
     for (const auto& row : rows) {

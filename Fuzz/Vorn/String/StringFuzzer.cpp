@@ -39,7 +39,7 @@ private:
         std::string text;
     };
 
-    // A text of its own block, with a unit behind it: a cut at the end looks at that.
+    // A text in its own block, with a unit behind it that a substring at the end reads.
     template <class CharType>
     void addString() {
         const unsigned int length = m_stream.next() % 24;
@@ -55,20 +55,20 @@ private:
     }
 
     template <class CharType>
-    void cut(const String& string) {
+    void takeSubstring(const String& string) {
         const int offset = static_cast<int>(m_stream.next()) - 40;
         const unsigned int length = m_stream.next() % 64;
         const StringData& data = *string.getData();
         const bool isAtHand = data.getPrivateBuffer<CharType>() != nullptr;
         const String result(reclaimingUnits([&] { return data.substr<CharType>(offset, length < 60 ? length : ALL); }));
         const unsigned int found = result.getData()->getBufferInfo<CharType>().m_length;
-        require(found <= data.getBufferInfo<CharType>().m_length || !isAtHand, "a cut is longer than its parent");
+        require(found <= data.getBufferInfo<CharType>().m_length || !isAtHand, "a substring is longer than its parent");
         if (isAtHand && found != 0) {
             const CharType* const buffer = data.getPrivateBuffer<CharType>();
             const unsigned int start = static_cast<unsigned int>(
                 offset < 0 ? offset + static_cast<int>(data.getBufferInfo<CharType>().m_length) : offset);
             require(std::equal(buffer + start, buffer + start + found, result.getData()->getPrivateBuffer<CharType>()),
-                    "a cut has another text");
+                    "a substring has another text");
         }
         m_strings.push_back(result);
     }
@@ -208,14 +208,14 @@ private:
             const std::size_t index = m_stream.next() % m_strings.size();
             const String string = m_strings[index];
             const String other = m_strings[m_stream.next() % m_strings.size()];
-            const bool hasRoom = m_strings.size() < MOST_STRINGS;
+            const bool isBelowLimit = m_strings.size() < MOST_STRINGS;
             Edited* const edited = m_edited.empty() ? nullptr : &m_edited[m_stream.next() % m_edited.size()];
             switch (operation) {
             case 2:
-                if (hasRoom) cut<Byte>(string);
+                if (isBelowLimit) takeSubstring<Byte>(string);
                 break;
             case 3:
-                if (hasRoom) cut<UTF16Char>(string);
+                if (isBelowLimit) takeSubstring<UTF16Char>(string);
                 break;
             case 4: compare(string, other); break;
             case 5: ask(string); break;
@@ -230,7 +230,7 @@ private:
             case 9: {
                 if (m_edited.size() >= 4) m_edited.pop_front();
                 UTF8String copy(string);
-                copy.reserve(0); // its own, so that no cut shares a block that is edited in place
+                copy.reserve(0); // its own, so that no substring uses a block that is edited in place
                 m_edited.push_back({copy, std::string(view(copy))});
                 break;
             }

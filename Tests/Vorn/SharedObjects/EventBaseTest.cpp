@@ -142,7 +142,7 @@ TEST_F(DelegateNodeTest, InsertAfterLinksAndAppends) {
     EXPECT_EQ(first.unlink(), nullptr);
     first.insertAfter(&second); // a whole chain behind an end
     EXPECT_EQ(text(&first), "a:1 b:2 c:3");
-    first.insertAfter(nullptr); // cuts, frees nothing
+    first.insertAfter(nullptr); // ends the chain, frees nothing
     EXPECT_EQ(text(&first), "a:1");
     EXPECT_EQ(text(&second), "b:2 c:3");
     first.insertAfter(nullptr);

@@ -286,7 +286,7 @@ TEST_F(EventTest, DestructorsMayComeBackWhileTheEventChanges) {
             if (trigger == 4)
                 other.remove(Listener::bindShared<&Leaving::held>(SharedPtr<Leaving>(&target, [](void*) {})));
             takeCalls();
-            if (trigger != 3) other(3); // must not reach what is gone; clear leaves the first node
+            if (trigger != 3) other(3); // must not call a destroyed target; clear keeps the first node
         }
     }
 }
