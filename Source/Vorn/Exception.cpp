@@ -104,13 +104,13 @@ private:
     char m_digits[16];
 };
 
-// Throws for a formatting function, whose variable arguments cannot be passed to a constructor.
+// Builds the exception, which reports itself, and throws a copy, which shares the texts and does not report again.
 template <int N>
 [[noreturn]] void raiseFormatted(const ExceptionString& type, const ExceptionString& file,
                                  const ExceptionString& function, const ExceptionString& lineString, unsigned int line,
                                  const ExceptionString& message) {
     const Exception<N> exception(type, file, function, lineString, line, message);
-    throw exception; // a copy, which shares the texts and does not report again
+    throw exception;
 }
 
 } // namespace
