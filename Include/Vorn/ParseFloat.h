@@ -1,7 +1,7 @@
 /// @file
 /// ParseFloat: reads floating-point numbers from text.
 ///
-///     unsigned int count;
+///     unsigned int count = 0;
 ///     double value = Vorn::parseDouble(text, &count, length);    // "-2.5e10", ".5", "5.", "0x1.8p-3"
 ///
 /// The parsers are fast and NOT correctly rounded: digits are summed in the target type, so the last bits can differ
@@ -9,6 +9,7 @@
 ///
 /// The text is white space (9 to 13 and 32), a sign, and then a decimal number with fraction and exponent, or "0x" and
 /// a hexadecimal number with fraction and binary exponent. White space, sign, fraction and exponent may be missing.
+/// White space before the sign is accepted, unlike by the integer parsers.
 /// Letters are accepted in both cases. Infinity and NaN cannot be read: text whose first letter is "n", or "i" with or
 /// without a sign, gives NaN with a count of 0.
 ///
@@ -32,8 +33,8 @@ class String;
 ///
 /// - Without a digit it counts the white space and the sign, so that it can be positive.
 /// - It is 0 if `length` ends before the number begins, and for the letters "n" and "i".
-/// - It is NOT written if a comma stands in the place of the sign, or if `length - i + 1` as an `int` is negative for a
-///   sign at index i; the result is NaN. With a `length` of 0xFFFFFFFF this happens to every sign after white space.
+/// - It is NOT written, and the result is NaN, if a comma stands in the place of the sign, or with the default `length`
+///   if a sign follows white space: in general if `length - i + 1` as an `int` is negative for a sign at index i.
 ///
 /// `length` is in units and may be 0. 0xFFFFFFFF means that a zero unit ends the text.
 ///
@@ -44,7 +45,8 @@ class String;
 ///     wherever it stands: "5." with a length of 1 gives a count of 2. The limits of Vorn/ParseInt.h apply to each part
 ///     of the number.
 /// @warning A decimal exponent is read only if two units after the "e" lie within `length`: "1e5" with a length of 3
-///     gives 1 and a count of 1. Include the terminator in the length, or write "1e05".
+///     gives 1 and a count of 1. Pass a length that includes one unit behind the number, such as the terminator or a
+///     delimiter, or write "1e05".
 /// @{
 VORN_API float parseFloat(const unsigned char* str, unsigned int* count = nullptr, unsigned int length = 0xFFFFFFFF);
 VORN_API float parseFloat(const UTF16Char* str, unsigned int* count = nullptr, unsigned int length = 0xFFFFFFFF);
@@ -71,6 +73,7 @@ VORN_API float parseReal(const UTF16Char* str, unsigned int* count = nullptr, un
 /// thrown.
 ///
 /// @warning The unit after the text is read, as with a buffer.
+/// @warning A `std::string` is converted to a String, which leaks its copy. Pass its bytes instead.
 /// @{
 VORN_API float parseFloat(String str);
 VORN_API double parseDouble(String str);

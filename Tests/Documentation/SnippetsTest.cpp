@@ -158,7 +158,7 @@ TEST(Snippets, ParseFloat) {
     for (const Row& row : {Row{"-2.5e10", -2.5e10}, Row{".5", 0.5}, Row{"5.", 5}, Row{"0x1.8p-3", 0.1875}}) {
         const auto* const text = reinterpret_cast<const unsigned char*>(row.input);
         const unsigned int length = 0xFFFFFFFF;
-        unsigned int count;
+        unsigned int count = 0;
         double value = Vorn::parseDouble(text, &count, length);
         EXPECT_EQ(value, row.expected) << row.input;
         EXPECT_EQ(count, std::string(row.input).size()) << row.input;
@@ -170,7 +170,7 @@ TEST(Snippets, Interop) {
     using Vorn::String;
     std::ostringstream captured;
     std::streambuf* const console = std::cout.rdbuf(captured.rdbuf());
-    using namespace Vorn::Literals;
+    using namespace Vorn; // the literals too
     const String name = "door"_vs;
     std::unordered_map<String, Door> doors;
     doors[name].opened = 3;

@@ -10,8 +10,8 @@
 ///     Delegate<void, int>::bindWeak<&Door::open>(weakDoor)      does nothing after the door has been destroyed
 ///     Delegate<void, int>::bindCallable([](int) { ... })        any callable
 ///
-/// Binding the same function to the same object in the same way twice gives equal delegates, so a listener can be found
-/// again without keeping it. The type of the object is a part of the way: binding through a base or a const reference
+/// Two bindings of the same function and object by the same operation are equal, so a listener can be found again
+/// without keeping it. The static type of the object must be the same, too: binding through a base or a const reference
 /// gives a different delegate. Alternative: std::function, which cannot be compared and costs more.
 ///
 /// Cost: six words. Only `bindCallable` allocates, for callables that are larger than a pointer or that calls change. A

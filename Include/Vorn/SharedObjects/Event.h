@@ -6,8 +6,8 @@
 ///     scored(3);
 ///
 /// `Event<Args...>` calls delegates that take Args; `Event<>` calls delegates without arguments. Listeners may add and
-/// remove each other and themselves during a call. Alternatives: a Delegate for one listener; a std::vector of
-/// delegates if nothing changes during a call.
+/// remove each other and themselves during a call, within the limits that `add` and `remove` state. Alternatives: a
+/// Delegate for one listener; a std::vector of delegates if nothing changes during a call.
 ///
 /// Cost: one allocation per listener, none for one that is added again and is not the first. Adding, removing and
 /// searching walk the list. A call is one indirect call per listener.
@@ -54,10 +54,12 @@ public:
     ///
     /// While the event is being called, the listener is inserted immediately if its position is before the listener
     /// being called, and is not called by this call. At any other position it is pending until the call has ended. One
-    /// exception: while the first node is being called, a position behind it is filled immediately and called.
+    /// exception: while the first listener is being called, a position behind it is filled immediately and called.
     ///
-    /// Throws `Exception<1>`: "delegate.caller && delegate.typeInfo : Invalid delegate!!" for an empty listener.
-    /// Throws `std::bad_alloc`. A new listener has not been added then; one that was to be moved has been *removed*.
+    /// Throws `Exception<1>`: "delegate.caller && delegate.typeInfo : Invalid delegate!!" for an empty listener. Throws
+    /// `std::bad_alloc`. A new listener has not been added then; one that was to be moved has been *removed*.
+    /// @warning A weakly bound listener stays in the list and in the count after its target has been destroyed; it does
+    ///     nothing then. Remove it while its target exists, or keep a copy of the delegate to remove it later.
     /// @warning If `listener` is a member of its own target, and only this event keeps that target alive, pass a copy.
     void add(const Listener& listener, int priority = 0) {
         const DelegatePOD& pod = listener.getPOD();
@@ -66,11 +68,11 @@ public:
     }
 
     /// Removes `listener`. Returns false if it was not found.
-    /// @warning The event may keep the target alive for longer: that of the listener being called until a later change
-    ///     passes its position, and that of the first listener until another listener becomes the first, at most until
-    ///     the event is destroyed.
-    /// @warning While the first node is being called, listeners behind it are not found. Remove them before or after
-    ///     the call.
+    /// @warning The event may keep the target alive for longer: that of the listener being called until a later `add`
+    ///     or `remove` reaches its position, and that of the first listener until another listener becomes the first,
+    ///     at most until the event is destroyed.
+    /// @warning While the first listener is being called, listeners behind it are not found. Remove them before or
+    ///     after the call.
     /// @warning Do not remove pending listeners. Removing one that is not the first pending listener leaks its
     ///     reference. After the last pending listener has been removed, later pending listeners are leaked, counted and
     ///     never called; if it was the only one, this applies to all later calls too.
@@ -85,9 +87,10 @@ public:
     /// Calls the listeners in order. Does nothing if the event is disabled; disabling it during a call affects the next
     /// call only.
     ///
-    /// Throws what a listener throws. The listeners behind it are not called, and the event is idle and usable.
-    /// Throws `Exception<1>`: "!isDispatching() : the event is being called already!" if a listener calls the event.
-    /// @warning A listener must not destroy the event that calls it.
+    /// Throws what a listener throws. The listeners behind it are not called, and the event is idle and usable. Throws
+    /// `Exception<1>`: "!isDispatching() : the event is being called already!" if a listener calls the event.
+    /// @warning A listener must not destroy the event that calls it. Where one can release the owner of the event, hold
+    ///     a pointer to the owner during the call: `const auto held = owner; held->scored(3);`.
     void operator()(Args... args) {
         if (isDisabled()) return;
         VORN_ASSERT(!isDispatching(), "the event is being called already!");

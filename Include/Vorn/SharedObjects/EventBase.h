@@ -6,7 +6,7 @@
 /// becomes pending, in a list of its own. The node being called is marked invalid instead of being unlinked. Programs
 /// use Event, which adds a signature and the dispatch.
 ///
-/// Cost: one allocation per delegate; a delegate that is added again from behind the first node reuses its node.
+/// Cost: one allocation per delegate; a delegate that is added again, and is not in the first node, reuses its node.
 /// Adding, removing and searching walk the chain.
 ///
 /// Failures: only adding allocates.

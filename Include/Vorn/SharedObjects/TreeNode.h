@@ -9,7 +9,7 @@
 /// is owned by the pointers of the program. When a node is destroyed, children that have other owners become roots.
 /// Trees of any depth can be destroyed; SharedPtr.h describes the order near the end of the stack.
 ///
-/// Cost: one vector per node. Inserting and removing renumber the siblings behind. Walking a tree allocates nothing.
+/// Cost: one vector per node. Inserting and removing renumber the following siblings. Walking a tree allocates nothing.
 ///
 /// Failures: only `append` and `insert` allocate. An operation that throws leaves the tree unchanged.
 ///

@@ -2,8 +2,8 @@
 /// Interop: strings in ordinary C++ code: literals, hashing, ranges, comparison and output. The library itself does not
 /// use these functions.
 ///
-///     using namespace Vorn::Literals;
-///     const String name = "door"_vs;               // no copy, no allocation but the record
+///     using namespace Vorn;                        // the literals too
+///     const String name = "door"_vs;               // no copy; allocates only the record
 ///     std::unordered_map<String, Door> doors;      // equal strings hash equally, in any encoding
 ///     for (unsigned char byte : bytes(name)) ...   // UTF-8
 ///     if (name == std::string_view("door")) std::cout << name;

@@ -45,6 +45,8 @@ public:
     /// If it throws, the caller still owns the buffer. Throws `Exception<4>`: "buffer must not be null!!!!". Throws
     /// `Exception<7>` if the text is malformed. Throws `Exception<4>`: "length : text too long!" if a text of unknown
     /// length has no terminator in its first 0xFFFFFFFF bytes; it reads no byte behind these.
+    /// @warning Overlong forms of four bytes (0xF0 0x80 to 0xF0 0x8F) are accepted, and lengths and conversions throw
+    ///     `Exception<2>` for them later. Test foreign text for these bytes first.
     StringData(const unsigned char* buffer, unsigned int length, StringAllocationType type);
 
     /// Builds a record over a UTF-16 text, as above; `length` counts units.
@@ -148,6 +150,8 @@ public:
     ///
     /// Returns null if the record has no buffer. Throws what the conversion throws (`stringDataConvertToUTF8`,
     /// `stringDataConvertToUTF16`); the record is then unchanged.
+    /// @warning A UTF-16 buffer that is built from UTF-8 contains only the second surrogate of each 4-byte character.
+    ///     Keep such text in UTF-8.
     template <class CharType>
     const CharType* getBuffer() const;
 
@@ -209,7 +213,7 @@ public:
     /// `length` is left out, and an offset behind the end returns the empty result (but throws for ASCII text). The
     /// unit behind the text is read if the offset points there.
     ///
-    /// UTF-8: the end moves back to the first lead byte that is met, and that byte is kept. A part that ends with a
+    /// UTF-8: the end moves back to the nearest lead byte before it, and that byte is kept. A part that ends with a
     /// character of several bytes therefore throws `Exception<7>` ("Unmatched lead UTF-8 byte for a 2-byte sequence!"
     /// and the like), unless it is one of two bytes at the end of a terminated text. A final U+0000 or character from
     /// U+100000 on is left out whole, but throws at the end of a terminated text. End parts on ASCII characters.

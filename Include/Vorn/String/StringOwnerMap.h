@@ -51,8 +51,8 @@ struct StringOwnerMapNames<Vorn::UTF16Char> {
 };
 
 /// Allocates the buckets of the tables with `malloc`, and throws `std::bad_alloc` if that fails. The tables' own
-/// default returns the null pointer instead, which they write through. They allocate a new array of buckets before they
-/// free the old one, so that a failure leaves them as they were.
+/// default returns the null pointer instead, and they then write to it. They allocate a new array of buckets before
+/// they free the old one, so that a failure leaves them as they were.
 template <class T>
 class StringOwnerBucketAllocator {
 public:

@@ -2,8 +2,8 @@
 /// UTF8String: a text in UTF-8 that can be navigated, searched and edited in place.
 ///
 /// It is a String. It shares its string record until the first edit, and shares it again when it is copied. All
-/// positions are offsets in bytes. An index inside a character stands for the next character, but the offset that a
-/// search then returns is too small by the bytes in between: search from offsets of character starts.
+/// positions are offsets in bytes. An index inside a character stands for the next character; the result of a search
+/// from there is too small by the skipped bytes. Search from offsets of character starts.
 ///
 /// Cost: a search decodes nothing and takes time in proportion to the lengths of the text and of the needle. An edit
 /// that lengthens the text allocates exactly the size it needs, copies the text and validates it; any other edit moves
@@ -138,7 +138,7 @@ public:
     unsigned int match(const ASCIITable& table, int index = 0) const;
     /// @}
 
-    /// Makes calls with a literal 0, which could also be a null pointer, take it for a character.
+    /// Selects the character form for a literal 0, which could also be a null pointer.
     template <class Int, std::enable_if_t<std::is_same<Int, int>::value, int> = 0>
     unsigned int find(Int c, int index = 0) const {
         return find(static_cast<unsigned int>(c), index);
@@ -194,8 +194,8 @@ public:
     /// @}
 
     /// Inserts a character or a text before offset `index`. Any negative index means the end. An empty text changes
-    /// nothing, whatever the index. Throws `Exception<4>`: "Invalid index!" for an index behind the end or inside a
-    /// character.
+    /// nothing, whatever the index. The text comes first, then the index. Throws `Exception<4>`: "Invalid index!" for
+    /// an index behind the end or inside a character.
     /// @{
     void insert(unsigned int c, int index);
     void insert(String s, int index);
