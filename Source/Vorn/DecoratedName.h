@@ -1,9 +1,10 @@
-// DecoratedName: the names of template instances in reports, built at compile time:
-//
-//     VornPrivate::Pair<int,&int __cdecl VornPrivate::getDecimal(unsigned int)>::parse
-//
-// Types are spelled as below. A function that is a template argument appears with its result, name, template arguments
-// and parameters. An instance has the same name on every platform and with every compiler.
+/// @file
+/// DecoratedName: the names of template instances in reports, built at compile time:
+///
+///     VornPrivate::Pair<int,&int __cdecl VornPrivate::getDecimal(unsigned int)>::parse
+///
+/// Types are spelled as below. A function that is a template argument appears with its result, name, template arguments
+/// and parameters. An instance has the same name on every platform and with every compiler.
 #pragma once
 
 #include "Vorn/Private/ReportText.h"

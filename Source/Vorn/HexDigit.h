@@ -1,4 +1,5 @@
-// HexDigit: the digits of hexadecimal text.
+/// @file
+/// HexDigit: the digits of hexadecimal text.
 #pragma once
 
 #include "Vorn/Private/UnicodeBits.h" // range tests without branches

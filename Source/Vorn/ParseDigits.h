@@ -1,25 +1,26 @@
-// ParseDigits: the scanners of all number parsers. They do not check their arguments; ParseInt.cpp and ParseFloat.cpp
-// do.
-//
-// The path from each public parser. The fast path reads text that begins with a digit of a decimal number; the search
-// skips white space, sign and prefix. Every path ends in `sumDigits`. The forms for strings (ParseStrNum) select a
-// buffer and call the function in the second column.
-//
-//     public       checks arguments       scanner                   fast path           search
-//     parseUInt    parseUIntInline        parseAutoRadix            sumLeadingDigits    searchAutoRadix
-//     parseInt     parseIntInline         parseSignedAutoRadix      sumLeadingDigits    searchSignedAutoRadix
-//     parseUDec    parseUDecInline        parseDecimalDigits        sumLeadingDigits    searchDecimalDigits
-//     parseDec     ParseSignedNum<10>     parseSignedDigits         sumLeadingDigits    searchSignedDigits
-//     parseUHex    parseUHexInline        parseHexadecimalDigits    none                parseDigits
-//     parseHex     ParseSignedNum<16>     parseSignedDigits         none                searchSignedDigits
-//
-// searchSignedAutoRadix continues with parseAutoRadix; searchDecimalDigits and searchSignedDigits with parseDigits. The
-// float parsers (parseFloatType) read the whole part with parseDecimalDigits or parseHexadecimalDigits, the fraction of
-// a hexadecimal number with parseHexadecimalDigits, and exponents with parseSignedDecimalDigits.
-//
-// A scanner reads one unit at a time and stops at the unit that ends the number, so that terminated text is safe with
-// any `length`. `length` ends a scan only directly after a digit; digits beyond `length` are specified to be read
-// otherwise.
+/// @file
+/// ParseDigits: the scanners of all number parsers. They do not check their arguments; ParseInt.cpp and ParseFloat.cpp
+/// do.
+///
+/// The path from each public parser. The fast path reads text that begins with a digit of a decimal number; the search
+/// skips white space, sign and prefix. Every path ends in `sumDigits`. The forms for strings (ParseStrNum) select a
+/// buffer and call the function in the second column.
+///
+///     public       checks arguments       scanner                   fast path           search
+///     parseUInt    parseUIntInline        parseAutoRadix            sumLeadingDigits    searchAutoRadix
+///     parseInt     parseIntInline         parseSignedAutoRadix      sumLeadingDigits    searchSignedAutoRadix
+///     parseUDec    parseUDecInline        parseDecimalDigits        sumLeadingDigits    searchDecimalDigits
+///     parseDec     ParseSignedNum<10>     parseSignedDigits         sumLeadingDigits    searchSignedDigits
+///     parseUHex    parseUHexInline        parseHexadecimalDigits    none                parseDigits
+///     parseHex     ParseSignedNum<16>     parseSignedDigits         none                searchSignedDigits
+///
+/// searchSignedAutoRadix continues with parseAutoRadix; searchDecimalDigits and searchSignedDigits with parseDigits.
+/// The float parsers (parseFloatType) read the whole part with parseDecimalDigits or parseHexadecimalDigits, the
+/// fraction of a hexadecimal number with parseHexadecimalDigits, and exponents with parseSignedDecimalDigits.
+///
+/// A scanner reads one unit at a time and stops at the unit that ends the number, so that terminated text is safe with
+/// any `length`. `length` ends a scan only directly after a digit; digits beyond `length` are specified to be read
+/// otherwise.
 #pragma once
 
 #include "Vorn/Private/UnicodeBits.h" // range tests without branches

@@ -1,4 +1,5 @@
-// ReportSize: the check of the length of a report text.
+/// @file
+/// ReportSize: the check of the length of a report text.
 #pragma once
 
 #include <cstdint>
