@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 #include <pthread.h>
 
+#include <cstdint>
 #include <functional>
 
 /// Bytes of a stack that a thread may have; sanitizers need more of it, and the thread sanitizer keeps its own data
@@ -29,6 +30,30 @@ inline void runWithStack(std::size_t size, std::function<void()> body) {
               0);
     ASSERT_EQ(pthread_join(thread, nullptr), 0);
     pthread_attr_destroy(&attributes);
+}
+
+/// Runs `body` when no more than `left` bytes are left of the stack, which begins at `lowest`.
+[[gnu::noinline]] inline void runNearTheEnd(std::uintptr_t lowest, std::size_t left,
+                                            const std::function<void()>& body) {
+    volatile char used[512];
+    used[0] = 1;
+    if (reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0)) - lowest > left) {
+        runNearTheEnd(lowest, left, body);
+    } else {
+        body();
+    }
+    used[1] = used[0];
+}
+
+/// Runs `body` when a fifth of the stack of this thread is left.
+inline void runNearTheEndOfTheStack(const std::function<void()>& body) {
+    pthread_attr_t attributes;
+    void* lowest = nullptr;
+    std::size_t size = 0;
+    ASSERT_EQ(pthread_getattr_np(pthread_self(), &attributes), 0);
+    ASSERT_EQ(pthread_attr_getstack(&attributes, &lowest, &size), 0);
+    pthread_attr_destroy(&attributes);
+    runNearTheEnd(reinterpret_cast<std::uintptr_t>(lowest), size / 5, body);
 }
 
 #endif

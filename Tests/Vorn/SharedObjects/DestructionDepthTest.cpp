@@ -244,30 +244,10 @@ TEST(DestructionDepth, DestroysEachStructureOnASmallStack) {
     destroyEach([](const std::function<void()>& body) { runWithStack(SMALL_STACK, body); });
 }
 
-// A thread may already have used most of its stack when it releases the outermost object. Runs `body` when no more than
-// `left` bytes are left of the stack, which begins at `lowest`.
-[[gnu::noinline]] void runNearTheEnd(std::uintptr_t lowest, std::size_t left, const std::function<void()>& body) {
-    volatile char used[512];
-    used[0] = 1;
-    if (reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0)) - lowest > left) {
-        runNearTheEnd(lowest, left, body);
-    } else {
-        body();
-    }
-    used[1] = used[0];
-}
-
+// A thread may already have used most of its stack when it releases the outermost object.
 TEST(DestructionDepth, DestroysEachStructureNearTheEndOfAStack) {
     destroyEach([](const std::function<void()>& body) {
-        runWithStack(SMALL_STACK, [&body] {
-            pthread_attr_t attributes;
-            void* lowest = nullptr;
-            std::size_t size = 0;
-            ASSERT_EQ(pthread_getattr_np(pthread_self(), &attributes), 0);
-            ASSERT_EQ(pthread_attr_getstack(&attributes, &lowest, &size), 0);
-            pthread_attr_destroy(&attributes);
-            runNearTheEnd(reinterpret_cast<std::uintptr_t>(lowest), size / 5, body);
-        });
+        runWithStack(SMALL_STACK, [&body] { runNearTheEndOfTheStack(body); });
     });
 }
 #endif

@@ -57,7 +57,8 @@ TEST(UnrelatedThreads, TakeSubstrings) {
 TEST(UnrelatedThreads, JoinAndConvert) {
     repeatInThreads([](int thread) {
         String text("number ");
-        text += String(std::to_string(thread));
+        const std::string number = std::to_string(thread);
+        text += String(number.c_str());
         text += String(u"\u00E9\U0001F600");
         EXPECT_EQ(std::string(text.getCString()), "number " + std::to_string(thread) + "\xC3\xA9\xF0\x9F\x98\x80");
         EXPECT_EQ(text.getUnicodeLength(), 10u);
@@ -91,7 +92,7 @@ TEST(UnrelatedThreads, RaiseAndReadNumbers) {
     repeatInThreads([](int thread) {
         const std::string digits = std::to_string(1000 + thread);
         EXPECT_EQ(parseInt<int>(reinterpret_cast<const unsigned char*>(digits.c_str())), 1000 + thread);
-        EXPECT_EQ(parseDouble(String(digits + ".5")), 1000.5 + thread);
+        EXPECT_EQ(parseDouble(String((digits + ".5").c_str())), 1000.5 + thread);
         try {
             const String invalid("\xC0");
             ADD_FAILURE() << "not refused";
