@@ -93,6 +93,7 @@ void String::append(const StringData& other) {
     // string whose old record has other owners keeps pointing at it without owning a reference. Both are documented.
     RecordMemory record;
     const bool wasLast = m_data->getRefCount() == 1 && !m_data->isStaticConstString();
+    if (wasLast) m_data->detachSubstrings(); // the destructor of the record must not run out of memory
     m_data->decRefCount();
     if (wasLast) m_data = nullptr;
     m_data = record.own(new (record.get()) StringData(block.release(), std::uint64_t(joinedLength) + 1,

@@ -108,6 +108,7 @@ void StringData::destroyBuffers() {
 void StringData::destroy() { delete this; }
 
 void StringData::rebuild(const unsigned char* buffer, std::uint64_t length) {
+    detachSubstrings(); // the only step that allocates, before any buffer is freed
     destroyBuffers();
     m_UTF8Buffer = nullptr;
     m_UTF16Buffer = nullptr;

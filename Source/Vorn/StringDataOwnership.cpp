@@ -158,11 +158,33 @@ void StringData::destroyExternal() {
     if (info.m_previous) {
         info.m_previous->infoOf<CharType>().m_next = next;
         if (next) next->infoOf<CharType>().m_previous = info.m_previous;
-    } else if (next) {
-        // The borrowed block is valid only as long as its head exists.
-        next->infoOf<CharType>().m_previous = nullptr;
-        if (next->getAllocationType<CharType>() == STRING_DATA_EXTERNAL) next->detachExternalBuffer<CharType>();
+    } else {
+        detachSubstrings<CharType>();
     }
+}
+
+template <class CharType>
+void StringData::detachSubstrings() {
+    StringDataBufferInfo& info = infoOf<CharType>();
+    StringData* const next = info.m_next;
+    if (info.m_allocationType != STRING_DATA_EXTERNAL || info.m_previous || !next) return;
+    StringDataBufferInfo& nextInfo = next->infoOf<CharType>();
+    nextInfo.m_previous = nullptr;
+    // The borrowed block is valid only as long as its head exists.
+    if (nextInfo.m_allocationType == STRING_DATA_EXTERNAL) {
+        try {
+            next->detachExternalBuffer<CharType>();
+        } catch (...) {
+            nextInfo.m_previous = this;
+            throw;
+        }
+    }
+    info.m_next = nullptr;
+}
+
+void StringData::detachSubstrings() {
+    detachSubstrings<unsigned char>();
+    detachSubstrings<UTF16Char>();
 }
 
 void StringData::destroyDynamicUTF8() { destroyDynamic<unsigned char>(); }

@@ -3,9 +3,12 @@
 #include "Vorn/String/ASCIITable.h"
 #include "Vorn/String/UTF8String.h"
 
+#include <memory>
+
 namespace {
 
 using Vorn::String;
+using Vorn::UTF16Char;
 using Vorn::UTF8String;
 
 const std::string TEXT = "a text that is edited";
@@ -42,6 +45,44 @@ void edit(Attempt& attempt, Start start, Edit&& run) {
     EXPECT_EQ(added.getData()->getRefCount(), 1u);
 }
 
+// A text in a caller's buffer with a substring. The last two have a UTF-8 buffer of their own, too: without a
+// substring, and with one.
+enum class Borrowed { UTF8, UTF16, UTF16_WITH_UTF8, UTF16_WITH_SHARED_UTF8 };
+enum class DestroyedFirst { SUBSTRINGS, PARENT };
+
+// Runs an edit on a borrowed text. If memory ends, its text and its substrings are as before, in each order of
+// destruction.
+template <class Edit>
+void editBorrowed(Attempt& attempt, Borrowed borrowed, DestroyedFirst first, Edit&& run) {
+    auto bytes = callerBuffer<unsigned char>(TEXT);
+    auto units = callerBuffer<UTF16Char>(TEXT);
+    auto string = std::make_unique<UTF8String>(borrowed == Borrowed::UTF8 ? String(bytes.get(), lengthOf(TEXT))
+                                                                          : String(units.get(), lengthOf(TEXT)));
+    if (borrowed == Borrowed::UTF16_WITH_UTF8 || borrowed == Borrowed::UTF16_WITH_SHARED_UTF8) string->getBuffer();
+    String narrow, wide;
+    if (borrowed == Borrowed::UTF8 || borrowed == Borrowed::UTF16_WITH_SHARED_UTF8)
+        narrow = String(string->getData()->substr<unsigned char>(2, 5));
+    if (borrowed != Borrowed::UTF8) wide = String(string->getData()->substr<UTF16Char>(3, 7));
+    const String added = over(WIDE_ADDED);
+    bool hasFailed = false;
+    attempt([&] { run(*string, added); }, [&] { hasFailed = true; });
+
+    const auto expectSubstrings = [&] {
+        if (!hasFailed) return;
+        EXPECT_EQ(contentOf(narrow), narrow.isNull() ? "(null)" : TEXT.substr(2, 5));
+        EXPECT_EQ(contentOf(wide), wide.isNull() ? "(null)" : TEXT.substr(3, 7));
+    };
+    expectSubstrings();
+    if (first == DestroyedFirst::SUBSTRINGS) narrow = wide = String();
+    if (hasFailed) {
+        EXPECT_EQ(contentOf(*string), TEXT);
+    }
+    string.reset();
+    bytes.reset();
+    units.reset();
+    expectSubstrings();
+}
+
 struct Edit {
     const char* name;
     std::vector<std::string> symbols;
@@ -71,14 +112,26 @@ const Edit EDITS[] = {
      [](UTF8String& s, const String& added) { s.replace(added, 3, 1); }},
     {"Erase", {"UTF8String::erase(int, unsigned int)"}, [](UTF8String& s, const String&) { s.erase(3, 2); }},
     {"Reserve",
-     {"UTF8String::reserve(unsigned int)", "StringData::rebuild", "UTF8String::provideCapacity",
-      "UTF8String::clearCapacity"},
+     {"UTF8String::reserve(unsigned int)", "StringData::rebuild", "StringData::detachSubstrings()",
+      "UTF8String::provideCapacity", "UTF8String::clearCapacity"},
      [](UTF8String& s, const String&) { s.reserve(100); }},
+    {"Join", {}, [](UTF8String& s, const String& added) { s += added; }},
 };
 
 template <std::size_t I, Start START>
 void runEdit(Attempt& attempt) {
     edit(attempt, START, EDITS[I].run);
+}
+
+template <std::size_t I, Borrowed BORROWED, DestroyedFirst FIRST>
+void runBorrowedEdit(Attempt& attempt) {
+    editBorrowed(attempt, BORROWED, FIRST, EDITS[I].run);
+}
+
+template <std::size_t I, Borrowed BORROWED>
+void addBorrowedEdits(std::vector<Operation>& rows, const std::string& name, Outcome outcome) {
+    rows.push_back({name + "SubstringsFirst", outcome, {}, &runBorrowedEdit<I, BORROWED, DestroyedFirst::SUBSTRINGS>});
+    rows.push_back({name + "ParentFirst", outcome, {}, &runBorrowedEdit<I, BORROWED, DestroyedFirst::PARENT>});
 }
 
 template <std::size_t I>
@@ -89,6 +142,11 @@ void addEdits(std::vector<Operation>& rows) {
         {name, shortens ? Outcome::ALLOCATES_NOTHING : Outcome::THROWS, EDITS[I].symbols, &runEdit<I, Start::OWN>});
     rows.push_back({name + "Shared", Outcome::THROWS, {}, &runEdit<I, Start::SHARED>});
     rows.push_back({name + "UTF16", Outcome::THROWS, {}, &runEdit<I, Start::UTF16>});
+    addBorrowedEdits<I, Borrowed::UTF8>(rows, name + "BorrowedUTF8", Outcome::THROWS);
+    addBorrowedEdits<I, Borrowed::UTF16>(rows, name + "BorrowedUTF16", Outcome::THROWS);
+    const Outcome ofBoth = shortens ? Outcome::ALLOCATES_NOTHING : Outcome::THROWS;
+    addBorrowedEdits<I, Borrowed::UTF16_WITH_UTF8>(rows, name + "BorrowedUTF16WithUTF8", ofBoth);
+    addBorrowedEdits<I, Borrowed::UTF16_WITH_SHARED_UTF8>(rows, name + "BorrowedUTF16WithSharedUTF8", ofBoth);
     if constexpr (I + 1 < std::size(EDITS)) addEdits<I + 1>(rows);
 }
 

@@ -6,6 +6,7 @@
 #include "Vorn/String/StringDataHelper.h"
 #include "Vorn/String/UTF32.h"
 
+#include <memory>
 #include <sstream>
 
 namespace {
@@ -201,6 +202,22 @@ std::vector<Operation> stringOperations() {
              const String other = over(TEXT);
              String string = over(WIDE);
              attempt([&] { string = other; });
+         }},
+        {"String_DestroyParentOfSubstring",
+         Outcome::ABORTS,
+         {},
+         [](Attempt& attempt) {
+             auto string = std::make_unique<String>(over(TEXT));
+             const String part(string->getData()->substr<unsigned char>(2, 9));
+             attempt([&] { string.reset(); });
+         }},
+        {"String_AssignToParentOfSubstring",
+         Outcome::ABORTS,
+         {},
+         [](Attempt& attempt) {
+             String string = over(TEXT);
+             const String part(string.getData()->substr<unsigned char>(2, 9));
+             attempt([&] { string = String(); });
          }},
         {"String_AppendUTF8",
          Outcome::THROWS,

@@ -65,11 +65,16 @@ public:
     /// long!" for more than 0xFFFFFFFE bytes, before it allocates.
     String(const std::string& text);
 
+    /// Releases the reference.
+    /// @warning If this is the last reference to a record that borrows a caller's buffer, its substrings copy their
+    ///     text. If memory ends there, the process ends. Destroy the substrings of borrowed text first.
     virtual ~String() {
         if (m_data) m_data->decRefCount();
     }
 
     /// Acquires a reference to the record of `other`, then releases the old one.
+    /// @warning Releasing the last reference to a record that borrows a caller's buffer can end the process, as in the
+    ///     destructor. Destroy the substrings of borrowed text first.
     String& operator=(const String& other);
 
     /// Appends `other`, but keeps only the first half of a left text that is held in UTF-16 alone; zero units take the

@@ -280,6 +280,7 @@ private:
     void destroy();
 
     // Releases the buffers and takes ownership of a block of `new[]` instead. If it throws, the caller owns the block.
+    // If memory ends, the text of this record and of its substrings is unchanged.
     void rebuild(const unsigned char* buffer, std::uint64_t length);
     void destroyBuffers();
 
@@ -335,6 +336,12 @@ private:
     // Copies the text of this record, and of all records behind it in the chain, out of a block that is invalidated.
     template <class CharType>
     void detachExternalBuffer();
+
+    // Copies the text of the substrings of a borrowed block out of it, and unlinks them from this record. Allocates at
+    // most once for each encoding; if that throws, the chain is unchanged. `destroyBuffers` throws only what this does.
+    void detachSubstrings();
+    template <class CharType>
+    void detachSubstrings();
 
     void destroyDynamicUTF8();
     void destroyDynamicUTF16();
