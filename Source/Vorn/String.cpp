@@ -31,13 +31,15 @@ String::String(const UTF16Char* buffer, unsigned int length, StringAllocationTyp
     : String(new StringData(buffer, length, type)) {}
 
 String::String(const unsigned char* buffer, unsigned int length, StringAllocationType type, bool nullTerminated)
-    : String(buffer, length + nullTerminated, type) {}
+    : String(new StringData(buffer, StringData::countedLength(length, nullTerminated), type,
+                            StringData::CountedLength())) {}
 
 String::String(const char* buffer, unsigned int length, StringAllocationType type, bool nullTerminated)
-    : String(asBytes(buffer), length + nullTerminated, type) {}
+    : String(asBytes(buffer), length, type, nullTerminated) {}
 
 String::String(const UTF16Char* buffer, unsigned int length, StringAllocationType type, bool nullTerminated)
-    : String(buffer, length + nullTerminated, type) {}
+    : String(new StringData(buffer, StringData::countedLength(length, nullTerminated), type,
+                            StringData::CountedLength())) {}
 
 String::String(const std::string& text) : m_data(nullptr) {
     if (text.empty()) {

@@ -1,6 +1,8 @@
 // Texts of all lengths on entry: counted and measured, and measured ones that do not end where a text must.
 #include "Limits/LimitSupport.h"
 
+#include "Vorn/String/StringOwnerMap.h"
+
 #include <cstring>
 
 namespace limits {
@@ -90,6 +92,33 @@ TEST_F(ScanLimit, MeasuredUTF16ThatDoesNotEnd) {
         const LongUTF16 text(pattern, TOO_LONG, false);
         expectTooLong([&] { StringData(text.units(), MEASURE, STRING_DATA_STATIC); }, SCAN, HELPER_FILE);
     }
+}
+
+// The malformed unit behind a zero unit is met only if the length is not measured.
+TEST_F(ScanLimit, ALengthWithATerminatorIsNotMeasured) {
+    constexpr unsigned int LENGTH = 0xFFFFFFFE; // 0xFFFFFFFF with the terminator
+    const LongUTF16 wide(u"a", LONGEST);
+    wide.units()[3] = 0;
+    wide.units()[5] = 0xDC00;
+    EXPECT_THROW(String(wide.units(), LENGTH, STRING_DATA_STATIC, true), Exception<7>);
+    StringOwnerMap<UTF16Char> wideMap;
+    EXPECT_THROW(wideMap.mapString(wide.units(), LENGTH, true), Exception<7>);
+
+    const LongText<char> narrow("a", LONGEST);
+    const auto* const bytes = reinterpret_cast<unsigned char*>(narrow.units());
+    narrow.units()[3] = 0;
+    EXPECT_THROW(String(narrow.units(), LENGTH, STRING_DATA_STATIC, true), Exception<7>);
+    EXPECT_THROW(String(bytes, LENGTH, STRING_DATA_STATIC, true), Exception<7>);
+    StringOwnerMap<unsigned char> narrowMap;
+    EXPECT_THROW(narrowMap.mapString(bytes, LENGTH, true), Exception<7>);
+}
+
+TEST_F(ScanLimit, AMeasuredTextThatDoesNotEndIsNotMapped) {
+    const LongMemory text("a", TOO_LONG);
+    StringOwnerMap<unsigned char> map;
+    expectRaises<4>([&] { map.mapString(text.begin(), MEASURE, false); }, "length : text too long!", SCAN, HELPER_FILE);
+    EXPECT_EQ(map.size(), 0u);
+    EXPECT_NO_THROW(map.addStaticString(text.begin())) << "not marked as owned";
 }
 
 // A character that would end behind the longest text is not read whole.

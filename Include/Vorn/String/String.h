@@ -52,9 +52,8 @@ public:
     String(const UTF16Char* buffer, unsigned int length = 0xFFFFFFFF, StringAllocationType type = STRING_DATA_EXTERNAL);
 
     /// Builds a string over a text of `length` units, as above. `nullTerminated` states that a terminator follows them.
-    /// @warning A length of 0xFFFFFFFF with `nullTerminated` set results in an empty string. A length of 0xFFFFFFFE
-    ///     with it set means that the text ends at its first zero unit. To have a text measured, use the form without
-    ///     the flag.
+    /// @warning A length of 0xFFFFFFFF with `nullTerminated` set results in an empty string. To have a text measured,
+    ///     use the form without the flag.
     String(const unsigned char* buffer, unsigned int length, StringAllocationType type, bool nullTerminated);
     String(const char* buffer, unsigned int length, StringAllocationType type, bool nullTerminated);
     String(const UTF16Char* buffer, unsigned int length, StringAllocationType type, bool nullTerminated);

@@ -267,7 +267,17 @@ private:
           m_utf16Info{nullptr, nullptr, length, 0, STRING_DATA_STATIC, 1}, m_UTF8Buffer(utf8), m_UTF16Buffer(utf16),
           m_refCount(refCount), m_charset(STRING_DATA_ASCII), m_embeddedNulls(0), m_staticConstString(1) {}
 
-    // A record over a text whose length is known, also where that is 0xFFFFFFFF with the terminator counted in.
+    static constexpr std::uint64_t UNKNOWN_LENGTH = UINT64_MAX;
+
+    // Returns the length that arguments of public constructors mean, with the terminator counted in. As specified,
+    // 0xFFFFFFFF units and a terminator wrap around to 0.
+    static constexpr std::uint64_t countedLength(unsigned int length, bool terminated) noexcept {
+        if (terminated) return length == 0xFFFFFFFF ? 0 : std::uint64_t(length) + 1;
+        return length == 0xFFFFFFFF ? UNKNOWN_LENGTH : length;
+    }
+
+    // A record over a text whose length is known, also where that is 0xFFFFFFFF with the terminator counted in, or is
+    // UNKNOWN_LENGTH.
     struct CountedLength {};
     StringData(const unsigned char* buffer, std::uint64_t length, StringAllocationType type, CountedLength);
     StringData(const UTF16Char* buffer, std::uint64_t length, StringAllocationType type, CountedLength);

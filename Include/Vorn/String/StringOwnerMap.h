@@ -168,7 +168,9 @@ public:
     ///
     /// Only the first call for a buffer reads the text and the flag. Throws `Exception<4>`: "Invalid buffer!" for null.
     /// Throws `Exception<7>` if the text is malformed; later calls with the same buffer and length then return a null
-    /// string. Throws `std::bad_alloc` if memory ends; the buffer is then neither mapped nor marked as external.
+    /// string. Throws `Exception<4>`: "length : text too long!" if a text of unknown length has no terminator in its
+    /// first 0xFFFFFFFF units. Throws `std::bad_alloc` if memory ends. After both, the buffer is neither mapped nor
+    /// marked as external.
     /// @warning A length of 0xFFFFFFFF with `terminated` results in an empty string. To have a text measured, pass
     ///     false.
     String mapString(const CharType* buffer, unsigned int length, bool terminated) {
@@ -277,12 +279,13 @@ String StringOwnerMap<CharType>::mapNewString(const CharType* buffer, unsigned i
     StringData* data = nullptr;
     try {
         if (!isStatic) reserveOne(m_ownedBuffers);
-        data = new StringData(buffer, length + terminated, isStatic ? STRING_DATA_STATIC : STRING_DATA_EXTERNAL);
-    } catch (const std::bad_alloc&) {
-        eraseEntry(key);
-        throw;
-    } catch (...) { // the text was refused: the entry stays without a record
+        data = new StringData(buffer, StringData::countedLength(length, terminated),
+                              isStatic ? STRING_DATA_STATIC : STRING_DATA_EXTERNAL, StringData::CountedLength());
+    } catch (const Exception<E::UNICODE>&) { // the text is malformed: the entry stays without a record
         if (!isStatic) m_ownedBuffers.insert(buffer);
+        throw;
+    } catch (...) {
+        eraseEntry(key);
         throw;
     }
     if (!isStatic) m_ownedBuffers.insert(buffer);
@@ -308,7 +311,7 @@ const CharType* StringOwnerMap<CharType>::mapStringNonInline(String s, StringOwn
         if (!copy) throw std::bad_alloc();
         std::memcpy(copy, buffer, std::size_t(n) * sizeof(CharType));
         copy[n] = 0;
-        s = String(new StringData(copy, n + 1, STRING_DATA_EXTERNAL));
+        s = String(new StringData(copy, std::uint64_t(n) + 1, STRING_DATA_EXTERNAL, StringData::CountedLength()));
         reserveOne(m_ownedBuffers);
         buffer = copy;
     } else if (!isExternal && !info.m_nullTerminated) {

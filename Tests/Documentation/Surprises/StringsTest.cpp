@@ -77,9 +77,6 @@ const Surprises STRING_SURPRISES = {
     {"`String(buffer, 0xFFFFFFFF, type, true)`",
      [] { EXPECT_EQ(String("abc", 0xFFFFFFFF, STRING_DATA_EXTERNAL, true).getData()->getUTF8Length(), 0u); },
      [] { EXPECT_EQ(String("abc", 0xFFFFFFFF, STRING_DATA_EXTERNAL).getData()->getUTF8Length(), 3u); }},
-    {"`String(buffer, 0xFFFFFFFE, type, true)`",
-     [] { EXPECT_EQ(String("abc", 0xFFFFFFFE, STRING_DATA_EXTERNAL, true).getData()->getUTF8Length(), 3u); },
-     [] { EXPECT_EQ(String("abc", 3, STRING_DATA_EXTERNAL).getData()->getUTF8Length(), 3u); }},
     {"`String(buffer, length, STRING_DATA_DYNAMIC)` that throws",
      [] {
          const std::size_t live = liveAllocationCount();
