@@ -1,5 +1,6 @@
 #include "Vorn/ExceptionString.h"
 
+#include "Vorn/Exception.h"
 #include "Vorn/String/String.h"
 
 #include "ReportSize.h"
@@ -15,6 +16,15 @@ namespace {
 
 constexpr std::size_t COUNT_SIZE = sizeof(int);
 
+// Returns the length of a text in UTF-8. Ends the process for a text that is too long in UTF-8, as `reportSize` does.
+unsigned int utf8LengthOf(const StringData& data) {
+    try {
+        return data.getUTF8Length();
+    } catch (const Exception<E::PARAMETER>&) {
+        std::abort();
+    }
+}
+
 } // namespace
 
 ExceptionString::ExceptionString(const ExceptionStringJoiner& joiner) : ExceptionString() { doJoin(joiner); }
@@ -27,7 +37,7 @@ ExceptionString::ExceptionString(const std::string& text, float) : ExceptionStri
 
 ExceptionString::ExceptionString(const String& text, float) : ExceptionString() {
     const StringData* const data = text.getData();
-    const unsigned int size = data ? data->getUTF8Length() : 0;
+    const unsigned int size = data ? utf8LengthOf(*data) : 0;
     // A text with U+0000 can be written up to two bytes longer than it is measured.
     const unsigned int slack = text.haveEmbeddedNulls() ? 2 : 0;
     char* const block = createString(VornPrivate::reportSize(std::uint64_t(size) + slack));

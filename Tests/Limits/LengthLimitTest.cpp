@@ -3,8 +3,10 @@
 
 #include "Support/Outcome.h"
 
+#include "Vorn/ExceptionString.h"
 #include "Vorn/String/Unicode.h"
 
+#include <csignal>
 #include <functional>
 
 namespace limits {
@@ -117,6 +119,11 @@ TEST_F(LengthLimit, EveryUserOfALengthInUTF8) {
     EXPECT_EQ(left.getData()->getRefCount(), 2u);
     EXPECT_EQ(edited.getData(), editedBefore);
     EXPECT_EQ(wide.record()->getPrivateBuffer<unsigned char>(), nullptr);
+}
+
+TEST_F(LengthLimit, AReportTextThatIsTooLongInUTF8EndsTheProcess) {
+    const LongWide wide(u"\u4E00", WRAPS, STRING_DATA_UCS2);
+    EXPECT_EXIT(ExceptionString(wide.string(), 0.0f), testing::KilledBySignal(SIGABRT), "");
 }
 
 TEST_F(LengthLimit, CapacitiesOfConversions) {
