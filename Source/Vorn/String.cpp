@@ -11,14 +11,12 @@ namespace Vorn {
 
 namespace {
 
-constexpr unsigned char EMPTY_UTF8[] = {0};
-constexpr UTF16Char EMPTY_UTF16[] = {0};
-
 const unsigned char* asBytes(const char* text) { return reinterpret_cast<const unsigned char*>(text); }
 
 } // namespace
 
-constinit StringData String::s_emptyRecord(EMPTY_UTF8, EMPTY_UTF16, 0, 1);
+constinit StringData String::s_emptyRecord(VornPrivate::EMPTY_TEXT<unsigned char>, VornPrivate::EMPTY_TEXT<UTF16Char>,
+                                           0, 1);
 constinit const String String::s_emptyString(s_emptyRecord);
 
 String::String(const unsigned char* buffer, unsigned int length, StringAllocationType type)

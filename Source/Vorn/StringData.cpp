@@ -17,34 +17,20 @@
 
 #include "StringDataConversion.h"
 #include "StringDataScan.h"
+#include "TextBlock.h"
 
 #include <cstring>
 
 namespace Vorn {
 
-namespace {
-
-constexpr unsigned char EMPTY_UTF8[] = {0};
-constexpr UTF16Char EMPTY_UTF16[] = {0};
-
-} // namespace
-
-constinit StringData StringData::s_emptyString(EMPTY_UTF8, EMPTY_UTF16, 0, 0);
-
-namespace {
-
-constexpr std::uint64_t UNKNOWN_LENGTH = UINT64_MAX;
-
-// Returns the length that an argument of the public constructors means.
-std::uint64_t lengthOf(unsigned int length) { return length == 0xFFFFFFFF ? UNKNOWN_LENGTH : length; }
-
-} // namespace
+constinit StringData StringData::s_emptyString(VornPrivate::EMPTY_TEXT<unsigned char>,
+                                               VornPrivate::EMPTY_TEXT<UTF16Char>, 0, 0);
 
 StringData::StringData(const unsigned char* buffer, unsigned int length, StringAllocationType type)
-    : StringData(buffer, lengthOf(length), type, CountedLength()) {}
+    : StringData(buffer, countedLength(length, false), type, CountedLength()) {}
 
 StringData::StringData(const UTF16Char* buffer, unsigned int length, StringAllocationType type)
-    : StringData(buffer, lengthOf(length), type, CountedLength()) {}
+    : StringData(buffer, countedLength(length, false), type, CountedLength()) {}
 
 StringData::StringData(const unsigned char* buffer, std::uint64_t length, StringAllocationType type, CountedLength)
     : m_utf8Info(), m_utf16Info(), m_UTF8Buffer(nullptr), m_UTF16Buffer(nullptr), m_refCount(0),
@@ -140,7 +126,7 @@ unsigned int StringData::getUTF16Length() const {
 namespace {
 
 template <class CharType>
-unsigned int copyText(CharType* dest, unsigned int capacity, const CharType* buffer, unsigned int length) {
+unsigned int copyIfItFits(CharType* dest, unsigned int capacity, const CharType* buffer, unsigned int length) {
     if (length == 0) return 0;
     if (capacity < length) return 0xFFFFFFFF;
     std::memmove(dest, buffer, length * sizeof(CharType)); // `dest` can be in the block of the text
@@ -150,13 +136,13 @@ unsigned int copyText(CharType* dest, unsigned int capacity, const CharType* buf
 } // namespace
 
 unsigned int StringData::copyToUTF8(unsigned char* dest, unsigned int capacity) const {
-    if (m_UTF8Buffer) return copyText(dest, capacity, m_UTF8Buffer, m_utf8Info.m_length);
+    if (m_UTF8Buffer) return copyIfItFits(dest, capacity, m_UTF8Buffer, m_utf8Info.m_length);
     if (!m_UTF16Buffer) return 0;
     return stringDataConvertCopyToUTF8(m_UTF16Buffer, m_utf16Info, getCharset(), dest, capacity);
 }
 
 unsigned int StringData::copyToUTF16(UTF16Char* dest, unsigned int capacity) const {
-    if (m_UTF16Buffer) return copyText(dest, capacity, m_UTF16Buffer, m_utf16Info.m_length);
+    if (m_UTF16Buffer) return copyIfItFits(dest, capacity, m_UTF16Buffer, m_utf16Info.m_length);
     if (!m_UTF8Buffer) return 0;
     return stringDataConvertCopyToUTF16(m_UTF8Buffer, m_utf8Info, getCharset(), dest, capacity);
 }

@@ -16,6 +16,8 @@
 // Documentation/StringBuffers.md shows each transition.
 #include "Vorn/String/StringData.h"
 
+#include "TextBlock.h"
+
 #include <algorithm>
 #include <cstring>
 #include <memory>
@@ -28,7 +30,7 @@ namespace {
 template <class CharType>
 std::unique_ptr<CharType[]> copyTerminated(const CharType* start, unsigned int first, unsigned int last) {
     const std::size_t length = last - first;
-    std::unique_ptr<CharType[]> block(new CharType[length + 1]);
+    std::unique_ptr<CharType[]> block = VornPrivate::allocateText<CharType>(length);
     std::memcpy(block.get(), start + first, length * sizeof(CharType));
     block[length] = 0;
     return block;

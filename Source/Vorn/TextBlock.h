@@ -9,6 +9,10 @@
 
 namespace VornPrivate {
 
+/// The text of the static records of empty strings.
+template <class CharType>
+inline constexpr CharType EMPTY_TEXT[] = {0};
+
 /// Allocates a block for `length` units and a terminator. Throws `std::bad_alloc`, also for a size that no pointer of
 /// the process can address.
 template <class CharType>
