@@ -85,7 +85,8 @@ void String::append(const StringData& other) {
     // half.
     std::memcpy(block.get(), m_data->getPrivateBuffer<CharType>(), length);
     if constexpr (sizeof(CharType) != 1) std::memset(reinterpret_cast<unsigned char*>(block.get()) + length, 0, length);
-    copyToBlock(other, block.get() + length, otherLength, otherLength + 1);
+    const std::size_t written = copyToBlock(other, block.get() + length, otherLength + 1);
+    VornPrivate::clearUnwritten(block.get() + length, written, otherLength);
     block[joinedLength] = 0;
 
     // The memory for the new record is allocated first: if that fails, this string is unchanged. The old record is

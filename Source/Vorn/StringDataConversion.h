@@ -20,11 +20,11 @@ std::size_t stringDataConvertToUTF8FromWide(StringDataSubCharset charset, unsign
                                             const UTF16Char* sourceBuffer, unsigned int sourceLength);
 
 /// Copies a text to a block of the library, as `StringData::copyToUTF8` or `copyToUTF16` does with this capacity, but
-/// without measuring it again: `length` is its measured length. The units of that length that the conversion does not
-/// write become zero.
+/// without measuring it again. Returns the index behind the last unit written, which can differ from the measured
+/// length.
 /// @{
-void copyToBlock(const StringData& text, unsigned char* dest, unsigned int length, unsigned int capacity);
-void copyToBlock(const StringData& text, UTF16Char* dest, unsigned int length, unsigned int capacity);
+std::size_t copyToBlock(const StringData& text, unsigned char* dest, unsigned int capacity);
+std::size_t copyToBlock(const StringData& text, UTF16Char* dest, unsigned int capacity);
 /// @}
 
 /// Returns the number of bytes that a conversion of a part of this UTF-16 text can write past the terminator: U+0000 is

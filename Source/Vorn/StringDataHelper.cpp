@@ -531,26 +531,23 @@ unsigned int convertToCopy(const Source* sourceBuffer, const StringDataBufferInf
 }
 
 template <const auto& Function, class Source, class Target>
-void convertToBlock(const StringData& text, Target* dest, unsigned int length, unsigned int capacity) {
-    const std::size_t written = convertInto<Function>(dest, capacity, UNKNOWN_SIZE, text.getPrivateBuffer<Source>(),
-                                                      text.getBufferInfo<Source>().m_length, text.getCharset());
-    clearUnwritten(dest, written, length);
+std::size_t convertToBlock(const StringData& text, Target* dest, unsigned int capacity) {
+    return convertInto<Function>(dest, capacity, UNKNOWN_SIZE, text.getPrivateBuffer<Source>(),
+                                 text.getBufferInfo<Source>().m_length, text.getCharset());
 }
 
 } // namespace
 
-void copyToBlock(const StringData& text, unsigned char* dest, unsigned int length, unsigned int capacity) {
-    if (text.getPrivateBuffer<unsigned char>())
-        text.copyToUTF8(dest, capacity);
-    else if (text.getPrivateBuffer<UTF16Char>())
-        convertToBlock<CONVERT_COPY_TO_UTF8, UTF16Char>(text, dest, length, capacity);
+std::size_t copyToBlock(const StringData& text, unsigned char* dest, unsigned int capacity) {
+    if (text.getPrivateBuffer<unsigned char>()) return text.copyToUTF8(dest, capacity);
+    if (!text.getPrivateBuffer<UTF16Char>()) return 0;
+    return convertToBlock<CONVERT_COPY_TO_UTF8, UTF16Char>(text, dest, capacity);
 }
 
-void copyToBlock(const StringData& text, UTF16Char* dest, unsigned int length, unsigned int capacity) {
-    if (text.getPrivateBuffer<UTF16Char>())
-        text.copyToUTF16(dest, capacity);
-    else if (text.getPrivateBuffer<unsigned char>())
-        convertToBlock<CONVERT_COPY_TO_UTF16, unsigned char>(text, dest, length, capacity);
+std::size_t copyToBlock(const StringData& text, UTF16Char* dest, unsigned int capacity) {
+    if (text.getPrivateBuffer<UTF16Char>()) return text.copyToUTF16(dest, capacity);
+    if (!text.getPrivateBuffer<unsigned char>()) return 0;
+    return convertToBlock<CONVERT_COPY_TO_UTF16, unsigned char>(text, dest, capacity);
 }
 
 UTF16Char* stringDataConvertToUTF16(const unsigned char* sourceBuffer, const StringDataBufferInfo& sourceInfo,

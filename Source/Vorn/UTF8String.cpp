@@ -359,14 +359,18 @@ public:
     unsigned int length() const { return m_length; } // in UTF-8
 
     // Writes the text, which is not empty, to `index` of a buffer that contained `n` bytes and a zero before the edit.
+    // Bytes that the conversion does not write stay as the edit left them; behind the old text they are zero.
     void copyTo(unsigned char* buffer, unsigned int index, unsigned int n) const {
         unsigned char* const dest = buffer + index;
+        const std::size_t end = std::size_t(index) + m_length;
+        const std::size_t oldEnd = std::size_t(n) + 1;
         if (m_block) {
-            clearUnwritten(buffer, std::size_t(n) + 1, std::size_t(index) + m_length); // the conversion can fail
-            copyToBlock(*m_data, m_block.get(), m_length, m_length);
-            std::memcpy(dest, m_block.get(), m_length);
+            clearUnwritten(buffer, oldEnd, end); // the conversion can fail
+            const std::size_t written = copyToBlock(*m_data, m_block.get(), m_length);
+            std::memcpy(dest, m_block.get(), std::min<std::size_t>(written, m_length));
         } else {
-            copyToBlock(*m_data, dest, m_length, m_length);
+            const std::size_t written = copyToBlock(*m_data, dest, m_length);
+            clearUnwritten(buffer, std::max(oldEnd, index + written), end);
         }
     }
 

@@ -170,10 +170,11 @@ public:
     // Edits. Each first makes the string private as `reserve` does, which may throw, and then works in place.
     //
     // An edit that throws for an index, a length or a code leaves the text unchanged. If a String argument is held in
-    // UTF-16 and cannot be converted, the text has its new length without the new bytes. All throw `Exception<4>`:
-    // "length : text too long!" if the text would have more than 0xFFFFFFFE bytes, and change nothing. For a string
-    // with no record they throw `Exception<2>`: "getRefCount() == 1 : Can't set length on a string with more than one
-    // reference!!!".
+    // UTF-16 and cannot be converted, the text has its new length without the new bytes. Where its conversion writes
+    // fewer bytes than it measures (U+007F beside supplementary characters), the rest keeps the bytes that stood there,
+    // or is zero behind the old text. All throw `Exception<4>`: "length : text too long!" if the text would have more
+    // than 0xFFFFFFFE bytes, and change nothing. For a string with no record they throw `Exception<2>`: "getRefCount()
+    // == 1 : Can't set length on a string with more than one reference!!!".
     //
     // The code 0 is written as 0xC0 0x80. A code that has no UTF-8 form throws `Exception<7>`: "Invalid Unicode
     // character!", but codes from 0x80000080 on are written as single bytes: test codes first.

@@ -82,6 +82,21 @@ TEST(UnwrittenUnits, OfIncomingTextThatIsMeasuredLongAreZero) {
         EXPECT_EQ(textOf(*string.getData()), row.expected) << row.name;
         EXPECT_EQ(string.getData()->getPrivateBuffer<Byte>()[row.expected.size()], 0) << row.name;
     }
+
+    // Measured as six bytes, written as five: the sixth stays as the edit left it.
+    const UTF16Char deleteAndPair[] = {0x7F, 0xD83D, 0xDE00, 0};
+    const String five(deleteAndPair);
+    const std::string written = "\x7F\xF0\x9F\x98\x80";
+    UTF8String inserted = own("abcdefgh");
+    inserted.insert(five, 0);
+    EXPECT_EQ(textOf(*inserted.getData()), written + "fabcdefgh");
+    UTF8String replaced = own("abcdefgh");
+    replaced.replace(five, 1, 6);
+    EXPECT_EQ(textOf(*replaced.getData()), "a" + written + "gh");
+    UTF8String appended = own("abcdefgh");
+    appended.append(five);
+    EXPECT_EQ(textOf(*appended.getData()), "abcdefgh" + written + std::string(1, '\0'));
+
     String joined = own("abc");
     const ExpectedLeak leak;
     expectRaises<7>([&] { joined += incoming; },
