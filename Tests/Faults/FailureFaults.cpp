@@ -77,7 +77,8 @@ void buildWithCallback(Attempt& attempt) {
 
 template <int N>
 std::string symbolOf(const char* form) {
-    return "Exception<" + std::to_string(N) + ">::" + form;
+    const std::string number = std::to_string(N); // as a temporary, g++ 12 warns of its copy in a 32-bit process
+    return "Exception<" + number + ">::" + form;
 }
 
 constexpr char PLAIN[] = "Exception(ExceptionString const&, ExceptionString const&, ExceptionString const&, "
