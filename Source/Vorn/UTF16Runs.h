@@ -62,6 +62,21 @@ inline bool countOrdinaryBlock(const UTF16Char* units, UnitCounts<FirstOfTwo>& c
     return true;
 }
 
+/// Skips units that are characters by themselves, in steps of eight, in a text of unknown length. Returns the index of
+/// the first other unit, or one from which on fewer than eight units can follow.
+template <unsigned int FirstOfTwo>
+inline unsigned int skipEights(const UTF16Char* buffer, unsigned int i, unsigned int end,
+                               UnitCounts<FirstOfTwo>& counts) {
+    for (; end - i >= 8; i += 8) {
+        for (unsigned int k = 0; k < 8; ++k) {
+            if (!isOrdinaryUnit(buffer[i + k])) return i + k;
+            counts.twoBytes += buffer[i + k] >= FirstOfTwo;
+            counts.threeBytes += buffer[i + k] >= 0x800;
+        }
+    }
+    return i;
+}
+
 /// Skips ordinary UTF-16 from `i` on. Returns the index of the first unit that is no ordinary character, or the end.
 /// Pairs are ordinary if `Full` is set.
 template <bool Full, bool Terminated, unsigned int FirstOfTwo>
@@ -70,7 +85,9 @@ inline unsigned int skipOrdinary(const UTF16Char* buffer, unsigned int i, unsign
     if constexpr (Terminated) end = MAX_TEXT_LENGTH;
     for (;;) {
         const unsigned int start = i;
-        if constexpr (!Terminated) {
+        if constexpr (Terminated) {
+            i = skipEights(buffer, i, end, counts);
+        } else {
             while (end - i >= UNIT_BLOCK && countOrdinaryBlock(buffer + i, counts)) i += UNIT_BLOCK;
         }
         const unsigned int blockEnd = end - i > UNIT_BLOCK ? i + UNIT_BLOCK : end;

@@ -63,10 +63,25 @@ inline std::size_t bytesUpTo(std::uintptr_t end, const unsigned char* at) {
     return end - reinterpret_cast<std::uintptr_t>(at);
 }
 
-// Runs of characters of one length. Out of line, so that all of their variables fit the registers.
+// Runs of characters of one length. Out of line, so that all of their variables fit the registers. In a text of unknown
+// length, the distance to the last possible end is tested once for four characters.
+
+/// Skips up to `end`, in steps of four, characters of `Size` bytes that `isOrdinary` accepts. Returns true if a
+/// character stopped it, and false if fewer than four can follow.
+template <std::size_t Size, class Test>
+inline bool skipFours(const unsigned char*& at, std::uintptr_t end, Test isOrdinary) {
+    while (bytesUpTo(end, at) >= 4 * Size) {
+        for (unsigned int k = 0; k < 4; ++k, at += Size)
+            if (!isOrdinary(at)) return true;
+    }
+    return false;
+}
 
 template <bool Terminated>
 [[gnu::noinline]] inline const unsigned char* skipOrdinary2(const unsigned char* at, TextEnd<Terminated> end) {
+    if constexpr (Terminated) {
+        if (skipFours<2>(at, end, isOrdinary2)) return at;
+    }
     while (bytesUpTo(end, at) >= 2 && isOrdinary2(at)) {
         at += 2;
         if constexpr (!Terminated) {
@@ -86,12 +101,18 @@ template <bool Terminated>
 
 template <bool Terminated>
 [[gnu::noinline]] inline const unsigned char* skipOrdinary3(const unsigned char* at, TextEnd<Terminated> end) {
+    if constexpr (Terminated) {
+        if (skipFours<3>(at, end, isOrdinary3)) return at;
+    }
     while (bytesUpTo(end, at) >= 3 && isOrdinary3(at)) at += 3;
     return at;
 }
 
 template <bool Terminated>
 [[gnu::noinline]] inline const unsigned char* skipOrdinary4(const unsigned char* at, TextEnd<Terminated> end) {
+    if constexpr (Terminated) {
+        if (skipFours<4>(at, end, isOrdinary4)) return at;
+    }
     while (bytesUpTo(end, at) >= 4 && isOrdinary4(at)) at += 4;
     return at;
 }
