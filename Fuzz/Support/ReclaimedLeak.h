@@ -14,7 +14,12 @@
 #if VORN_FUZZ_RECORDS_ALLOCATIONS
 #include "Support/Stream.h"
 
+#if __has_include(<sanitizer/allocator_interface.h>)
 #include <sanitizer/allocator_interface.h>
+#else // g++ has the function in its runtime, but not this header
+extern "C" int __sanitizer_install_malloc_and_free_hooks(void (*mallocHook)(const volatile void*, std::size_t),
+                                                         void (*freeHook)(const volatile void*));
+#endif
 
 /// Records the blocks that are allocated between `start` and `stop`, and frees those that are left. Only one may exist
 /// at a time.
