@@ -30,8 +30,9 @@ std::size_t findPlainly(std::string_view text, std::string_view needle) {
 }
 
 std::string shown(std::string_view text) {
-    return text.size() <= 100 ? std::string(text)
-                              : std::string(text.substr(0, 100)) + "... of " + std::to_string(text.size()) + " bytes";
+    std::string result(text.substr(0, 100));
+    if (text.size() > 100) result.append("... of ").append(std::to_string(text.size())).append(" bytes");
+    return result;
 }
 
 // Both searches on blocks of exactly these bytes, so that address sanitizers see each read outside.
