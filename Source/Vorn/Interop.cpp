@@ -1,6 +1,7 @@
 #include "Vorn/String/Interop.h"
 
 #include "Vorn/String/Unicode.h"
+#include "Vorn/Text/TextView.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -109,5 +110,7 @@ std::ostream& operator<<(std::ostream& stream, const String& s) {
     std::string storage;
     return stream << utf8Of(s, storage);
 }
+
+bool TextView::isInUTF16(const StringData& data) { return isDecidedByUTF16(data); }
 
 } // namespace Vorn
