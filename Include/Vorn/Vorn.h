@@ -20,6 +20,7 @@
 #include "Vorn/SharedObjects/Event.h"
 #include "Vorn/SharedObjects/EventBase.h"
 #include "Vorn/SharedObjects/RefCounter.h"
+#include "Vorn/SharedObjects/RefCounterMutex.h"
 #include "Vorn/SharedObjects/RefCounterWrapper.h"
 #include "Vorn/SharedObjects/SharedObjectBase.h"
 #include "Vorn/SharedObjects/SharedPtr.h"

@@ -27,7 +27,7 @@ namespace VornPrivate {
 
 /// Frees the storage of a control block. Only the destructor of its lock runs.
 inline void destroyRefCounter(Vorn::RefCounter* counter) {
-    counter->m_mutex.~mutex();
+    counter->m_mutex.~RefCounterMutex();
     ::operator delete(counter);
 }
 

@@ -127,15 +127,26 @@ std::vector<Operation> objectOperations() {
          }},
         {"SharedPtr_Share",
          Outcome::ALLOCATES_NOTHING,
-         {"RefCounterWrapper::getUseCount() const", "RefCounterWrapper::getWeakCount() const",
-          "RefCounterWrapper::isArray() const", "RefCounterWrapper::isThreadsafe() const",
-          "RefCounterWrapper::makeThreadsafe() const", "RefCounterWrapper::releaseUseCountNonInline",
-          "RefCounterWrapper::releaseWeakCountNonInline", "RefCounterWrapper::releaseUseCountNonInlinePart",
-          "RefCounterWrapper::releaseWeakCountNonInlinePart", "PtrTypeBase::getRefCounter",
-          "PtrTypeBase::undoGetOrCreateRefCounter", "validRefCounter(RefCounter const*)",
+         {"RefCounterWrapper::getUseCount() const",
+          "RefCounterWrapper::getWeakCount() const",
+          "RefCounterWrapper::isArray() const",
+          "RefCounterWrapper::isThreadsafe() const",
+          "RefCounterWrapper::makeThreadsafe() const",
+          "RefCounterWrapper::releaseUseCountNonInline",
+          "RefCounterWrapper::releaseWeakCountNonInline",
+          "RefCounterWrapper::releaseUseCountNonInlinePart",
+          "RefCounterWrapper::releaseWeakCountNonInlinePart",
+          "PtrTypeBase::getRefCounter",
+          "PtrTypeBase::undoGetOrCreateRefCounter",
+          "validRefCounter(RefCounter const*)",
           "consistentRefCounters(RefCounter const*, RefCounter const*)",
-          "assertValidAndConsistent(RefCounter const*, RefCounter const*)", "releaseUseCount(RefCounter*)",
-          "releaseWeakCount(RefCounter*)"},
+          "assertValidAndConsistent(RefCounter const*, RefCounter const*)",
+          "releaseUseCount(RefCounter*)",
+          "releaseWeakCount(RefCounter*)",
+          "RefCounterMutex::RefCounterMutex()",
+          "RefCounterMutex::~RefCounterMutex()",
+          "RefCounterMutex::lock()",
+          "RefCounterMutex::unlock()"},
          [](Attempt& attempt) {
              SharedPtr<Shared> shared = Vorn::makeSharedThreadsafe<Shared>();
              attempt([&] {
@@ -252,6 +263,14 @@ std::vector<Operation> objectOperations() {
              });
          }},
         {"TreeNode_InsertFirst", Outcome::THROWS, {}, [](Attempt& attempt) { growTree(attempt, 0); }},
+        {"RefCounterMutex_Try",
+         Outcome::ALLOCATES_NOTHING,
+         {"RefCounterMutex::try_lock()"},
+         [](Attempt& attempt) {
+             Vorn::RefCounterMutex mutex;
+             attempt([&] { EXPECT_TRUE(mutex.try_lock()); });
+             mutex.unlock();
+         }},
         {"TreeNode_InsertMore", Outcome::THROWS, {}, [](Attempt& attempt) { growTree(attempt, 4); }},
         {"TreeNode_Change",
          Outcome::ALLOCATES_NOTHING,

@@ -84,3 +84,4 @@ std::vector<Operation> editOperations();
 std::vector<Operation> mapOperations();
 std::vector<Operation> numberOperations();
 std::vector<Operation> objectOperations();
+std::vector<Operation> textOperations();

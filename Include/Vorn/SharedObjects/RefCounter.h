@@ -16,8 +16,7 @@
 #pragma once
 
 #include "Vorn/Config.h"
-
-#include <boost/thread/mutex.hpp>
+#include "Vorn/SharedObjects/RefCounterMutex.h"
 
 #include <atomic>
 
@@ -42,7 +41,7 @@ public:
     // The order and the widths of these fields are shared with code that other modules have inlined.
     std::atomic<int> m_useCount;  ///< strong references; not 0 exactly while `m_ptr` is not null
     std::atomic<int> m_weakCount; ///< weak references
-    boost::mutex m_mutex;         ///< locked during a release of a thread-safe control block, otherwise not used
+    RefCounterMutex m_mutex;      ///< locked during a release of a thread-safe control block, otherwise not used
     void* m_ptr;                  ///< the object; null once the use count has reached 0
     bool m_isArray;               ///< whether the object is an array; only reported, never evaluated
     bool m_isThreadsafe;          ///< whether a release locks `m_mutex`

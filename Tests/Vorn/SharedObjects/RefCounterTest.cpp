@@ -6,6 +6,8 @@
 #include <gtest/gtest.h>
 
 #include <cstddef>
+#include <mutex>
+#include <thread>
 #include <type_traits>
 
 namespace {
@@ -30,12 +32,26 @@ TEST(RefCounter, FieldsStandInTheSharedOrder) {
     EXPECT_EQ(offset(&counter.m_useCount), sizeof(void*));
     EXPECT_EQ(offset(&counter.m_weakCount), sizeof(void*) + 4);
     EXPECT_EQ(offset(&counter.m_mutex), sizeof(void*) + 8);
-    EXPECT_EQ(offset(&counter.m_ptr), sizeof(void*) + 8 + sizeof(boost::mutex));
+    EXPECT_EQ(offset(&counter.m_ptr), sizeof(void*) + 8 + sizeof(Vorn::RefCounterMutex));
     EXPECT_EQ(offset(&counter.m_isArray), offset(&counter.m_ptr) + sizeof(void*));
     EXPECT_EQ(offset(&counter.m_isThreadsafe), offset(&counter.m_isArray) + 1);
-    EXPECT_TRUE((std::is_same_v<decltype(RefCounter::m_mutex), boost::mutex>));
     EXPECT_FALSE(std::has_virtual_destructor_v<RefCounter>);
     EXPECT_EQ(sizeof(RefCounter), sizeof(void*) == 4 ? 44u : 72u);
+}
+
+TEST(RefCounterMutex, IsHeldByOneThreadAtATime) {
+    Vorn::RefCounterMutex mutex;
+    std::lock_guard<Vorn::RefCounterMutex> guard(mutex);
+    bool isAcquired = true;
+    std::thread([&] { isAcquired = mutex.try_lock(); }).join();
+    EXPECT_FALSE(isAcquired);
+    mutex.unlock();
+    std::thread([&] {
+        isAcquired = mutex.try_lock();
+        mutex.unlock();
+    }).join();
+    EXPECT_TRUE(isAcquired);
+    mutex.lock();
 }
 
 TEST(RefCounter, StartsWithNothing) {
