@@ -1,6 +1,7 @@
 # The settings of all targets of this repository.
 
 # vorn_configure_target(target): sets language level, warnings, and the flags for reproducible arithmetic and file texts.
+# The repository calls operations with surprising names on purpose; their warnings are for users.
 function(vorn_configure_target target)
     set_target_properties(${target} PROPERTIES
         CXX_STANDARD 20
@@ -8,6 +9,7 @@ function(vorn_configure_target target)
         CXX_EXTENSIONS OFF
         CXX_VISIBILITY_PRESET hidden
         VISIBILITY_INLINES_HIDDEN ON)
+    target_compile_definitions(${target} PRIVATE VORN_NO_SURPRISE_WARNINGS)
     target_compile_options(${target} PRIVATE
         # A fused multiply-add rounds once; the library specifies two roundings.
         -ffp-contract=off

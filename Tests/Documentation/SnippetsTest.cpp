@@ -4,6 +4,8 @@
 // compile are tests of their own.
 #include "Vorn/Vorn.h"
 
+#include "Vorn/Private/Surprise.h"
+
 #include "Support/Report.h"
 
 #include <gtest/gtest.h>
@@ -163,6 +165,14 @@ TEST(Snippets, ParseFloat) {
         EXPECT_EQ(value, row.expected) << row.input;
         EXPECT_EQ(count, std::string(row.input).size()) << row.input;
     }
+}
+
+TEST(Snippets, Surprise) {
+    const Vorn::String name("icon.png");
+    VORN_ALLOW_SURPRISES_BEGIN
+    const bool isOther = name.endsWith(".png");
+    VORN_ALLOW_SURPRISES_END
+    EXPECT_FALSE(isOther);
 }
 
 TEST(Snippets, Interop) {
