@@ -26,10 +26,15 @@
 #pragma once
 
 #include "Vorn/Config.h"
+#include "Vorn/Private/Surprise.h"
 
 namespace Vorn {
 
 class String;
+
+#define VORN_PRIVATE_PARSE_SURPRISE \
+    VORN_SURPRISE(                  \
+        "reads text behind `length`, ignores what follows the number and wraps large values; use parse<T>(text)")
 
 /// Reads an integer from the start of a buffer and returns its value, or 0 if there is no number.
 ///
@@ -53,18 +58,62 @@ class String;
 ///     "x" of a prefix and all digits after it.
 /// @{
 template <class T, class CharType>
-VORN_API T parseInt(const CharType* str, unsigned int* count = nullptr, unsigned int length = 0xFFFFFFFF);
+VORN_PRIVATE_PARSE_SURPRISE VORN_API T parseInt(const CharType* str, unsigned int* count = nullptr,
+                                                unsigned int length = 0xFFFFFFFF);
 template <class T, class CharType>
-VORN_API T parseUInt(const CharType* str, unsigned int* count = nullptr, unsigned int length = 0xFFFFFFFF);
+VORN_PRIVATE_PARSE_SURPRISE VORN_API T parseUInt(const CharType* str, unsigned int* count = nullptr,
+                                                 unsigned int length = 0xFFFFFFFF);
 template <class T, class CharType>
-VORN_API T parseHex(const CharType* str, unsigned int* count = nullptr, unsigned int length = 0xFFFFFFFF);
+VORN_PRIVATE_PARSE_SURPRISE VORN_API T parseHex(const CharType* str, unsigned int* count = nullptr,
+                                                unsigned int length = 0xFFFFFFFF);
 template <class T, class CharType>
-VORN_API T parseUHex(const CharType* str, unsigned int* count = nullptr, unsigned int length = 0xFFFFFFFF);
+VORN_PRIVATE_PARSE_SURPRISE VORN_API T parseUHex(const CharType* str, unsigned int* count = nullptr,
+                                                 unsigned int length = 0xFFFFFFFF);
 template <class T, class CharType>
-VORN_API T parseDec(const CharType* str, unsigned int* count = nullptr, unsigned int length = 0xFFFFFFFF);
+VORN_PRIVATE_PARSE_SURPRISE VORN_API T parseDec(const CharType* str, unsigned int* count = nullptr,
+                                                unsigned int length = 0xFFFFFFFF);
 template <class T, class CharType>
-VORN_API T parseUDec(const CharType* str, unsigned int* count = nullptr, unsigned int length = 0xFFFFFFFF);
+VORN_PRIVATE_PARSE_SURPRISE VORN_API T parseUDec(const CharType* str, unsigned int* count = nullptr,
+                                                 unsigned int length = 0xFFFFFFFF);
 /// @}
+
+VORN_ALLOW_SURPRISES_BEGIN
+
+/// The same for a literal and other text of `char`.
+/// @{
+template <class T>
+VORN_PRIVATE_PARSE_SURPRISE T parseInt(const char* str, unsigned int* count = nullptr,
+                                       unsigned int length = 0xFFFFFFFF) {
+    return parseInt<T>(reinterpret_cast<const unsigned char*>(str), count, length);
+}
+template <class T>
+VORN_PRIVATE_PARSE_SURPRISE T parseUInt(const char* str, unsigned int* count = nullptr,
+                                        unsigned int length = 0xFFFFFFFF) {
+    return parseUInt<T>(reinterpret_cast<const unsigned char*>(str), count, length);
+}
+template <class T>
+VORN_PRIVATE_PARSE_SURPRISE T parseHex(const char* str, unsigned int* count = nullptr,
+                                       unsigned int length = 0xFFFFFFFF) {
+    return parseHex<T>(reinterpret_cast<const unsigned char*>(str), count, length);
+}
+template <class T>
+VORN_PRIVATE_PARSE_SURPRISE T parseUHex(const char* str, unsigned int* count = nullptr,
+                                        unsigned int length = 0xFFFFFFFF) {
+    return parseUHex<T>(reinterpret_cast<const unsigned char*>(str), count, length);
+}
+template <class T>
+VORN_PRIVATE_PARSE_SURPRISE T parseDec(const char* str, unsigned int* count = nullptr,
+                                       unsigned int length = 0xFFFFFFFF) {
+    return parseDec<T>(reinterpret_cast<const unsigned char*>(str), count, length);
+}
+template <class T>
+VORN_PRIVATE_PARSE_SURPRISE T parseUDec(const char* str, unsigned int* count = nullptr,
+                                        unsigned int length = 0xFFFFFFFF) {
+    return parseUDec<T>(reinterpret_cast<const unsigned char*>(str), count, length);
+}
+/// @}
+
+VORN_ALLOW_SURPRISES_END
 
 /// Reads an integer from the UTF-8 buffer of the string, or from the UTF-16 buffer if there is no other. Nothing is
 /// converted. The result does not distinguish "0" from text without a number.
@@ -74,17 +123,19 @@ VORN_API T parseUDec(const CharType* str, unsigned int* count = nullptr, unsigne
 /// @warning The unit after the text is read, as with a buffer.
 /// @{
 template <class T>
-VORN_API T parseInt(const String& str);
+VORN_PRIVATE_PARSE_SURPRISE VORN_API T parseInt(const String& str);
 template <class T>
-VORN_API T parseUInt(const String& str);
+VORN_PRIVATE_PARSE_SURPRISE VORN_API T parseUInt(const String& str);
 template <class T>
-VORN_API T parseHex(const String& str);
+VORN_PRIVATE_PARSE_SURPRISE VORN_API T parseHex(const String& str);
 template <class T>
-VORN_API T parseUHex(const String& str);
+VORN_PRIVATE_PARSE_SURPRISE VORN_API T parseUHex(const String& str);
 template <class T>
-VORN_API T parseDec(const String& str);
+VORN_PRIVATE_PARSE_SURPRISE VORN_API T parseDec(const String& str);
 template <class T>
-VORN_API T parseUDec(const String& str);
+VORN_PRIVATE_PARSE_SURPRISE VORN_API T parseUDec(const String& str);
 /// @}
+
+#undef VORN_PRIVATE_PARSE_SURPRISE
 
 } // namespace Vorn

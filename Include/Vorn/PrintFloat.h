@@ -12,20 +12,23 @@
 /// Hexadecimal text is the exact value.
 ///
 /// Cost: decimal text builds a stream for each call and formats the value two or three times; in hot code use
-/// std::to_chars. Hexadecimal text uses no stream and allocates nothing.
+/// `toText` or `writeText` (Vorn/Text/TextNumbers.h). Hexadecimal text uses no stream and allocates nothing.
 ///
 /// Threads: `measureDec` reads the global locale, which no thread may change meanwhile. All other functions use their
 /// arguments only.
 #pragma once
 
 #include "Vorn/Config.h"
+#include "Vorn/Private/Surprise.h"
 #include "Vorn/Types.h"
 
 namespace Vorn {
 
 /// The layout of decimal text.
 enum FloatExponent {
-    FLOAT_EXPONENT_AUTO = 0, ///< both `fixed` and `scientific`, which many standard libraries print as hexadecimal text
+    FLOAT_EXPONENT_AUTO VORN_SURPRISE(
+        "can write beyond the buffer, mostly hexadecimal text; use toText(value) or another layout") =
+        0,                   ///< both `fixed` and `scientific`, which many standard libraries print as hexadecimal text
     FLOAT_EXPONENT_NONE = 1, ///< no exponent, as with `std::fixed`
     FLOAT_EXPONENT_ALWAYS = 2 ///< with an exponent, as with `std::scientific`
 };
@@ -34,7 +37,9 @@ enum FloatExponent {
 /// measure in the "C" locale call `printDec` with a null buffer.
 /// @warning With `FLOAT_EXPONENT_AUTO` the size can be less than `printDec` writes; see there.
 /// @{
+VORN_SURPRISE("measures in the global locale, which printDec does not use; call printDec with a null buffer")
 VORN_API unsigned int measureDec(float value, unsigned int precision, FloatExponent exponent);
+VORN_SURPRISE("measures in the global locale, which printDec does not use; call printDec with a null buffer")
 VORN_API unsigned int measureDec(double value, unsigned int precision, FloatExponent exponent);
 /// @}
 
@@ -70,17 +75,47 @@ VORN_API unsigned int measureHex(double value) noexcept;
 ///
 /// Throws `Exception<2>`: "count < bufferSize : unexpected large exponent" for the longest texts, which are those of
 /// negative values with all fraction digits and an exponent below -99. Print the magnitude of such values.
+VORN_SURPRISE("throws for long negative values with an exponent below -99; use toHexText(value)")
 VORN_API unsigned int printHex(float value, unsigned char* buffer, unsigned int bufferSize);
 
 /// Prints a `double` as the form for `float` does, but every magnitude ABOVE 2 to the power 1017 as "NAN", also
 /// infinity. It throws for exponents below -999 in place of -99.
+VORN_SURPRISE(
+    "throws for long negative values with an exponent below -999, and prints large ones as NAN; use toHexText(value)")
 VORN_API unsigned int printHex(double value, unsigned char* buffer, unsigned int bufferSize);
 
 /// Prints as the form for bytes does, but only the FIRST HALF of the exponent: as many of its bytes as it has units,
 /// then zeros. For the whole text print bytes and convert each to a unit.
 /// @{
+VORN_SURPRISE("prints only the first half of the exponent; use toHexText(value)")
 VORN_API unsigned int printHex(float value, UTF16Char* buffer, unsigned int bufferSize);
+VORN_SURPRISE("prints only the first half of the exponent; use toHexText(value)")
 VORN_API unsigned int printHex(double value, UTF16Char* buffer, unsigned int bufferSize);
 /// @}
+
+VORN_ALLOW_SURPRISES_BEGIN
+
+/// The same for buffers of `char`.
+/// @{
+inline unsigned int printDec(float value, char* buffer, unsigned int bufferSize, unsigned int precision,
+                             FloatExponent exponent) {
+    return printDec(value, reinterpret_cast<unsigned char*>(buffer), bufferSize, precision, exponent);
+}
+inline unsigned int printDec(double value, char* buffer, unsigned int bufferSize, unsigned int precision,
+                             FloatExponent exponent) {
+    return printDec(value, reinterpret_cast<unsigned char*>(buffer), bufferSize, precision, exponent);
+}
+VORN_SURPRISE("throws for long negative values with an exponent below -99; use toHexText(value)")
+inline unsigned int printHex(float value, char* buffer, unsigned int bufferSize) {
+    return printHex(value, reinterpret_cast<unsigned char*>(buffer), bufferSize);
+}
+VORN_SURPRISE(
+    "throws for long negative values with an exponent below -999, and prints large ones as NAN; use toHexText(value)")
+inline unsigned int printHex(double value, char* buffer, unsigned int bufferSize) {
+    return printHex(value, reinterpret_cast<unsigned char*>(buffer), bufferSize);
+}
+/// @}
+
+VORN_ALLOW_SURPRISES_END
 
 } // namespace Vorn

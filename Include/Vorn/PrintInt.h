@@ -13,6 +13,7 @@
 #pragma once
 
 #include "Vorn/Config.h"
+#include "Vorn/Private/Surprise.h"
 #include "Vorn/Types.h"
 
 namespace Vorn {
@@ -25,7 +26,9 @@ enum HexWithPrefix { HEX_WITHOUT_PREFIX = 0, HEX_WITH_PREFIX = 2 };
 /// @warning `printDec` writes nothing into a buffer of the size that is too small. Use a buffer of 11 units, which
 ///     holds every value.
 /// @{
+VORN_SURPRISE("is one too small for some values; use writeText(buffer, capacity, value), or a buffer of 11 units")
 VORN_API unsigned int measureDec(int value) noexcept;
+VORN_SURPRISE("is one too small for some values; use writeText(buffer, capacity, value), or a buffer of 11 units")
 VORN_API unsigned int measureDec(unsigned int value) noexcept;
 /// @}
 
@@ -40,7 +43,9 @@ VORN_API unsigned int printDec(unsigned int value, unsigned char* buffer, unsign
 /// @warning For 12345 the buffer receives the units "1" and "2" and the low byte of the unit "3"; the result is 5. For
 ///     the whole text print bytes and convert each to a unit.
 /// @{
+VORN_SURPRISE("prints only the first half of the text; use toText(value)")
 VORN_API unsigned int printDec(int value, UTF16Char* buffer, unsigned int bufferSize) noexcept;
+VORN_SURPRISE("prints only the first half of the text; use toText(value)")
 VORN_API unsigned int printDec(unsigned int value, UTF16Char* buffer, unsigned int bufferSize) noexcept;
 /// @}
 
@@ -56,8 +61,10 @@ VORN_API unsigned int measureHex(unsigned int value, HexWithPrefix prefix) noexc
 /// -255 prints as "-0xFF" with a prefix and as "xFF" without. For the bits of the two's complement print the value as
 /// `unsigned int`.
 /// @{
+VORN_SURPRISE("prints \"x\" as the sign if there is no prefix; use toText(value, 16)")
 VORN_API unsigned int printHex(int value, HexWithPrefix prefix, unsigned char* buffer,
                                unsigned int bufferSize) noexcept;
+VORN_SURPRISE("prints \"x\" as the sign if there is no prefix; use toText(value, 16)")
 VORN_API unsigned int printHex(int value, HexWithPrefix prefix, UTF16Char* buffer, unsigned int bufferSize) noexcept;
 /// @}
 
@@ -68,5 +75,26 @@ VORN_API unsigned int printHex(unsigned int value, HexWithPrefix prefix, unsigne
 VORN_API unsigned int printHex(unsigned int value, HexWithPrefix prefix, UTF16Char* buffer,
                                unsigned int bufferSize) noexcept;
 /// @}
+
+VORN_ALLOW_SURPRISES_BEGIN
+
+/// The same for buffers of `char`.
+/// @{
+inline unsigned int printDec(int value, char* buffer, unsigned int bufferSize) noexcept {
+    return printDec(value, reinterpret_cast<unsigned char*>(buffer), bufferSize);
+}
+inline unsigned int printDec(unsigned int value, char* buffer, unsigned int bufferSize) noexcept {
+    return printDec(value, reinterpret_cast<unsigned char*>(buffer), bufferSize);
+}
+VORN_SURPRISE("prints \"x\" as the sign if there is no prefix; use toText(value, 16)")
+inline unsigned int printHex(int value, HexWithPrefix prefix, char* buffer, unsigned int bufferSize) noexcept {
+    return printHex(value, prefix, reinterpret_cast<unsigned char*>(buffer), bufferSize);
+}
+inline unsigned int printHex(unsigned int value, HexWithPrefix prefix, char* buffer, unsigned int bufferSize) noexcept {
+    return printHex(value, prefix, reinterpret_cast<unsigned char*>(buffer), bufferSize);
+}
+/// @}
+
+VORN_ALLOW_SURPRISES_END
 
 } // namespace Vorn

@@ -167,6 +167,16 @@ TEST(Snippets, ParseFloat) {
     }
 }
 
+TEST(Snippets, TextNumbers) {
+    const Vorn::TextView text = "-42";
+    std::optional<int> count = Vorn::parse<int>(text);
+    std::optional<float> size = Vorn::parse<float>("2.5e-3");
+    Vorn::String label = Vorn::toText(0.1f);
+    EXPECT_EQ(count, -42);
+    EXPECT_EQ(size, 2.5e-3f);
+    EXPECT_EQ(label, Vorn::String("0.1"));
+}
+
 TEST(Snippets, Surprise) {
     const Vorn::String name("icon.png");
     VORN_ALLOW_SURPRISES_BEGIN

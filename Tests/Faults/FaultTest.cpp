@@ -13,7 +13,7 @@ const std::vector<Operation>& operations() {
     static const std::vector<Operation> rows = [] {
         std::vector<Operation> all;
         for (const auto& part : {failureOperations(), stringOperations(), editOperations(), mapOperations(),
-                                 numberOperations(), objectOperations(), textOperations()}) {
+                                 numberOperations(), objectOperations(), textOperations(), textNumberOperations()}) {
             all.insert(all.end(), part.begin(), part.end());
         }
         return all;

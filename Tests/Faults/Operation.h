@@ -84,4 +84,5 @@ std::vector<Operation> editOperations();
 std::vector<Operation> mapOperations();
 std::vector<Operation> numberOperations();
 std::vector<Operation> objectOperations();
+std::vector<Operation> textNumberOperations();
 std::vector<Operation> textOperations();
