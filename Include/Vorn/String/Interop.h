@@ -58,17 +58,23 @@ private:
 /// Throws as `stringDataConvertToUTF8` does. Texts that the conversion corrupts are corrupt here, too.
 /// @warning The range is invalidated by the destruction of the string and by any call that can move its text; see
 ///     `String::getCString`.
+/// @{
 inline ByteRange bytes(const String& s) {
     if (!s.getData()) return {nullptr, 0};
     const unsigned char* const buffer = s.getData()->getBuffer<unsigned char>();
     return {buffer, s.getData()->getBufferInfo<unsigned char>().m_length};
 }
+ByteRange bytes(String&& temporary) = delete; // the range would outlive the text: give the string a name
+/// @}
 
 /// The result of `bytes` as a view of chars. Throws as `bytes` does and is invalidated as its result is.
+/// @{
 inline std::string_view view(const String& s) {
     const ByteRange range = bytes(s);
     return {reinterpret_cast<const char*>(range.begin()), range.size()};
 }
+std::string_view view(String&& temporary) = delete; // the view would outlive the text: give the string a name
+/// @}
 
 /// A hash of the text. Equal strings have the same hash in every encoding. Builds no buffer.
 VORN_API std::size_t hashOf(const String& s);

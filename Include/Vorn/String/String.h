@@ -14,10 +14,15 @@
 #pragma once
 
 #include "Vorn/Config.h"
+#include "Vorn/Private/StringArguments.h"
+#include "Vorn/Private/Surprise.h"
 #include "Vorn/String/StringData.h"
 #include "Vorn/Types.h"
 
+#include <cstddef>
 #include <string>
+
+VORN_ALLOW_SURPRISES_BEGIN
 
 namespace Vorn {
 
@@ -62,6 +67,7 @@ public:
     /// For temporary text, pass a block of `new[]` with `STRING_DATA_DYNAMIC` to another constructor. Throws
     /// `Exception<7>` if the text is malformed or contains a zero byte. Throws `Exception<4>`: "length : text too
     /// long!" for more than 0xFFFFFFFE bytes, before it allocates.
+    VORN_SURPRISE("never frees its copy; use makeString(text)")
     String(const std::string& text);
 
     /// Releases the reference.
@@ -75,6 +81,26 @@ public:
     /// @warning Releasing the last reference to a record that borrows a caller's buffer can end the process, as in the
     ///     destructor. Destroy the substrings of borrowed text first.
     String& operator=(const String& other);
+
+    /// Refers to the text of a literal, as the constructor does.
+    template <class Unit, std::size_t Size, VornPrivate::IfStringUnit<Unit> = 0>
+    String& operator=(const Unit (&literal)[Size]) {
+        return *this = String(literal);
+    }
+
+    /// Refers to a text that something else owns, as the constructor does.
+    /// @{
+    template <class Unit, std::size_t Size, VornPrivate::IfStringUnit<Unit> = 0>
+    VORN_SURPRISE("copies nothing: the text must outlive the string; use makeString(text)")
+    String& operator=(Unit (&buffer)[Size]) {
+        return *this = String(buffer);
+    }
+    template <class Pointer, VornPrivate::IfStringPointer<Pointer> = 0>
+    VORN_SURPRISE("copies nothing: the text must outlive the string; use makeString(text)")
+    String& operator=(Pointer text) {
+        return *this = String(text);
+    }
+    /// @}
 
     /// Appends `other`, but keeps only the first half of a left text that is held in UTF-16 alone; zero units take the
     /// place of the second half. Call `getCString` on the left side first to give it a UTF-8 buffer, if its conversion
@@ -95,7 +121,16 @@ public:
     ///     is leaked. The string is then null if it owned the last reference. Otherwise it keeps pointing at the old
     ///     record without owning a reference, so the record is destroyed too early: call `getData()->incRefCount()` at
     ///     once, while another handle owns the record.
+    VORN_SURPRISE("keeps only half of a text that is held in UTF-16; use a + b, or concat(a, b)")
     String& operator+=(const String& other);
+
+    /// Not for standard texts, of which the copy would never be freed.
+    template <class Text, VornPrivate::IfStandardText<Text> = 0>
+    String& operator+=(const Text&) {
+        static_assert(VornPrivate::NEVER<Text>, "a standard text would be leaked: write s = s + text, or s += "
+                                                "makeString(text)");
+        return *this;
+    }
 
     StringData* getData() const noexcept { return m_data; } ///< the string record; null for a null string
 
@@ -110,6 +145,7 @@ public:
     StringDataSubCharset getCharset() const noexcept { return m_data ? m_data->getCharset() : STRING_DATA_ASCII; }
 
     /// Replaces `dest` with the text in UTF-8, see `StringData::copyTo`. A null string clears it.
+    VORN_SURPRISE("leaves U+0000 as the bytes 0xC0 0x80; use toUTF8(text)")
     void copyTo(std::string& dest) const;
 
     /// Returns the text in UTF-8, terminated; an empty text for a null string. May build the UTF-8 buffer. Throws what
@@ -119,31 +155,41 @@ public:
     const char* getCString() const;
 
     /// Returns the number of characters, with the limits of `StringData::getUnicodeLength`; 0 for a null string.
+    VORN_SURPRISE("throws for supplementary characters if their UTF-16 was built from UTF-8; use codePointCount(text)")
     unsigned int getUnicodeLength() const { return m_data ? m_data->getUnicodeLength() : 0; }
 
     /// Returns the character at an index, with the limits of `StringData::getUnicodeCharAt`; 0xFFFFFFFF if there is
     /// none.
+    VORN_SURPRISE("finds no character behind a surrogate pair in UTF-16; use codePointAt(text, n)")
     unsigned int getUnicodeCharAt(int index) const { return m_data ? m_data->getUnicodeCharAt(index) : 0xFFFFFFFF; }
 
     // Comparison with an ASCII needle. A null string returns false and ignores the needle. All others throw
     // `Exception<4>` for a null or empty needle; see StringData.
 
     /// Returns true if the text equals `needle`.
+    VORN_SURPRISE("compares with ASCII only and throws for an empty text; use equals(text, other)")
     bool equals(const signed char* needle) const { return m_data && m_data->equals(needle); }
+    VORN_SURPRISE("compares with ASCII only and throws for an empty text; use equals(text, other)")
     bool equals(const char* needle) const { return equals(asSigned(needle)); }
 
     /// Returns true if the text starts with `needle`.
+    VORN_SURPRISE("compares with ASCII only and throws for an empty needle; use startsWith(text, needle)")
     bool startsWith(const signed char* needle) const { return m_data && m_data->startsWith(needle); }
+    VORN_SURPRISE("compares with ASCII only and throws for an empty needle; use startsWith(text, needle)")
     bool startsWith(const char* needle) const { return startsWith(asSigned(needle)); }
 
     /// Returns true if the text does *not* end with `needle`, and false if it is shorter than the needle. To test for
-    /// the end, use `ends_with` of `view(s)` (Interop.h).
+    /// the end, use the free function `endsWith`.
+    VORN_SURPRISE("returns true if the text does NOT end so; use endsWith(text, needle)")
     bool endsWith(const signed char* needle) const { return m_data && m_data->endsWith(needle); }
+    VORN_SURPRISE("returns true if the text does NOT end so; use endsWith(text, needle)")
     bool endsWith(const char* needle) const { return endsWith(asSigned(needle)); }
 
     /// Returns true if the text contains `needle`, but searches all offsets only in a terminated UTF-8 text; see
-    /// `StringData::contains`. To search any text, call `getCString` twice first, or use `view(s).find` (Interop.h).
+    /// `StringData::contains`. To search any text, use the free function `contains`.
+    VORN_SURPRISE("searches all offsets only in a terminated UTF-8 text; use contains(text, needle)")
     bool contains(const signed char* needle) const { return m_data && m_data->contains(needle); }
+    VORN_SURPRISE("searches all offsets only in a terminated UTF-8 text; use contains(text, needle)")
     bool contains(const char* needle) const { return contains(asSigned(needle)); }
 
     /// Returns the number of occurrences of an ASCII character; 0 for a null string. Throws `Exception<4>`: "Invalid
@@ -193,13 +239,19 @@ inline bool operator!=(const String& a, const String& b) { return !(a == b); }
 
 /// Compares for sorting, but not by code point, and without a strict order for some texts in UTF-16; see `operator<` of
 /// StringData. A null string is less than every other string.
+VORN_SURPRISE("does not order by code point; use compare(a, b), or CodePointLess in containers")
 inline bool operator<(const String& a, const String& b) {
     if (a.getData() == b.getData() || !b.getData()) return false;
     return !a.getData() || *a.getData() < *b.getData();
 }
 
+VORN_SURPRISE("does not order by code point; use compare(a, b), or CodePointLess in containers")
 inline bool operator>(const String& a, const String& b) { return b < a; }
+VORN_SURPRISE("does not order by code point; use compare(a, b), or CodePointLess in containers")
 inline bool operator<=(const String& a, const String& b) { return !(a > b); }
+VORN_SURPRISE("does not order by code point; use compare(a, b), or CodePointLess in containers")
 inline bool operator>=(const String& a, const String& b) { return !(a < b); }
 
 } // namespace Vorn
+
+VORN_ALLOW_SURPRISES_END

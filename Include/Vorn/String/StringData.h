@@ -19,12 +19,15 @@
 
 #include "Vorn/Assert.h"
 #include "Vorn/Config.h"
+#include "Vorn/Private/Surprise.h"
 #include "Vorn/String/StringDataHelper.h"
 #include "Vorn/String/StringDataTypes.h"
 #include "Vorn/Types.h"
 
 #include <cstdint>
 #include <string>
+
+VORN_ALLOW_SURPRISES_BEGIN
 
 namespace VornPrivate {
 struct StringDataProbe; // lets a test build the static records that only the library can build
@@ -95,6 +98,7 @@ public:
     /// Replaces `dest` with the text in UTF-8, without a terminator. U+0000 stays 0xC0 0x80. Does not build the
     /// record's UTF-8 buffer. Throws what `stringDataConvertToUTF8` throws; a text that is too long in UTF-8 leaves
     /// `dest` unchanged. If memory ends, `dest` is unchanged, or empty if the text is held in UTF-16 only.
+    VORN_SURPRISE("leaves U+0000 as the bytes 0xC0 0x80; use toUTF8(text)")
     void copyTo(std::string& dest) const;
 
     /// Returns the length of the text in UTF-8, in bytes. Without a UTF-8 buffer, `stringDataGetUTF8Length` computes it
@@ -111,9 +115,11 @@ public:
     /// UTF-8 buffer, else the length. Throws what `stringDataConvertCopyToUTF8` throws.
     /// @warning A text with U+0000 that is held only in UTF-16 is written up to two bytes past `capacity`. Pass a
     ///     `capacity` that is two less than the size of `dest`.
+    VORN_SURPRISE("can write behind `capacity`, and converts some texts wrongly; use toUTF8(text, dest, capacity)")
     unsigned int copyToUTF8(unsigned char* dest, unsigned int capacity) const;
 
     /// Copies the text in UTF-16 to `dest`, as above; `capacity` and result count units.
+    VORN_SURPRISE("converts supplementary characters wrongly; use toUTF16(text, dest, capacity)")
     unsigned int copyToUTF16(UTF16Char* dest, unsigned int capacity) const;
 
     /// Returns the existing buffer of this encoding, or null. It is not always terminated.
@@ -168,19 +174,23 @@ public:
 
     /// Returns true if the text equals the terminated ASCII text `needle`. A needle byte above 127 equals no character.
     /// Throws `Exception<4>`: "Invalid ASCII string!" for a null or empty needle.
+    VORN_SURPRISE("compares with ASCII only and throws for an empty text; use equals(text, other)")
     bool equals(const signed char* needle) const;
 
     /// Returns true if the text starts with the terminated ASCII text `needle`. Throws as `equals` does.
+    VORN_SURPRISE("compares with ASCII only and throws for an empty needle; use startsWith(text, needle)")
     bool startsWith(const signed char* needle) const;
 
     /// Returns true if the text does *not* end with the terminated ASCII text `needle`, and false if it is shorter than
-    /// the needle. Throws as `equals` does. To test for the end, use `ends_with` of `view(s)` (Interop.h).
+    /// the needle. Throws as `equals` does. To test for the end, use the free function `endsWith`.
+    VORN_SURPRISE("returns true if the text does NOT end so; use endsWith(text, needle)")
     bool endsWith(const signed char* needle) const;
 
     /// Returns true if the text contains `needle`, but searches all offsets only in a terminated UTF-8 text. In any
     /// other text it compares at the offsets 0, n, 2n and so on, where n is the length of the needle, and finds no byte
     /// above 127, so the result can change when the text is terminated. Throws `Exception<4>`: "Invalid string!" for a
     /// null or empty needle.
+    VORN_SURPRISE("searches all offsets only in a terminated UTF-8 text; use contains(text, needle)")
     bool contains(const signed char* needle) const;
 
     /// Returns the number of occurrences of an ASCII character. For 0, counts zero units, which UTF-8 text does not
@@ -190,6 +200,7 @@ public:
     /// Returns the number of characters. Counts in each call, in the UTF-16 buffer if there is one.
     /// @warning Throws `Exception<2>` for a text with supplementary characters whose UTF-16 buffer was built from
     ///     UTF-8: that buffer contains only their second surrogates. Call it before the UTF-16 buffer is built.
+    VORN_SURPRISE("throws for supplementary characters if their UTF-16 was built from UTF-8; use codePointCount(text)")
     unsigned int getUnicodeLength() const;
 
     /// Returns the character at an index in characters, but cannot return every character from a UTF-16 buffer.
@@ -198,6 +209,7 @@ public:
     /// a UTF-16 buffer, an index of 0 or more returns neither a supplementary character nor any character behind one;
     /// with a negative index, a surrogate pair counts as two, and the second of these (-2 for a pair at the end)
     /// returns the character. For such text, give the record a UTF-8 buffer only.
+    VORN_SURPRISE("finds no character behind a surrogate pair in UTF-16; use codePointAt(text, n)")
     unsigned int getUnicodeCharAt(int index) const;
 
     /// Returns a new record over a part of the text, but truncates or refuses UTF-8 parts that do not end on an ASCII
@@ -233,6 +245,7 @@ public:
     ///     offset negative, and returns the empty result otherwise.
     /// @warning If validation of a converted part throws, its block is leaked. If memory ends, nothing is leaked.
     template <class CharType>
+    VORN_SURPRISE("throws or truncates if a part in UTF-8 does not end with ASCII; use substring(text, offset, length)")
     StringData* substr(int offset, unsigned int length) const;
 
     /// Sets the length of the UTF-8 text for editing in place. Writes no terminator and updates no flag. Throws
@@ -404,6 +417,7 @@ inline bool operator!=(const StringData& a, const StringData& b) { return !(a ==
 ///   other.
 /// - Across encodings, a surrogate pair counts as 0xFDEF. When one text ends, an offset in bytes is compared with a
 ///   length in units.
+VORN_SURPRISE("does not order by code point; use compare(a, b), or CodePointLess in containers")
 inline bool operator<(const StringData& a, const StringData& b) {
     if (a.m_UTF8Buffer) return a.utf8LessThan(b);
     return a.m_UTF16Buffer ? a.utf16LessThan(b) : !b.isNull();
@@ -443,3 +457,5 @@ const CharType* StringData::getTerminatedBuffer() const {
 }
 
 } // namespace Vorn
+
+VORN_ALLOW_SURPRISES_END

@@ -23,12 +23,17 @@
 
 #include "Vorn/Config.h"
 #include "Vorn/PrintInt.h" // HexWithPrefix
+#include "Vorn/Private/StringArguments.h"
+#include "Vorn/Private/Surprise.h"
 #include "Vorn/String/ASCIITable.h"
 #include "Vorn/String/String.h"
 #include "Vorn/Types.h"
 
+#include <cstddef>
 #include <string_view>
 #include <type_traits>
+
+VORN_ALLOW_SURPRISES_BEGIN
 
 namespace Vorn {
 
@@ -70,6 +75,26 @@ public:
     UTF8String& operator=(const UTF8String& other) { return *this = static_cast<const String&>(other); }
     UTF8String& operator=(const String& other);
 
+    /// Refers to the text of a literal, as the constructor does.
+    template <class Unit, std::size_t Size, VornPrivate::IfStringUnit<Unit> = 0>
+    UTF8String& operator=(const Unit (&literal)[Size]) {
+        return *this = String(literal);
+    }
+
+    /// Refers to a text that something else owns, as the constructor does.
+    /// @{
+    template <class Unit, std::size_t Size, VornPrivate::IfStringUnit<Unit> = 0>
+    VORN_SURPRISE("copies nothing: the text must outlive the string; use makeString(text)")
+    UTF8String& operator=(Unit (&buffer)[Size]) {
+        return *this = String(buffer);
+    }
+    template <class Pointer, VornPrivate::IfStringPointer<Pointer> = 0>
+    VORN_SURPRISE("copies nothing: the text must outlive the string; use makeString(text)")
+    UTF8String& operator=(Pointer text) {
+        return *this = String(text);
+    }
+    /// @}
+
     /// Returns the length in bytes. Builds the UTF-8 buffer if it is missing, as `getBuffer` does.
     unsigned int getLength() const;
 
@@ -102,6 +127,7 @@ public:
     /// it or at or behind the end of the text. Returns 0xFFFFFFFF for an empty text and for an index of 0. Throws
     /// `Exception<2>`: "!Unicode::validUTF8Trail(buffer[index]) : Invalid UTF-8 string". To visit all characters, go
     /// forward with `next`.
+    VORN_SURPRISE("fails behind a character of four bytes; use codePoints(text) and its iterators")
     unsigned int previous(unsigned int index) const;
 
     /// Returns a pointer to the first of the bytes `ptr[0]` to `ptr[3]` that is no trail byte. Throws `Exception<2>`:
@@ -125,7 +151,9 @@ public:
     /// the set ends; `index` as an offset if there is no such run.
     /// @{
     unsigned int skip(unsigned int c, int index = 0) const;
+    VORN_SURPRISE("skips repetitions of the whole text; to skip characters of a set use skip(ASCIITable)")
     unsigned int skip(String s, int index = 0) const;
+    VORN_SURPRISE("skips repetitions of the whole text; to skip characters of a set use skip(ASCIITable)")
     unsigned int skip(const char* s, int index = 0) const;
     unsigned int skip(const ASCIITable& table, int index = 0) const;
     /// @}
@@ -133,8 +161,11 @@ public:
     /// Returns `index` as an offset, not the end of the match, if the text continues there with `s` or with a character
     /// of the set; 0xFFFFFFFF otherwise.
     /// @{
+    VORN_SURPRISE("returns the index itself, not the end of the match; add the length of the match")
     unsigned int match(String s, int index = 0) const;
+    VORN_SURPRISE("returns the index itself, not the end of the match; add the length of the match")
     unsigned int match(const char* s, int index = 0) const;
+    VORN_SURPRISE("returns the index itself, not the end of the match; add the length of the match")
     unsigned int match(const ASCIITable& table, int index = 0) const;
     /// @}
 
@@ -161,6 +192,7 @@ public:
     ///     not be null!!!!"; assign another text.
     /// @warning A null string receives a record that it does not count: the string still cannot be edited, and if it is
     ///     copied, the record is destroyed while one of the strings still points at it. Assign a text first.
+    VORN_SURPRISE("does not make later edits cheaper; collect long texts in a TextBuilder")
     unsigned int reserve(unsigned int length);
 
     /// Returns the length, and replaces a negative `index`, whatever its value, with the end of the text. Throws
@@ -186,10 +218,17 @@ public:
     void append(String s);
     /// @}
 
+    /// Not for standard texts, of which the copy would never be freed.
+    template <class Text, VornPrivate::IfStandardText<Text> = 0>
+    void append(const Text&) {
+        static_assert(VornPrivate::NEVER<Text>, "a standard text would be leaked: write append(makeString(text))");
+    }
+
     /// Appends a number, but appends zero bytes for the numbers that `measureDec` measures one too small, such as
     /// 100000: as many as measured. The next edit that lengthens such a text throws and loses it. For such numbers,
     /// append a String of printed text.
     /// @{
+    VORN_SURPRISE("appends zero bytes for some numbers, such as 100000; use append(toText(value))")
     void appendDecimal(unsigned int value);
     void appendHexaDecimal(unsigned int value, HexWithPrefix prefix);
     /// @}
@@ -242,3 +281,5 @@ private:
 static_assert(sizeof(void*) != 4 || sizeof(UTF8String) == 12, "a String and the capacity");
 
 } // namespace Vorn
+
+VORN_ALLOW_SURPRISES_END

@@ -104,8 +104,9 @@ TEST(Interop, RangesOfBytes) {
         EXPECT_EQ(bytes(string).size(), 6u);
         EXPECT_EQ(view(string), found);
     }
-    EXPECT_TRUE(bytes(String()).empty() && view(String()).empty() && bytes(""_vs).empty());
-    EXPECT_EQ(bytes(String()).begin(), bytes(String()).end());
+    const String null, empty = ""_vs;
+    EXPECT_TRUE(bytes(null).empty() && view(null).empty() && bytes(empty).empty());
+    EXPECT_EQ(bytes(null).begin(), bytes(null).end());
 }
 
 TEST(Interop, LiteralsAreTerminatedTextsThatNobodyCopies) {
