@@ -226,6 +226,8 @@ TEST(Snippets, SharedAndWeakPtr) {
         const Vorn::WeakPtr<Door> watched = door;
         if (const auto locked = watched.lock()) locked->open();
         EXPECT_EQ(door->opened, 1);
+        const Vorn::SharedPtr<int> opened(door, &door->opened);
+        EXPECT_EQ(*opened, 1);
         left = watched;
     }
     EXPECT_FALSE(left.lock());
@@ -234,6 +236,7 @@ TEST(Snippets, SharedAndWeakPtr) {
 class SceneNode : public Vorn::TreeNode<SceneNode> {
 public:
     void draw() { ++s_drawn; }
+    int layer = 0;
     static inline int s_drawn = 0;
 };
 
@@ -242,6 +245,7 @@ TEST(Snippets, TreeNode) {
     root->append(Vorn::makeShared<SceneNode>());
     for (SceneNode& node : root->depthFirst()) node.draw();
     EXPECT_EQ(SceneNode::s_drawn, 2);
+    root->sort([](const SceneNode& a, const SceneNode& b) { return a.layer < b.layer; });
 }
 
 TEST(Snippets, Delegate) {

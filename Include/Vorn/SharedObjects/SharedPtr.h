@@ -9,7 +9,10 @@
 /// reference for a parameter that is not kept.
 ///
 /// Cost: four words; copying and destroying are one atomic add each. The first pointer to an object allocates its
-/// control block of 88 bytes (56 in a 32-bit process).
+/// control block of 88 bytes (56 in a 32-bit process). `makeShared` makes one allocation for the object and its control
+/// block, whose memory is then freed with the last weak pointer. It makes two for a type that derives from
+/// SharedObjectBase or InterfaceBase, since the constructor of such an object may already share it, for a type that has
+/// an `operator new` of its own or a larger alignment than `operator new` gives, and for arrays.
 ///
 /// Failures: only the first pointer to an object allocates. If that throws `std::bad_alloc`, the object is destroyed as
 /// by its last use, since the pointer was to own it, and nothing is leaked.
@@ -30,12 +33,13 @@
 #include "Vorn/SharedObjects/SharedRecord.h"
 
 #include <cstddef>
-#include <cstdint>
-#include <typeindex> // std::hash of pointers
+#include <new>
 #include <utility>
 
 namespace Vorn {
 
+template <class T>
+class SharedPtr;
 template <class T>
 class WeakPtr;
 
@@ -44,6 +48,17 @@ enum RefCounterThreading {
     REF_COUNTER_SINGLE_THREAD = 0, ///< a release does not lock
     REF_COUNTER_THREADSAFE = 1     ///< different threads may release the last use and weak counts
 };
+
+} // namespace Vorn
+
+namespace VornPrivate {
+
+template <class T, class... Args>
+Vorn::SharedPtr<T> makeSharedObject(Vorn::RefCounterThreading threading, Args&&... args);
+
+} // namespace VornPrivate
+
+namespace Vorn {
 
 /// Returns true if an `Element*` can become a `SharedPtr<T>`. Elements of an array keep their type, possibly const.
 template <class Element, class T>
@@ -99,27 +114,73 @@ public:
         m_object = object;
     }
 
-    /// Shares `object`, which the last use destroys with `deleter(object)`; null gives a null pointer. The deleter is a
-    /// function or a lambda without captures. If it keeps the object alive, the object can be shared again.
+    /// Shares `object`, which the last use destroys with `deleter(object)`; null gives a null pointer and calls
+    /// nothing. The deleter takes a `U*`, or a `void*`, and may have a state, which is destroyed after the call. It
+    /// must not throw, neither when it is moved. If it keeps the object alive, the object can be shared again.
     ///
     /// Throws `std::bad_alloc` if the control block cannot be allocated; `deleter(object)` has been called then.
-    /// Throws `Exception<1>`: "deleter : null deleter!".
+    /// Throws `Exception<1>`: "deleter : null deleter!" for a null pointer to a function.
     /// Throws `Exception<1>`: "!sharedObject || !getRefCounter(sharedObject) : the object is shared already!".
     /// @warning A deleter that destroys the object: do not create a SharedPtr in the object's destructor. It is not
     ///     refused there and destroys the object again.
-    template <class U, std::enable_if_t<isSharedSource<U, T>(), int> = 0>
-    SharedPtr(U* object, RefCounter::Deleter deleter, RefCounterThreading threading = REF_COUNTER_SINGLE_THREAD)
+    template <class U, class ObjectDeleter,
+              std::enable_if_t<isSharedSource<U, T>() && VornPrivate::isDeleterOf<ObjectDeleter, U>(), int> = 0>
+    SharedPtr(U* object, ObjectDeleter deleter, RefCounterThreading threading = REF_COUNTER_SINGLE_THREAD)
         : SharedPtr() {
         if (!object) return;
-        SharedObjectBase* sharedObject = nullptr;
-        if constexpr (!std::is_array_v<T>) sharedObject = VornPrivate::sharedObjectOf(object);
-        VORN_ASSERT(deleter, "null deleter!");
-        VORN_ASSERT(!sharedObject || !getRefCounter(sharedObject), "the object is shared already!");
-        pRefCounter = VornPrivate::createRefCounter(VornPrivate::untyped(object), deleter, std::is_array_v<T>,
-                                                    threading == REF_COUNTER_THREADSAFE, sharedObject,
-                                                    VornPrivate::AfterLastUse::RENEW);
+        if constexpr (VornPrivate::isUntypedDeleter<ObjectDeleter>()) {
+            own(object, static_cast<RefCounter::Deleter>(deleter), threading);
+        } else {
+            hold(object, deleter, threading);
+        }
         m_object = object;
     }
+
+    /// Takes over the object of a `std::unique_ptr` with its deleter, as the constructor from an object and a deleter
+    /// does; null gives a null pointer. A deleter that is a reference is not copied and must outlive the object.
+    ///
+    /// Throws `std::bad_alloc` if the control block cannot be allocated, and `Exception<1>` as the constructor with a
+    /// deleter does; `owner` keeps the object then.
+    template <
+        template <class, class> class Unique, class U, class ObjectDeleter,
+        std::enable_if_t<isSharedConvertible<U, T>(), int> = 0,
+        std::enable_if_t<std::is_pointer_v<decltype(std::declval<Unique<U, ObjectDeleter>&>().release())>, int> = 0>
+    SharedPtr(Unique<U, ObjectDeleter>&& owner, RefCounterThreading threading = REF_COUNTER_SINGLE_THREAD)
+        : SharedPtr() {
+        if (!owner) return;
+        using Held =
+            std::conditional_t<std::is_reference_v<ObjectDeleter>,
+                               VornPrivate::DeleterReference<std::remove_reference_t<ObjectDeleter>>, ObjectDeleter>;
+        SharedObjectBase* const sharedObject = unsharedObject(owner.get());
+        pRefCounter = new VornPrivate::HoldingRefCounter<std::remove_pointer_t<decltype(owner.release())>, Held>(
+            owner.get(), std::forward<ObjectDeleter>(owner.get_deleter()), std::is_array_v<T>,
+            threading == REF_COUNTER_THREADSAFE, sharedObject);
+        m_object = owner.release();
+    }
+
+    /// Shares the ownership of `owner`, and points to `part`: a member of the object, or any object that lives as long.
+    ///
+    ///     const Vorn::SharedPtr<int> opened(door, &door->opened);    // keeps the door alive
+    ///
+    /// @warning `isNull`, `isNotNull` and the counts ask about the owner, and `get` and `operator bool` about `part`.
+    /// They
+    ///     differ where one of `owner` and `part` is null. A null owner keeps nothing alive.
+    /// @{
+    template <class U>
+    SharedPtr(const SharedPtr<U>& owner, Element* part) noexcept : SharedPtr(owner.pRefCounter, part) {
+        addUse();
+    }
+    template <class U>
+    SharedPtr(SharedPtr<U>&& owner, Element* part) noexcept : SharedPtr(owner.pRefCounter, part) {
+        owner.forget();
+    }
+    /// @}
+
+    /// Shares the object of `weak`. To get null in place of an exception, call `WeakPtr::lock`. Defined in WeakPtr.h.
+    ///
+    /// Throws `Exception<1>`: "isAlive : the object has been destroyed!", also if there never was one.
+    template <class U, std::enable_if_t<isSharedConvertible<U, T>(), int> = 0>
+    explicit SharedPtr(const WeakPtr<U>& weak);
 
     SharedPtr(const SharedPtr& other) noexcept : SharedPtr(other.pRefCounter, other.m_object) { addUse(); }
 
@@ -153,10 +214,32 @@ public:
     /// Releases the use and makes the pointer null.
     void reset() override { SharedPtr().swap(*this); }
 
+    /// Releases the use and shares `object`, as the constructor with the same arguments does. If that throws, the
+    /// pointer stays unchanged.
+    template <class U, class... Arguments,
+              std::enable_if_t<std::is_constructible_v<SharedPtr, U*, Arguments...>, int> = 0>
+    void reset(U* object, Arguments... arguments) {
+        SharedPtr(object, std::move(arguments)...).swap(*this);
+    }
+
     void swap(SharedPtr& other) noexcept {
         std::swap(pRefCounter, other.pRefCounter);
         std::swap(m_object, other.m_object);
     }
+    friend void swap(SharedPtr& a, SharedPtr& b) noexcept { a.swap(b); }
+
+    /// An order of owners: pointers that share a control block are equivalent, also if they point to different parts of
+    /// the object. Pointers without a control block come first. See OwnerLess.
+    /// @{
+    template <class U>
+    bool ownerBefore(const SharedPtr<U>& other) const noexcept {
+        return VornPrivate::isBefore(pRefCounter, other.pRefCounter);
+    }
+    template <class U>
+    bool ownerBefore(const WeakPtr<U>& other) const noexcept {
+        return VornPrivate::isBefore(pRefCounter, other.pRefCounter);
+    }
+    /// @}
 
     Element* get() const noexcept { return m_object; } ///< Returns the object or null.
     explicit operator bool() const noexcept { return m_object; }
@@ -192,12 +275,10 @@ private:
     friend class SharedPtr;
     template <class U>
     friend class WeakPtr;
-    template <class To, class From>
-    friend SharedPtr<To> staticSharedCast(const SharedPtr<From>& pointer);
-    template <class To, class From>
-    friend SharedPtr<To> dynamicSharedCast(const SharedPtr<From>& pointer);
     template <class U>
     friend RefCounter* sharedRecord(const SharedPtr<U>& pointer);
+    template <class U, class... Args>
+    friend SharedPtr<U> VornPrivate::makeSharedObject(Vorn::RefCounterThreading threading, Args&&... args);
 
     // Takes ownership of a use that has been added.
     SharedPtr(RefCounter* counter, Element* object) noexcept : m_object(object) { pRefCounter = counter; }
@@ -211,40 +292,139 @@ private:
         m_object = nullptr;
     }
 
-    Element* m_object; // the object as an Element; null exactly if there is no control block
+    // Returns the part of an object that stores its control block, and checks that there is none yet.
+    template <class U>
+    static SharedObjectBase* unsharedObject(U* object) {
+        if constexpr (std::is_array_v<T>) {
+            return nullptr;
+        } else {
+            SharedObjectBase* const sharedObject = VornPrivate::sharedObjectOf(object);
+            VORN_ASSERT(!sharedObject || !getRefCounter(sharedObject), "the object is shared already!",
+                        "Vorn::SharedPtr::SharedPtr");
+            return sharedObject;
+        }
+    }
+
+    template <class U>
+    void own(U* object, RefCounter::Deleter deleter, RefCounterThreading threading) {
+        VORN_ASSERT(deleter, "null deleter!", "Vorn::SharedPtr::SharedPtr");
+        SharedObjectBase* const sharedObject = unsharedObject(object);
+        pRefCounter = VornPrivate::createRefCounter(VornPrivate::untyped(object), deleter, std::is_array_v<T>,
+                                                    threading == REF_COUNTER_THREADSAFE, sharedObject,
+                                                    VornPrivate::AfterLastUse::RENEW);
+    }
+
+    template <class U, class ObjectDeleter>
+    void hold(U* object, ObjectDeleter& deleter, RefCounterThreading threading) {
+        if constexpr (std::is_pointer_v<ObjectDeleter>) {
+            VORN_ASSERT(deleter, "null deleter!", "Vorn::SharedPtr::SharedPtr");
+        }
+        SharedObjectBase* const sharedObject = unsharedObject(object);
+        try {
+            pRefCounter = new VornPrivate::HoldingRefCounter<U, ObjectDeleter>(
+                object, std::move(deleter), std::is_array_v<T>, threading == REF_COUNTER_THREADSAFE, sharedObject);
+        } catch (...) {
+            deleter(object);
+            throw;
+        }
+    }
+
+    Element* m_object; // the object as an Element, or a part of it
 };
 
-/// Creates a T and shares it.
+template <class T>
+SharedPtr(WeakPtr<T>) -> SharedPtr<T>;
+template <template <class, class> class Unique, class T, class ObjectDeleter>
+SharedPtr(Unique<T, ObjectDeleter>&&, RefCounterThreading = REF_COUNTER_SINGLE_THREAD) -> SharedPtr<T>;
+
+} // namespace Vorn
+
+namespace VornPrivate {
+
+template <class T, class Count>
+Vorn::SharedPtr<T[]> makeSharedArray(Vorn::RefCounterThreading threading, Count count) {
+    static_assert(std::is_integral_v<Count>, "write the number of elements as the argument: makeShared<T[]>(4)");
+    T* const elements = new T[static_cast<std::size_t>(count)]();
+    return Vorn::SharedPtr<T[]>(elements, threading);
+}
+
+template <class T, class... Args>
+Vorn::SharedPtr<T> makeSharedObject(Vorn::RefCounterThreading threading, Args&&... args) {
+    if constexpr (std::is_array_v<T>) {
+        static_assert(std::extent_v<T> == 0, "write the number of elements as an argument: makeShared<T[]>(4)");
+        return makeSharedArray<std::remove_extent_t<T>>(threading, args...);
+    } else if constexpr (isMadeAdjacent<T>()) {
+        Vorn::RefCounter* counter = nullptr;
+        T* const object = AdjacentBlock<std::remove_cv_t<T>>::make(counter, threading == Vorn::REF_COUNTER_THREADSAFE,
+                                                                   std::forward<Args>(args)...);
+        return Vorn::SharedPtr<T>(counter, object);
+    } else {
+        return Vorn::SharedPtr<T>(new T(std::forward<Args>(args)...), threading);
+    }
+}
+
+} // namespace VornPrivate
+
+namespace Vorn {
+
+/// Creates a T and shares it. `makeShared<T[]>(count)` creates an array, whose elements are value-initialised: zero for
+/// numbers and pointers.
 ///
-/// Throws what the constructor throws, and `std::bad_alloc`; no object is left then.
+/// Throws what the constructor throws, `std::bad_alloc`, and `std::bad_array_new_length` for a count that no memory has
+/// room for; no object is left then.
 template <class T, class... Args>
 SharedPtr<T> makeShared(Args&&... args) {
-    return SharedPtr<T>(new T(std::forward<Args>(args)...));
+    return VornPrivate::makeSharedObject<T>(REF_COUNTER_SINGLE_THREAD, std::forward<Args>(args)...);
 }
 
-/// Creates a T and shares it with a thread-safe control block. Throws as `makeShared`.
+/// The same with a thread-safe control block.
 template <class T, class... Args>
 SharedPtr<T> makeSharedThreadsafe(Args&&... args) {
-    return SharedPtr<T>(new T(std::forward<Args>(args)...), REF_COUNTER_THREADSAFE);
+    return VornPrivate::makeSharedObject<T>(REF_COUNTER_THREADSAFE, std::forward<Args>(args)...);
 }
 
-/// Shares the same object as a To, by `static_cast`.
+/// Shares the same object as a To, by `static_cast`. The form for an rvalue makes `pointer` null.
 /// @warning As with `static_cast`, the object must be a To.
+/// @{
 template <class To, class From>
-SharedPtr<To> staticSharedCast(const SharedPtr<From>& pointer) {
-    SharedPtr<To> result(pointer.pRefCounter, static_cast<To*>(pointer.get()));
-    result.addUse();
-    return result;
+SharedPtr<To> staticSharedCast(const SharedPtr<From>& pointer) noexcept {
+    return SharedPtr<To>(pointer, static_cast<typename SharedPtr<To>::Element*>(pointer.get()));
 }
+template <class To, class From>
+SharedPtr<To> staticSharedCast(SharedPtr<From>&& pointer) noexcept {
+    const auto object = static_cast<typename SharedPtr<To>::Element*>(pointer.get());
+    return SharedPtr<To>(std::move(pointer), object);
+}
+/// @}
 
-/// Shares the same object as a To, by `dynamic_cast`; null if it is none.
+/// Shares the same object as a To, by `dynamic_cast`; null if it is none. The form for an rvalue makes `pointer` null
+/// only if the object is a To.
+/// @{
 template <class To, class From>
-SharedPtr<To> dynamicSharedCast(const SharedPtr<From>& pointer) {
+SharedPtr<To> dynamicSharedCast(const SharedPtr<From>& pointer) noexcept {
     To* const object = dynamic_cast<To*>(pointer.get());
-    SharedPtr<To> result(object ? pointer.pRefCounter : nullptr, object);
-    result.addUse();
-    return result;
+    return object ? SharedPtr<To>(pointer, object) : SharedPtr<To>();
 }
+template <class To, class From>
+SharedPtr<To> dynamicSharedCast(SharedPtr<From>&& pointer) noexcept {
+    To* const object = dynamic_cast<To*>(pointer.get());
+    return object ? SharedPtr<To>(std::move(pointer), object) : SharedPtr<To>();
+}
+/// @}
+
+/// Shares the same object without its `const` or `volatile`, by `const_cast`. The form for an rvalue makes `pointer`
+/// null.
+/// @{
+template <class To, class From>
+SharedPtr<To> constSharedCast(const SharedPtr<From>& pointer) noexcept {
+    return SharedPtr<To>(pointer, const_cast<typename SharedPtr<To>::Element*>(pointer.get()));
+}
+template <class To, class From>
+SharedPtr<To> constSharedCast(SharedPtr<From>&& pointer) noexcept {
+    const auto object = const_cast<typename SharedPtr<To>::Element*>(pointer.get());
+    return SharedPtr<To>(std::move(pointer), object);
+}
+/// @}
 
 /// Returns the control block of `pointer`, for bindings that count in it themselves; null if there is none.
 template <class T>
@@ -252,53 +432,7 @@ RefCounter* sharedRecord(const SharedPtr<T>& pointer) {
     return pointer.pRefCounter;
 }
 
-// Pointers are compared by address.
-
-template <class T, class U>
-bool operator==(const SharedPtr<T>& a, const SharedPtr<U>& b) noexcept {
-    return a.get() == b.get();
-}
-
-template <class T, class U>
-bool operator!=(const SharedPtr<T>& a, const SharedPtr<U>& b) noexcept {
-    return a.get() != b.get();
-}
-
-template <class T>
-bool operator<(const SharedPtr<T>& a, const SharedPtr<T>& b) noexcept {
-    return reinterpret_cast<std::uintptr_t>(a.get()) < reinterpret_cast<std::uintptr_t>(b.get());
-}
-
-template <class T>
-bool operator==(const SharedPtr<T>& pointer, std::nullptr_t) noexcept {
-    return !pointer.get();
-}
-
-template <class T>
-bool operator!=(const SharedPtr<T>& pointer, std::nullptr_t) noexcept {
-    return pointer.get();
-}
-
-template <class T>
-bool operator==(std::nullptr_t, const SharedPtr<T>& pointer) noexcept {
-    return !pointer.get();
-}
-
-template <class T>
-bool operator!=(std::nullptr_t, const SharedPtr<T>& pointer) noexcept {
-    return pointer.get();
-}
-
 } // namespace Vorn
 
-namespace std {
-
-/// The hash of the address.
-template <class T>
-struct hash<Vorn::SharedPtr<T>> {
-    size_t operator()(const Vorn::SharedPtr<T>& pointer) const noexcept {
-        return hash<typename Vorn::SharedPtr<T>::Element*>()(pointer.get());
-    }
-};
-
-} // namespace std
+// The comparisons, the hash and the output of pointers.
+#include "Vorn/Private/SharedPtrOrder.h"

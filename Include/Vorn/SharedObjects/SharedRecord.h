@@ -5,7 +5,11 @@
 #include "Vorn/Assert.h"
 #include "Vorn/SharedObjects/RefCounterWrapper.h"
 
+#include <cstddef>
+#include <cstdint>
+#include <new>
 #include <type_traits>
+#include <utility>
 
 namespace VornPrivate {
 
@@ -89,6 +93,180 @@ inline bool tryAddUse(Vorn::RefCounter* counter) {
         }
     }
     return false;
+}
+
+/// Adds a weak count in getDeleter, which keeps the block of memory until the deleter calls `releaseBlock`. Free
+/// releases free a control block without weak counts before they call the deleter.
+inline void keepBlock(Vorn::RefCounter* counter) {
+    if (counter->m_weakCount.load(std::memory_order_relaxed) == 0) {
+        // The last use has gone, too, so no thread is left that could change the count.
+        counter->m_weakCount.store(1, std::memory_order_relaxed);
+    } else {
+        addWeak(counter);
+    }
+}
+
+/// Releases the weak count that `keepBlock` has added.
+inline void releaseBlock(Vorn::RefCounter* counter) {
+    // Acquire: pairs with the releases of other weak counts. A thread-safe block may still be locked by one of them.
+    if (counter->m_isThreadsafe || counter->m_weakCount.load(std::memory_order_acquire) != 1) {
+        Vorn::releaseWeakCount(counter);
+        return;
+    }
+    counter->m_mutex.~RefCounterMutex();
+    ::operator delete(counter);
+}
+
+/// The control block in front of an object in the same block of memory, which it keeps until the object is destroyed.
+class AdjacentRefCounter final : public Vorn::RefCounter {
+public:
+    AdjacentRefCounter(void* object, Deleter deleter, bool isThreadsafe) : m_deleter(deleter) {
+        m_useCount.store(1, std::memory_order_relaxed); // no other thread has the control block yet
+        m_ptr = object;
+        m_isThreadsafe = isThreadsafe;
+    }
+
+    Deleter getDeleter() override {
+        keepBlock(this);
+        return m_deleter;
+    }
+
+private:
+    Deleter m_deleter; // destroys the object and releases the weak count
+};
+
+/// The control block of an object with a deleter of any type, which it holds. `m_ptr` is the control block itself.
+template <class Object, class ObjectDeleter>
+class HoldingRefCounter final : public Vorn::RefCounter {
+public:
+    template <class Source>
+    HoldingRefCounter(Object* object, Source&& deleter, bool isArray, bool isThreadsafe,
+                      Vorn::SharedObjectBase* sharedObject)
+        : m_object(object), m_sharedObject(sharedObject), m_deleter(std::forward<Source>(deleter)) {
+        m_useCount.store(1, std::memory_order_relaxed); // no other thread has the control block yet
+        m_ptr = this;
+        m_isArray = isArray;
+        m_isThreadsafe = isThreadsafe;
+        if (m_sharedObject) SharedObjectAccess::setRefCounter(m_sharedObject, this);
+    }
+
+    /// Keeps the block until the deleter has run.
+    Deleter getDeleter() override {
+        if (m_sharedObject) SharedObjectAccess::setRefCounter(m_sharedObject, nullptr);
+        keepBlock(this);
+        return &destroy;
+    }
+
+private:
+    static void destroy(void* record) {
+        HoldingRefCounter* const self = static_cast<HoldingRefCounter*>(record);
+        self->m_deleter(self->m_object);
+        self->m_deleter.~ObjectDeleter(); // the destructor of a control block does not run
+        releaseBlock(self);
+    }
+
+    Object* m_object;
+    Vorn::SharedObjectBase* m_sharedObject; // null for other types and for arrays
+    ObjectDeleter m_deleter;
+};
+
+/// Calls a deleter that somebody else owns.
+template <class ObjectDeleter>
+class DeleterReference {
+public:
+    explicit DeleterReference(ObjectDeleter& deleter) : m_deleter(&deleter) {}
+
+    template <class Object>
+    void operator()(Object* object) const {
+        (*m_deleter)(object);
+    }
+
+private:
+    ObjectDeleter* m_deleter;
+};
+
+/// True for classes with one `operator()`, which is no template.
+template <class Callable, class = void>
+inline constexpr bool HAS_PLAIN_CALL = false;
+template <class Callable>
+inline constexpr bool HAS_PLAIN_CALL<Callable, std::void_t<decltype(&Callable::operator())>> = true;
+
+/// Returns true if the deleter can be stored as a function that takes `void*`. A generic lambda is not asked for its
+/// conversion, which would compile its body for `void*`.
+template <class ObjectDeleter>
+constexpr bool isUntypedDeleter() {
+    if constexpr (std::is_class_v<ObjectDeleter> && !HAS_PLAIN_CALL<ObjectDeleter>) {
+        return false;
+    } else {
+        return std::is_convertible_v<ObjectDeleter, Vorn::RefCounter::Deleter>;
+    }
+}
+
+/// Returns true if the deleter can destroy an object given as `Object*`.
+template <class ObjectDeleter, class Object>
+constexpr bool isDeleterOf() {
+    if constexpr (isUntypedDeleter<ObjectDeleter>()) {
+        return true;
+    } else {
+        return std::is_invocable_v<ObjectDeleter&, Object*>;
+    }
+}
+
+/// True for classes with an `operator new` of their own.
+template <class T, class = void>
+inline constexpr bool HAS_OWN_NEW = false;
+template <class T>
+inline constexpr bool HAS_OWN_NEW<T, std::void_t<decltype(T::operator new(std::size_t()))>> = true;
+
+/// Returns true if an object can share a block of memory with its control block. A shared object cannot: its
+/// constructor may make the first pointer to it, which deletes the object with `delete`.
+template <class T>
+constexpr bool isMadeAdjacent() {
+    return !std::is_base_of_v<Vorn::SharedObjectBase, T> && !std::is_base_of_v<Vorn::InterfaceBase, T> &&
+           !HAS_OWN_NEW<T> && alignof(T) <= __STDCPP_DEFAULT_NEW_ALIGNMENT__;
+}
+
+/// A block of memory for a control block and the T behind it.
+template <class T>
+class AdjacentBlock {
+public:
+    /// Constructs both. Throws `std::bad_alloc` and what the constructor throws; nothing is left then.
+    template <class... Args>
+    static T* make(Vorn::RefCounter*& counter, bool isThreadsafe, Args&&... args) {
+        AdjacentBlock block;
+        void* const place = static_cast<char*>(block.m_memory) + OFFSET;
+        block.m_counter = ::new (block.m_memory) AdjacentRefCounter(place, &destroy, isThreadsafe);
+        T* const object = ::new (place) T(std::forward<Args>(args)...);
+        counter = block.m_counter;
+        block.m_memory = nullptr;
+        return object;
+    }
+
+private:
+    static constexpr std::size_t OFFSET = (sizeof(AdjacentRefCounter) + alignof(T) - 1) / alignof(T) * alignof(T);
+
+    AdjacentBlock() : m_memory(::operator new(OFFSET + sizeof(T))), m_counter(nullptr) {}
+    AdjacentBlock(const AdjacentBlock&) = delete;
+    AdjacentBlock& operator=(const AdjacentBlock&) = delete;
+    ~AdjacentBlock() {
+        if (!m_memory) return;
+        if (m_counter) m_counter->~AdjacentRefCounter();
+        ::operator delete(m_memory);
+    }
+
+    static void destroy(void* object) {
+        void* const memory = static_cast<char*>(object) - OFFSET;
+        static_cast<T*>(object)->~T();
+        releaseBlock(static_cast<AdjacentRefCounter*>(memory));
+    }
+
+    void* m_memory; // null once the object owns it
+    AdjacentRefCounter* m_counter;
+};
+
+/// An order of addresses, also of different objects.
+inline bool isBefore(const volatile void* a, const volatile void* b) {
+    return reinterpret_cast<std::uintptr_t>(a) < reinterpret_cast<std::uintptr_t>(b);
 }
 
 template <class T>

@@ -4,6 +4,7 @@
 ///     class SceneNode : public Vorn::TreeNode<SceneNode> { ... };
 ///     root->append(Vorn::makeShared<SceneNode>());
 ///     for (SceneNode& node : root->depthFirst()) node.draw();
+///     root->sort([](const SceneNode& a, const SceneNode& b) { return a.layer < b.layer; });
 ///
 /// A node owns its children through shared pointers. It stores its parent, which is not counted, and its index. A root
 /// is owned by the pointers of the program. When a node is destroyed, children that have other owners become roots.
@@ -11,7 +12,9 @@
 ///
 /// Cost: one vector per node. Inserting and removing renumber the following siblings. Walking a tree allocates nothing.
 ///
-/// Failures: only `append` and `insert` allocate. An operation that throws leaves the tree unchanged.
+/// A const node gives access to const nodes, except that `getChildren` returns the pointers as they are stored.
+///
+/// Failures: only `append`, `insert` and `sort` allocate. An operation that throws leaves the tree unchanged.
 ///
 /// Threads: a tree belongs to one thread at a time.
 #pragma once
@@ -19,7 +22,11 @@
 #include "Vorn/SharedObjects/SharedPtr.h"
 #include "Vorn/SharedObjects/TreeNodeHelper.h"
 
-#include <algorithm> // std::rotate
+#include <algorithm> // std::rotate, std::stable_sort
+#include <cstddef>
+#include <iterator>
+#include <type_traits>
+#include <utility>
 #include <vector>
 
 namespace Vorn {
@@ -28,16 +35,55 @@ namespace Vorn {
 template <class T>
 class TreeNode : public TreeNodeShared {
 public:
-    class DepthFirstRange;
+    template <class Walk>
+    class Range;
+    template <class Node>
+    class DepthFirstWalk;
+    template <class Node>
+    class PostOrderWalk;
+    template <class Node>
+    class AncestorWalk;
 
     ~TreeNode() override {
-        for (const SharedPtr<T>& child : m_children) detach(*child);
+        for (const SharedPtr<T>& child : m_children) unlink(*child);
     }
 
-    T* getParent() { return static_cast<T*>(TreeNodeHelper::getParent(this)); } ///< Returns null at a root.
-    unsigned int getIndex() {
-        return TreeNodeHelper::getCachedIndex(this);
-    } ///< Position among the siblings; 0 at a root.
+    /// Returns the parent; null at a root.
+    /// @{
+    T* getParent() { return static_cast<T*>(TreeNodeHelper::getParent(this)); }
+    const T* getParent() const { return static_cast<const T*>(m_parent); }
+    /// @}
+
+    /// Returns the position among the siblings; 0 at a root.
+    /// @{
+    unsigned int getIndex() { return TreeNodeHelper::getCachedIndex(this); }
+    unsigned int getIndex() const { return m_cachedIndex; }
+    /// @}
+
+    /// Returns the node above all others: this node if it has no parent.
+    /// @{
+    T& getRoot() { return const_cast<T&>(std::as_const(*this).getRoot()); }
+    const T& getRoot() const {
+        const TreeNode* node = this;
+        while (const T* const parent = node->getParent()) node = parent;
+        return static_cast<const T&>(*node);
+    }
+    /// @}
+
+    /// Returns the number of ancestors: 0 at a root.
+    std::size_t getDepth() const {
+        std::size_t depth = 0;
+        for (const TreeNode* node = getParent(); node; node = node->getParent()) ++depth;
+        return depth;
+    }
+
+    /// Returns true if `node` lies below this node. A node is not its own ancestor.
+    bool isAncestorOf(const T& node) const {
+        const TreeNode* above = static_cast<const TreeNode&>(node).getParent();
+        while (above && above != this) above = above->getParent();
+        return above;
+    }
+
     /// Returns the number of children.
     unsigned int getChildCount() const { return static_cast<unsigned int>(m_children.size()); }
 
@@ -48,10 +94,16 @@ public:
     /// Returns a child.
     ///
     /// Throws `Exception<4>`: "index out of range!".
-    T& getChild(unsigned int index) const {
+    /// @{
+    T& getChild(unsigned int index) {
         if (index >= m_children.size()) VORN_THROW(E::PARAMETER, "index out of range!");
         return *m_children[index];
     }
+    const T& getChild(unsigned int index) const {
+        if (index >= m_children.size()) VORN_THROW(E::PARAMETER, "index out of range!");
+        return *m_children[index];
+    }
+    /// @}
 
     /// Inserts `child` behind the other children; see `insert`.
     void append(const SharedPtr<T>& child) {
@@ -92,7 +144,7 @@ public:
         TreeNodeHelper::assertValidTreeNodeInChildList(m_children[index].get());
         SharedPtr<T> child = std::move(m_children[index]);
         m_children.erase(m_children.begin() + static_cast<std::ptrdiff_t>(index));
-        detach(*child);
+        unlink(*child);
         cacheIndexesFrom(index);
         return child;
     }
@@ -104,6 +156,13 @@ public:
         TreeNode& node = child;
         if (node.m_parent != this) VORN_THROW(E::PARAMETER, "not a child of this node!");
         return removeAt(node.getIndex());
+    }
+
+    /// Removes this node, with all below it, from its parent, and returns it; null if it is a root already.
+    /// @warning If nobody else owns the node and the result is not kept, the node is destroyed.
+    SharedPtr<T> detach() {
+        T* const parent = getParent();
+        return parent ? static_cast<TreeNode*>(parent)->removeAt(getIndex()) : SharedPtr<T>();
     }
 
     /// Moves the child at `from` to `to`; the children between them move up or down by one.
@@ -120,21 +179,96 @@ public:
         cacheIndexesFrom(from < to ? from : to);
     }
 
-    /// Returns a range of this node and all its descendants, each parent before its children, for a range-based loop.
+    /// Sorts the children, so that `isBefore(b, a)` is false for each `a` in front of a `b`. Children that are equal
+    /// keep their order. `isBefore` takes two `const T&` and must not change the list.
+    ///
+    /// Throws `std::bad_alloc`, and what `isBefore` throws; the order is unchanged then.
+    template <class Comparison>
+    void sort(Comparison isBefore) {
+        std::vector<T*> order;
+        order.reserve(m_children.size());
+        for (const SharedPtr<T>& child : m_children) order.push_back(child.get());
+        std::stable_sort(order.begin(), order.end(), [&](const T* a, const T* b) -> bool { return isBefore(*a, *b); });
+        std::vector<SharedPtr<T>> sorted;
+        sorted.reserve(order.size());
+        for (T* const child : order) sorted.push_back(std::move(m_children[static_cast<TreeNode*>(child)->getIndex()]));
+        m_children.swap(sorted);
+        cacheIndexesFrom(0);
+    }
+
+    /// Returns a range of this node and all its descendants, each parent before its children (pre-order), for a
+    /// range-based loop.
     ///
     /// During the loop, nodes may be added below or behind the current one, and its children may be removed. The
     /// current node itself must stay where it is.
     /// @warning The range does not own this node. In `for (Node& node : makeShared<Node>()->depthFirst())` the node is
     ///     destroyed before the loop begins; store the SharedPtr first.
-    DepthFirstRange depthFirst() { return DepthFirstRange(static_cast<T*>(this)); }
+    /// @{
+    Range<DepthFirstWalk<T>> depthFirst() { return Range<DepthFirstWalk<T>>(static_cast<T*>(this)); }
+    Range<DepthFirstWalk<const T>> depthFirst() const {
+        return Range<DepthFirstWalk<const T>>(static_cast<const T*>(this));
+    }
+    /// @}
+
+    /// Returns a range of this node and all its descendants, each parent behind its children (post-order).
+    ///
+    /// During the loop, the current node may be detached and destroyed, nodes may be added below it, and what has been
+    /// visited may be removed. All other nodes must stay where they are.
+    /// @warning As with `depthFirst`, the range does not own this node.
+    /// @{
+    Range<PostOrderWalk<T>> postOrder() { return Range<PostOrderWalk<T>>(static_cast<T*>(this)); }
+    Range<PostOrderWalk<const T>> postOrder() const {
+        return Range<PostOrderWalk<const T>>(static_cast<const T*>(this));
+    }
+    /// @}
+
+    /// Returns a range of the parent, its parent, and so on up to the root; empty at a root.
+    ///
+    /// During the loop, the current node and those above it must stay where they are.
+    /// @{
+    Range<AncestorWalk<T>> ancestors() { return Range<AncestorWalk<T>>(static_cast<T*>(this)); }
+    Range<AncestorWalk<const T>> ancestors() const { return Range<AncestorWalk<const T>>(static_cast<const T*>(this)); }
+    /// @}
+
+    /// Returns the first node of `depthFirst`, this node included, for which `condition` returns true; null if there is
+    /// none. `condition` takes a `T&` (`const T&` of a const node).
+    /// @{
+    template <class Condition>
+    T* find(Condition&& condition) {
+        return findIn(depthFirst(), condition);
+    }
+    template <class Condition>
+    const T* find(Condition&& condition) const {
+        return findIn(depthFirst(), condition);
+    }
+    /// @}
 
 protected:
     TreeNode() = default;
 
 private:
-    static void detach(TreeNode& node) {
+    static void unlink(TreeNode& node) {
         node.m_parent = nullptr;
         TreeNodeHelper::cacheIndex(&node, 0);
+    }
+
+    template <class Nodes, class Condition>
+    static auto findIn(Nodes nodes, Condition& condition) {
+        auto node = nodes.begin();
+        while (node != nodes.end() && !condition(*node)) ++node;
+        return node.operator->();
+    }
+
+    // What the walks read. T may have members of the same names.
+    static unsigned int childCount(const TreeNode* node) { return node->getChildCount(); }
+    static unsigned int indexOf(const TreeNode* node) { return node->getIndex(); }
+    static T* parentOf(TreeNode* node) { return node->getParent(); }
+    static const T* parentOf(const TreeNode* node) { return node->getParent(); }
+    template <class Node>
+    static Node* childOf(const TreeNode* node, unsigned int index) {
+        T* const child = node->m_children[index].get();
+        TreeNodeHelper::assertValidTreeNodeInChildList(child);
+        return child;
     }
 
     void cacheIndexesFrom(unsigned int index) {
@@ -150,58 +284,130 @@ private:
     std::vector<SharedPtr<T>> m_children; // never null; each has this node as parent and its position cached
 };
 
-/// The nodes of a subtree, each parent before its children.
+/// A range of nodes, visited by a forward iterator. `Walk` has the current node and finds the next one.
 template <class T>
-class TreeNode<T>::DepthFirstRange {
+template <class Walk>
+class TreeNode<T>::Range {
 public:
     class Iterator {
     public:
-        T& operator*() const { return *m_node; }
-        T* operator->() const { return m_node; }
+        using value_type = std::remove_pointer_t<decltype(Walk::node)>;
+        using reference = value_type&;
+        using pointer = value_type*;
+        using difference_type = std::ptrdiff_t;
+        using iterator_category = std::forward_iterator_tag;
 
-        /// Advances to the first child, or to the next sibling of the node or of its nearest ancestor that has one.
+        Iterator() = default;
+
+        reference operator*() const { return *m_walk.node; }
+        pointer operator->() const { return m_walk.node; }
+
         Iterator& operator++() {
-            if (m_node->getChildCount() > 0) {
-                enter(0);
-                return *this;
-            }
-            while (m_node != m_root) {
-                const unsigned int next = m_node->getIndex() + 1;
-                m_node = m_node->getParent();
-                if (next < m_node->getChildCount()) {
-                    enter(next);
-                    return *this;
-                }
-            }
-            m_node = nullptr;
+            m_walk.advance();
             return *this;
         }
-
-        friend bool operator==(const Iterator& a, const Iterator& b) { return a.m_node == b.m_node; }
-        friend bool operator!=(const Iterator& a, const Iterator& b) { return a.m_node != b.m_node; }
-
-    private:
-        friend class DepthFirstRange;
-        Iterator(T* root, T* node) : m_root(root), m_node(node) {}
-
-        void enter(unsigned int index) {
-            T* const child = m_node->getChildren()[index].get();
-            TreeNodeHelper::assertValidTreeNodeInChildList(child);
-            m_node = child;
+        Iterator operator++(int) {
+            const Iterator before = *this;
+            m_walk.advance();
+            return before;
         }
 
-        T* m_root;
-        T* m_node; // null at the end
+        friend bool operator==(const Iterator& a, const Iterator& b) { return a.m_walk.node == b.m_walk.node; }
+        friend bool operator!=(const Iterator& a, const Iterator& b) { return a.m_walk.node != b.m_walk.node; }
+
+    private:
+        friend class Range;
+        explicit Iterator(const Walk& walk) : m_walk(walk) {}
+
+        Walk m_walk;
     };
 
-    Iterator begin() const { return Iterator(m_root, m_root); }
-    Iterator end() const { return Iterator(m_root, nullptr); }
+    Iterator begin() const { return Iterator(Walk(m_start)); }
+    Iterator end() const { return Iterator(); }
 
 private:
     friend class TreeNode;
-    explicit DepthFirstRange(T* root) : m_root(root) {}
+    using Node = typename Iterator::value_type;
+    explicit Range(Node* start) : m_start(start) {}
 
-    T* m_root;
+    Node* m_start;
+};
+
+/// Each parent before its children.
+template <class T>
+template <class Node>
+class TreeNode<T>::DepthFirstWalk {
+public:
+    DepthFirstWalk() = default;
+    explicit DepthFirstWalk(Node* root) : node(root), m_root(root) {}
+
+    /// Goes to the first child, or to the next sibling of the node or of its nearest ancestor that has one.
+    void advance() {
+        if (childCount(node) > 0) {
+            node = childOf<Node>(node, 0);
+            return;
+        }
+        while (node != m_root) {
+            const unsigned int next = indexOf(node) + 1;
+            node = parentOf(node);
+            if (next < childCount(node)) {
+                node = childOf<Node>(node, next);
+                return;
+            }
+        }
+        node = nullptr;
+    }
+
+    Node* node = nullptr; ///< the current node; null at the end
+
+private:
+    Node* m_root = nullptr;
+};
+
+/// Each parent behind its children. The next node is found before the current one is visited, which may then go.
+template <class T>
+template <class Node>
+class TreeNode<T>::PostOrderWalk {
+public:
+    PostOrderWalk() = default;
+    explicit PostOrderWalk(Node* root) : node(firstBelow(root)), m_root(root), m_next(behind(node)) {}
+
+    void advance() {
+        node = m_next;
+        if (node) m_next = behind(node);
+    }
+
+    Node* node = nullptr; ///< the current node; null at the end
+
+private:
+    static Node* firstBelow(Node* above) {
+        while (childCount(above) > 0) above = childOf<Node>(above, 0);
+        return above;
+    }
+
+    // The first node below the next sibling, or the parent.
+    Node* behind(Node* visited) const {
+        if (visited == m_root) return nullptr;
+        const unsigned int next = indexOf(visited) + 1;
+        Node* const parent = parentOf(visited);
+        return next < childCount(parent) ? firstBelow(childOf<Node>(parent, next)) : parent;
+    }
+
+    Node* m_root = nullptr;
+    Node* m_next = nullptr;
+};
+
+/// The parent, its parent and so on.
+template <class T>
+template <class Node>
+class TreeNode<T>::AncestorWalk {
+public:
+    AncestorWalk() = default;
+    explicit AncestorWalk(Node* start) : node(parentOf(start)) {}
+
+    void advance() { node = parentOf(node); }
+
+    Node* node = nullptr; ///< the current node; null above the root
 };
 
 } // namespace Vorn

@@ -36,6 +36,23 @@ public:
         addWeak();
     }
 
+    /// Refers to a shared object by its raw pointer, such as `this`. The type derives from SharedObjectBase or
+    /// InterfaceBase. Null, an object that is not shared yet and one that is being destroyed give a null pointer.
+    /// @warning In the constructor of the object, the result is null: nothing owns the object yet.
+    template <class U, std::enable_if_t<isSharedSource<U, T>(), int> = 0>
+    explicit WeakPtr(U* object) : WeakPtr() {
+        static_assert(std::is_convertible_v<const volatile U*, const volatile SharedObjectBase*> ||
+                          std::is_convertible_v<const volatile U*, const volatile InterfaceBase*>,
+                      "only a SharedObjectBase or InterfaceBase knows its owners: make the WeakPtr of a SharedPtr");
+        SharedObjectBase* const sharedObject = object ? VornPrivate::sharedObjectOf(object) : nullptr;
+        RefCounter* const counter =
+            sharedObject ? VornPrivate::SharedObjectAccess::getRefCounter(sharedObject) : nullptr;
+        if (!counter || counter->m_useCount.load(std::memory_order_relaxed) < 1) return;
+        pRefCounter = counter;
+        m_object = object;
+        addWeak();
+    }
+
     WeakPtr(const WeakPtr& other) noexcept : WeakPtr(other.pRefCounter, other.m_object) { addWeak(); }
 
     WeakPtr(WeakPtr&& other) noexcept : WeakPtr(other.pRefCounter, other.m_object) { other.forget(); }
@@ -46,6 +63,13 @@ public:
     WeakPtr(const WeakPtr<U>& other) : WeakPtr(other.pRefCounter, nullptr) {
         m_object = other.lock().get();
         addWeak();
+    }
+
+    /// The same, and makes `other` null.
+    template <class U, std::enable_if_t<isSharedConvertible<U, T>(), int> = 0>
+    WeakPtr(WeakPtr<U>&& other) : WeakPtr(other.pRefCounter, nullptr) {
+        m_object = other.lock().get();
+        other.forget();
     }
 
     ~WeakPtr() { releaseWeakCount(); }
@@ -67,6 +91,19 @@ public:
         std::swap(pRefCounter, other.pRefCounter);
         std::swap(m_object, other.m_object);
     }
+    friend void swap(WeakPtr& a, WeakPtr& b) noexcept { a.swap(b); }
+
+    /// The order of owners; see `SharedPtr::ownerBefore`. It does not change when the object is destroyed.
+    /// @{
+    template <class U>
+    bool ownerBefore(const WeakPtr<U>& other) const noexcept {
+        return VornPrivate::isBefore(pRefCounter, other.pRefCounter);
+    }
+    template <class U>
+    bool ownerBefore(const SharedPtr<U>& other) const noexcept {
+        return VornPrivate::isBefore(pRefCounter, other.pRefCounter);
+    }
+    /// @}
 
     /// Returns a SharedPtr to the object; null if the object has been destroyed.
     SharedPtr<T> lock() const {
@@ -87,6 +124,8 @@ public:
 private:
     template <class U>
     friend class WeakPtr;
+    template <class U>
+    friend class SharedPtr;
     friend struct std::hash<WeakPtr>;
     template <class U>
     friend RefCounter* weakRecord(const WeakPtr<U>& pointer);
@@ -106,6 +145,18 @@ private:
 
     Element* m_object; // dangles after the object has been destroyed; used only while a use is held
 };
+
+template <class T>
+WeakPtr(SharedPtr<T>) -> WeakPtr<T>;
+
+template <class T>
+template <class U, std::enable_if_t<isSharedConvertible<U, T>(), int>>
+SharedPtr<T>::SharedPtr(const WeakPtr<U>& weak) : SharedPtr() {
+    SharedPtr<U> locked = weak.lock();
+    const bool isAlive = locked.pRefCounter;
+    VORN_ASSERT(isAlive, "the object has been destroyed!", "Vorn::SharedPtr::SharedPtr");
+    SharedPtr(std::move(locked)).swap(*this);
+}
 
 /// Returns the control block of `pointer`, for bindings that count in it themselves; null if there is none.
 template <class T>

@@ -177,14 +177,14 @@ Structure delegateNodes() {
     return {NESTED_OBJECTS, chain};
 }
 
-Structure deepTree() {
-    SharedPtr<Node> root = Vorn::makeShared<Node>(TREE_LEVELS - 1);
-    for (int number = TREE_LEVELS - 1; number-- > 0;) {
+Structure deepTree(int levels) {
+    SharedPtr<Node> root = Vorn::makeShared<Node>(levels - 1);
+    for (int number = levels - 1; number-- > 0;) {
         const SharedPtr<Node> parent = Vorn::makeShared<Node>(number);
         parent->append(root);
         root = parent;
     }
-    return structure(TREE_LEVELS, root);
+    return structure(levels, root);
 }
 
 // Two children at each level; the first one goes on, or the second one.
@@ -213,7 +213,7 @@ const Row ROWS[] = {
     {"nested delegates", &nestedDelegates},
     {"nested events", &nestedEvents},
     {"chain of delegate nodes", &delegateNodes},
-    {"tree of one child per level", &deepTree},
+    {"tree of one child per level", [] { return deepTree(TREE_LEVELS); }},
     {"tree of two children per level, the first one deep", [] { return branchingTree(true); }},
     {"tree of two children per level, the second one deep", [] { return branchingTree(false); }},
 };
@@ -240,6 +240,14 @@ TEST(DestructionDepth, DestroysEachStructureOnTheMainStack) {
 #endif
 
 #if defined(__linux__)
+TEST(DestructionDepth, DestroysATreeOfAMillionLevels) {
+    Structure tree = deepTree(NESTED_OBJECTS);
+    destruction = DestructionLog();
+    runWithStack(SMALL_STACK, [&tree] { tree.holder.reset(); });
+    EXPECT_EQ(destruction.begun, NESTED_OBJECTS);
+    EXPECT_EQ(destruction.firstOutOfOrder, -1);
+}
+
 TEST(DestructionDepth, DestroysEachStructureOnASmallStack) {
     destroyEach([](const std::function<void()>& body) { runWithStack(SMALL_STACK, body); });
 }
