@@ -39,6 +39,7 @@
 #include "Vorn/String/UTF8.h"
 #include "Vorn/String/UTF8String.h"
 #include "Vorn/String/Unicode.h"
+#include "Vorn/Text/CodePoints.h"
 #include "Vorn/Text/TextNumbers.h"
 #include "Vorn/Text/TextView.h"
 #include "Vorn/Types.h"

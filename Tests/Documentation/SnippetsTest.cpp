@@ -122,6 +122,30 @@ TEST(Snippets, Assert) {
 #undef N
 #undef text
 
+TEST(Snippets, TextView) {
+    struct File {
+        Vorn::String getName() const { return "icon.png"; }
+    };
+    using Vorn::TextView;
+    const File file;
+    unsigned int pictures = 0;
+    const auto isPicture = [&](TextView path) { pictures += path.getLength() == 8; };
+    isPicture(file.getName());
+    isPicture("icon.png");
+    EXPECT_EQ(pictures, 2u);
+}
+
+TEST(Snippets, CodePoints) {
+    using namespace Vorn;
+    const String name("d\xC3\xB6r!");
+    unsigned int drawn = 0;
+    const auto drawGlyph = [&](UTF32Char c) { drawn += c; };
+    for (UTF32Char c : codePoints(name)) drawGlyph(c);
+    const unsigned int third = offsetOfCodePoint(name, 3);
+    EXPECT_EQ(drawn, 0x64u + 0xF6 + 0x72 + 0x21);
+    EXPECT_EQ(third, 4u);
+}
+
 TEST(Snippets, PrintInt) {
     unsigned char text[11];
     unsigned int size = Vorn::printDec(-42, text, 11);

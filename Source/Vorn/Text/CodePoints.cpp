@@ -1,0 +1,58 @@
+#include "Vorn/Text/CodePoints.h"
+
+#include "Vorn/PlainText.h"
+#include "Vorn/UTF16Runs.h"
+#include "Vorn/UTF8Runs.h"
+
+namespace Vorn {
+
+namespace {
+
+using namespace VornPrivate;
+
+unsigned int countCodePoints(const unsigned char* text, unsigned int length) {
+    RunCounts run;
+    unsigned int others = 0; // characters that runs do not skip
+    for (unsigned int i = 0; (i = skipOrdinary<true, false>(text, i, length, run)) < length; ++others)
+        i += decodeNext(text + i, text + length).units;
+    return run.characters + others;
+}
+
+unsigned int countCodePoints(const UTF16Char* text, unsigned int length) {
+    UnitCounts<0x80> run;
+    unsigned int pairs = 0; // that runs do not skip
+    for (unsigned int i = 0; (i = skipOrdinary<true, false>(text, i, length, run)) < length;) {
+        const unsigned int units = decodeNext(text + i, text + length).units;
+        pairs += units == 2;
+        i += units;
+    }
+    return length - run.pairs - pairs;
+}
+
+template <class CharType>
+unsigned int offsetOf(const CharType* text, unsigned int length, unsigned int n) {
+    unsigned int i = 0;
+    while (n != 0 && i < length) {
+        const unsigned int end = findPlainEnd(text, i, n < length - i ? i + n : length);
+        n -= end - i;
+        i = end;
+        // Other scripts have few plain characters between theirs.
+        for (unsigned int k = 0; k < 16 && n != 0 && i < length; ++k, --n)
+            i += decodeNext(text + i, text + length).units;
+    }
+    return n == 0 ? i : NOT_FOUND;
+}
+
+} // namespace
+
+unsigned int codePointCount(TextView text) noexcept {
+    if (text.isUTF8()) return countCodePoints(text.getUTF8(), text.getLength());
+    return countCodePoints(text.getUTF16(), text.getLength());
+}
+
+unsigned int offsetOfCodePoint(TextView text, unsigned int n) noexcept {
+    if (text.isUTF8()) return offsetOf(text.getUTF8(), text.getLength(), n);
+    return offsetOf(text.getUTF16(), text.getLength(), n);
+}
+
+} // namespace Vorn
