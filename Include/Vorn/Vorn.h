@@ -40,6 +40,8 @@
 #include "Vorn/String/UTF8String.h"
 #include "Vorn/String/Unicode.h"
 #include "Vorn/Text/CodePoints.h"
+#include "Vorn/Text/MakeString.h"
+#include "Vorn/Text/TextConversion.h"
 #include "Vorn/Text/TextNumbers.h"
 #include "Vorn/Text/TextView.h"
 #include "Vorn/Types.h"

@@ -146,6 +146,33 @@ TEST(Snippets, CodePoints) {
     EXPECT_EQ(third, 4u);
 }
 
+TEST(Snippets, MakeString) {
+    using namespace Vorn;
+    const std::string line = "line", download = "a\xFF", file = "\xFF";
+    const String name = makeString(line);
+    const String shown = makeStringReplacing(download);
+    const MadeString read = tryMakeString(file);
+    const String& title = VORN_TEXT("Options");
+    EXPECT_EQ(std::string(name.getCString()), "line");
+    EXPECT_EQ(std::string(shown.getCString()), "a\xEF\xBF\xBD");
+    EXPECT_FALSE(read);
+    EXPECT_EQ(std::string(title.getCString()), "Options");
+}
+
+TEST(Snippets, TextConversion) {
+    using namespace Vorn;
+    const String name = makeString("d\xC3\xB6r");
+    char line[80];
+    const std::string path = toUTF8(name);
+    const std::u16string label = toUTF16(name);
+    const ConvertedText part = toUTF8(name, line, 80);
+    const String wide = inUTF16(name);
+    EXPECT_EQ(path, "d\xC3\xB6r");
+    EXPECT_TRUE(label == u"d\u00F6r");
+    EXPECT_EQ(part.written, 4u);
+    EXPECT_FALSE(TextView(wide).isUTF8());
+}
+
 TEST(Snippets, PrintInt) {
     unsigned char text[11];
     unsigned int size = Vorn::printDec(-42, text, 11);

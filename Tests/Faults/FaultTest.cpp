@@ -95,6 +95,7 @@ std::string shortened(std::string symbol) {
                       "std::string");
     symbol = replaced(symbol, "std::basic_string_view<char, std::char_traits<char> >", "std::string_view");
     symbol = replaced(symbol, "__va_list_tag*", "va_list");
+    symbol = replaced(symbol, "[abi:cxx11]", "");
     return replaced(symbol, "Vorn::", "");
 }
 

@@ -70,8 +70,8 @@ struct Operation {
     Outcome outcome;
 
     /// The exported functions that the row runs, as `nm -C` lists them but without the namespace and with short names
-    /// of the standard types. Private and protected members stand without parameters, for all their overloads. An
-    /// operation that a header defines has none.
+    /// of the standard types. A name without parameters stands for all its overloads. An operation that a header
+    /// defines has none.
     std::vector<std::string> symbols;
 
     /// Prepares its objects, runs the operation through the attempt once, and destroys everything that it made.

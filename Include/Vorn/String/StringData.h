@@ -30,6 +30,7 @@
 VORN_ALLOW_SURPRISES_BEGIN
 
 namespace VornPrivate {
+struct RecordAccess;    // builds records over text that is known to be valid
 struct StringDataProbe; // lets a test build the static records that only the library can build
 }
 
@@ -271,6 +272,7 @@ private:
     friend class StringOwnerMap;
     friend bool operator==(const StringData& a, const StringData& b);
     friend bool operator<(const StringData& a, const StringData& b);
+    friend struct VornPrivate::RecordAccess;
     friend struct VornPrivate::StringDataProbe;
 
     // Builds a static constant record over two terminated buffers, without validation.

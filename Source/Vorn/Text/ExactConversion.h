@@ -1,0 +1,115 @@
+/// @file
+/// ExactConversion: converts any text between UTF-8, UTF-16 and UTF-32 exactly. Private.
+///
+/// Malformed units become U+FFFD, one for each maximal subpart of a character. U+0000 is written as a zero unit, or for
+/// the text of a String (`ForString`) in UTF-8 as 0xC0 0x80. Nothing here throws or allocates.
+#pragma once
+
+#include "Vorn/PlainText.h"
+#include "Vorn/Private/TextDecoding.h"
+#include "Vorn/UTF16Runs.h"
+#include "Vorn/UTF8Runs.h"
+
+#include <cstdint>
+#include <cstring>
+#include <type_traits>
+
+namespace VornPrivate {
+
+using Vorn::UTF32Char;
+
+/// Calls `f` with the units and the length of a text.
+template <class F>
+auto withUnits(Vorn::TextView text, F f) {
+    return text.isUTF8() ? f(text.getUTF8(), text.getLength()) : f(text.getUTF16(), text.getLength());
+}
+
+/// The number of units of a code point in UTF-8 or UTF-16.
+template <class Target, bool ForString>
+constexpr unsigned int unitsOf(UTF32Char code) noexcept {
+    if (sizeof(Target) == 2) return code < 0x10000 ? 1 : 2;
+    if (code < 0x80) return ForString && code == 0 ? 2 : 1;
+    return code < 0x800 ? 2 : code < 0x10000 ? 3 : 4;
+}
+
+/// The length of a text in UTF-8 or UTF-16.
+template <class Target, bool ForString, class Source>
+std::uint64_t convertedLength(const Source* source, unsigned int length) {
+    std::conditional_t<sizeof(Source) == 1, RunCounts, UnitCounts<0x80>> run;
+    std::uint64_t others = 0;    // units of the result for characters that runs do not skip
+    unsigned int otherUnits = 0; // units of these characters
+    for (unsigned int i = 0; (i = skipOrdinary<true, false>(source, i, length, run)) < length;) {
+        const DecodedCharacter character = decodeNext(source + i, source + length);
+        others += unitsOf<Target, ForString>(character.code);
+        otherUnits += character.units;
+        i += character.units;
+    }
+    const unsigned int runUnits = length - otherUnits;
+    if constexpr (sizeof(Source) == sizeof(Target))
+        return runUnits + others;
+    else if constexpr (sizeof(Source) == 1)
+        return std::uint64_t(run.characters) + run.fourBytes + others;
+    else
+        return std::uint64_t(runUnits) + run.twoBytes + run.threeBytes + std::uint64_t(2) * run.pairs + others;
+}
+
+/// Copies blocks of ASCII from `source` to `dest`, and moves both behind them.
+template <bool ForString, class Source, class Target>
+inline void convertPlain(const Source*& source, const Source* end, Target*& dest) {
+    constexpr unsigned int BLOCK = 16;
+    while (end - source >= BLOCK) {
+        Source all = 0;
+        bool hasNull = false; // of two bytes in the UTF-8 of a String
+        for (unsigned int k = 0; k < BLOCK; ++k) {
+            all = static_cast<Source>(all | source[k]);
+            if (ForString && sizeof(Target) == 1) hasNull |= source[k] == 0;
+        }
+        if (all >= 0x80 || hasNull) return;
+        for (unsigned int k = 0; k < BLOCK; ++k) dest[k] = static_cast<Target>(source[k]);
+        source += BLOCK;
+        dest += BLOCK;
+    }
+}
+
+inline char32_t* encodeTo(char32_t* dest, UTF32Char code) noexcept {
+    *dest = code;
+    return dest + 1;
+}
+
+/// Copies ordinary text from `source` to `dest`, and moves both behind it.
+template <class Source, class Target>
+inline void convertOrdinaryRun(const Source*& source, const Source* end, Target*& dest) {
+    std::conditional_t<sizeof(Source) == 1, RunCounts, UnitCounts<0x80>> run;
+    const auto count = skipOrdinary<true, false>(source, 0, static_cast<unsigned int>(end - source), run);
+    std::memcpy(dest, source, count * sizeof(Source));
+    source += count;
+    dest += count;
+}
+
+/// Writes a text in another encoding, or the same one, to memory of the length that `convertedLength` returns. Returns
+/// the end.
+template <bool ForString, class Source, class Target>
+Target* convertExactly(const Source* source, unsigned int length, Target* dest) {
+    const Source* const end = source + length;
+    const auto convertNext = [&] {
+        const DecodedCharacter character = decodeNext(source, end);
+        source += character.units;
+        if constexpr (ForString)
+            dest = encodeForString(dest, character.code);
+        else
+            dest = encodeTo(dest, character.code);
+    };
+    while (source != end) {
+        if constexpr (sizeof(Source) == sizeof(Target)) {
+            convertOrdinaryRun(source, end, dest);
+            if (source != end) convertNext();
+        } else {
+            if (*source < 0x80) convertPlain<ForString>(source, end, dest);
+            // Other scripts have few runs of sixteen plain characters.
+            for (unsigned int k = 0; k < 16 && source != end; ++k) convertNext();
+        }
+    }
+    return dest;
+}
+
+} // namespace VornPrivate
