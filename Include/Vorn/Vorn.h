@@ -43,6 +43,8 @@
 #include "Vorn/Text/MakeString.h"
 #include "Vorn/Text/TextConversion.h"
 #include "Vorn/Text/TextNumbers.h"
+#include "Vorn/Text/TextOrder.h"
+#include "Vorn/Text/TextSearch.h"
 #include "Vorn/Text/TextView.h"
 #include "Vorn/Types.h"
 #include "Vorn/Vector2.h"

@@ -14,6 +14,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <map>
 #include <sstream>
 #include <string>
 #include <unordered_map>
@@ -171,6 +172,30 @@ TEST(Snippets, TextConversion) {
     EXPECT_TRUE(label == u"d\u00F6r");
     EXPECT_EQ(part.written, 4u);
     EXPECT_FALSE(TextView(wide).isUTF8());
+}
+
+TEST(Snippets, TextOrder) {
+    using namespace Vorn;
+    using Level = int;
+    std::map<String, Level, CodePointLess> levels;
+    std::unordered_map<String, Level, TextHash, TextEqual> table;
+    levels[makeString("intro")] = 1;
+    table[makeString("intro")] = 1;
+    const auto found = levels.find("intro");
+    EXPECT_EQ(found->second, 1);
+}
+
+TEST(Snippets, TextSearch) {
+    using namespace Vorn;
+    const String line = makeString("key: value // more"), path = makeString("icon.png");
+    const unsigned int colon = find(line, ':');
+    const unsigned int next = findNext(line, "//", colon);
+    const bool isPicture = endsWithIgnoringASCIICase(path, u".PNG");
+    const unsigned int end = findAnyOf(line, " \t\r\n");
+    EXPECT_EQ(colon, 3u);
+    EXPECT_EQ(next, 11u);
+    EXPECT_TRUE(isPicture);
+    EXPECT_EQ(end, 4u);
 }
 
 TEST(Snippets, PrintInt) {

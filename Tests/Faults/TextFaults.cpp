@@ -2,6 +2,8 @@
 #include "Vorn/Text/CodePoints.h"
 #include "Vorn/Text/MakeString.h"
 #include "Vorn/Text/TextConversion.h"
+#include "Vorn/Text/TextOrder.h"
+#include "Vorn/Text/TextSearch.h"
 
 #include <string>
 
@@ -96,11 +98,52 @@ std::vector<Operation> textOperations() {
                  Vorn::inUTF16(TEXT);
              });
          }},
-        {"CodePoints",
-         Outcome::ALLOCATES_NOTHING,
-         {"codePointCount", "offsetOfCodePoint"},
+        {"TextSearch_NeedlesOfAnotherEncoding",
+         Outcome::THROWS,
+         {"find", "findNext", "findLast", "findPrevious", "count", "findIgnoringASCIICase",
+          "findNextIgnoringASCIICase"},
          [](Attempt& attempt) {
              attempt([] {
+                 Vorn::find(TEXT, WIDE);
+                 Vorn::findNext(WIDE, TEXT, 1);
+                 Vorn::findLast(TEXT, WIDE);
+                 Vorn::findPrevious(WIDE, TEXT, 1);
+                 Vorn::count(TEXT, WIDE);
+                 Vorn::findIgnoringASCIICase(TEXT, WIDE);
+                 Vorn::findNextIgnoringASCIICase(WIDE, TEXT, 1);
+             });
+         }},
+        {"TextSearch_OtherSearches",
+         Outcome::ALLOCATES_NOTHING,
+         {"startsWith", "endsWith", "findAnyOf", "findNoneOf", "findLastAnyOf", "findLastNoneOf", "findNextAnyOf",
+          "findNextNoneOf", "equalsIgnoringASCIICase", "compareIgnoringASCIICase", "startsWithIgnoringASCIICase",
+          "endsWithIgnoringASCIICase"},
+         [](Attempt& attempt) {
+             attempt([] {
+                 Vorn::find(TEXT, TEXT);
+                 Vorn::find(TEXT, 'x');
+                 Vorn::startsWith(TEXT, WIDE);
+                 Vorn::endsWith(TEXT, WIDE);
+                 Vorn::findAnyOf(TEXT, WIDE);
+                 Vorn::findNoneOf(TEXT, WIDE);
+                 Vorn::findLastAnyOf(TEXT, WIDE);
+                 Vorn::findLastNoneOf(TEXT, WIDE);
+                 Vorn::findNextAnyOf(TEXT, WIDE, 1);
+                 Vorn::findNextNoneOf(TEXT, WIDE, 1);
+                 Vorn::equalsIgnoringASCIICase(TEXT, WIDE);
+                 Vorn::compareIgnoringASCIICase(TEXT, WIDE);
+                 Vorn::startsWithIgnoringASCIICase(TEXT, WIDE);
+                 Vorn::endsWithIgnoringASCIICase(TEXT, WIDE);
+             });
+         }},
+        {"TextOrder",
+         Outcome::ALLOCATES_NOTHING,
+         {"compare", "equals", "hashOfText", "codePointCount", "offsetOfCodePoint"},
+         [](Attempt& attempt) {
+             attempt([] {
+                 Vorn::compare(TEXT, WIDE);
+                 Vorn::equals(TEXT, WIDE);
+                 Vorn::hashOfText(WIDE);
                  Vorn::codePointCount(TEXT);
                  Vorn::offsetOfCodePoint(TEXT, 3);
              });
