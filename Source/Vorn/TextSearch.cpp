@@ -12,6 +12,8 @@
 //                 |  <---- |              |    mismatch in the left part: shift by the period of the needle
 #include "TextSearch.h"
 
+#include "Text/UnitSearch.h"
+
 #include <cstring>
 
 namespace VornPrivate {
@@ -31,64 +33,13 @@ std::size_t matchingBytes(const char* a, const char* b, std::size_t length) {
     return i;
 }
 
-struct Suffix {
-    std::size_t start;
-    std::size_t period;
-};
-
-// Returns the greatest suffix of the needle in the order of bytes, or in the reversed order, and its period.
-Suffix maximalSuffix(std::string_view needle, bool isReversed) {
-    std::size_t start = 0, candidate = 1, matched = 0, period = 1;
-    while (candidate + matched < needle.size()) {
-        const auto a = static_cast<unsigned char>(needle[candidate + matched]);
-        const auto b = static_cast<unsigned char>(needle[start + matched]);
-        if (a == b) {
-            if (++matched == period) {
-                candidate += period;
-                matched = 0;
-            }
-        } else if ((a < b) != isReversed) { // the candidate is smaller: all compared bytes are one period
-            candidate += matched + 1;
-            matched = 0;
-            period = candidate - start;
-        } else { // the candidate is greater and becomes the suffix
-            start = candidate++;
-            matched = 0;
-            period = 1;
-        }
-    }
-    return {start, period};
-}
-
 } // namespace
 
 std::size_t findTextTwoWay(std::string_view text, std::string_view needle) noexcept {
-    const Suffix forward = maximalSuffix(needle, false), reversed = maximalSuffix(needle, true);
-    const Suffix critical = forward.start > reversed.start ? forward : reversed;
-    const std::size_t left = critical.start;
-    // If the left part repeats after one period, the period is that of the whole needle, and the prefix that matches
-    // after a shift by it is not compared again. If not, the needle's period is greater than either part.
-    const bool isPeriodic = std::memcmp(needle.data(), needle.data() + critical.period, left) == 0;
-    const std::size_t period =
-        isPeriodic ? critical.period : (left > needle.size() - left ? left : needle.size() - left) + 1;
-
-    std::size_t known = 0; // length of the prefix that is known to match
-    for (std::size_t at = 0; needle.size() <= text.size() - at;) {
-        const char* const place = text.data() + at;
-        std::size_t i = left > known ? left : known;
-        while (i < needle.size() && needle[i] == place[i]) ++i;
-        if (i < needle.size()) {
-            at += i - left + 1;
-            known = 0;
-            continue;
-        }
-        i = left;
-        while (i > known && needle[i - 1] == place[i - 1]) --i;
-        if (i <= known) return at;
-        at += period;
-        known = isPeriodic ? needle.size() - period : 0;
-    }
-    return NOT_FOUND;
+    const auto unitsIn = [](std::string_view view) {
+        return ForwardUnits<unsigned char>{reinterpret_cast<const unsigned char*>(view.data()), view.size()};
+    };
+    return findUnitsTwoWay(unitsIn(text), unitsIn(needle)); // NO_UNIT is NOT_FOUND
 }
 
 std::size_t findText(std::string_view text, std::string_view needle) noexcept {

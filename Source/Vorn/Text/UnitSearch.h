@@ -3,7 +3,7 @@
 ///
 /// The search works on sequences: classes with `operator[]` that read units of a text in either direction, or with
 /// their case folded. It compares at each position until too many comparisons fail, and then continues with the
-/// two-way search that TextSearch.cpp describes.
+/// two-way search that TextSearch.cpp (of the parent folder) describes.
 #pragma once
 
 #include "Vorn/Types.h"
@@ -90,7 +90,7 @@ CriticalSuffix findMaximalSuffix(const Units& needle, bool isReversed) {
     return {start, period};
 }
 
-/// The two-way search. The needle has at least one unit.
+/// The two-way search. The needle has at least one unit. No shift is longer than the needle.
 template <class Units>
 std::size_t findUnitsTwoWay(const Units& text, const Units& needle) {
     const CriticalSuffix forward = findMaximalSuffix(needle, false), reversed = findMaximalSuffix(needle, true);
@@ -107,7 +107,6 @@ std::size_t findUnitsTwoWay(const Units& text, const Units& needle) {
         if (i < size) {
             at += i - left + 1;
             known = 0;
-            if (at > text.size) break;
             continue;
         }
         i = left;
@@ -115,7 +114,6 @@ std::size_t findUnitsTwoWay(const Units& text, const Units& needle) {
         if (i <= known) return at;
         at += period;
         known = isPeriodic ? size - period : 0;
-        if (at > text.size) break;
     }
     return NO_UNIT;
 }
