@@ -10,6 +10,7 @@
 #include "Vorn/UTF16Runs.h"
 #include "Vorn/UTF8Runs.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <type_traits>
@@ -56,16 +57,16 @@ std::uint64_t convertedLength(const Source* source, unsigned int length) {
 /// Copies blocks of ASCII from `source` to `dest`, and moves both behind them.
 template <bool ForString, class Source, class Target>
 inline void convertPlain(const Source*& source, const Source* end, Target*& dest) {
-    constexpr unsigned int BLOCK = 16;
+    constexpr std::ptrdiff_t BLOCK = 16;
     while (end - source >= BLOCK) {
         Source all = 0;
         bool hasNull = false; // of two bytes in the UTF-8 of a String
-        for (unsigned int k = 0; k < BLOCK; ++k) {
+        for (std::ptrdiff_t k = 0; k < BLOCK; ++k) {
             all = static_cast<Source>(all | source[k]);
             if (ForString && sizeof(Target) == 1) hasNull |= source[k] == 0;
         }
         if (all >= 0x80 || hasNull) return;
-        for (unsigned int k = 0; k < BLOCK; ++k) dest[k] = static_cast<Target>(source[k]);
+        for (std::ptrdiff_t k = 0; k < BLOCK; ++k) dest[k] = static_cast<Target>(source[k]);
         source += BLOCK;
         dest += BLOCK;
     }

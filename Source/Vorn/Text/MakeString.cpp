@@ -199,7 +199,18 @@ String build(TextView text, const TextScan& scan) {
 
 } // namespace
 
-String makeString(TextView text) { return build(text, requireValid(text)); }
+String makeString(TextView text) {
+    // Most texts are short and ASCII.
+    const unsigned char* const bytes = text.getUTF8();
+    const unsigned int length = text.getLength();
+    if (bytes && findPlainEnd(bytes, 0, length) == length) {
+        std::unique_ptr<unsigned char[]> block = allocateText<unsigned char>(length);
+        std::memcpy(block.get(), bytes, length);
+        block[length] = 0;
+        return String(RecordAccess::make(std::move(block), length, TextProperties()));
+    }
+    return build(text, requireValid(text));
+}
 
 String makeStringReplacing(TextView text) { return build(text, scanText(text, true)); }
 

@@ -6,8 +6,10 @@
 
 #include "Vorn/Text/ExactConversion.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <initializer_list>
 
 namespace Vorn {
 
@@ -19,12 +21,12 @@ using namespace VornPrivate;
 template <class CharType>
 unsigned int equalUnits(const CharType* a, const CharType* b, unsigned int length) {
     constexpr unsigned int UNITS = sizeof(std::uint64_t) / sizeof(CharType);
-    constexpr unsigned int BLOCK = 256;
     unsigned int i = 0;
     for (; length - i >= UNITS && i < 4 * UNITS; i += UNITS)
         if (loadWord<std::uint64_t>(a + i) != loadWord<std::uint64_t>(b + i)) break;
     if (i == 4 * UNITS)
-        while (length - i >= BLOCK && std::memcmp(a + i, b + i, BLOCK * sizeof(CharType)) == 0) i += BLOCK;
+        for (const unsigned int block : {512, 64})
+            while (length - i >= block && std::memcmp(a + i, b + i, block * sizeof(CharType)) == 0) i += block;
     while (length - i >= UNITS && loadWord<std::uint64_t>(a + i) == loadWord<std::uint64_t>(b + i)) i += UNITS;
     while (i < length && a[i] == b[i]) ++i;
     return i;
@@ -68,19 +70,17 @@ int compareSame(const CharType* a, const CharType* endA, const CharType* b, cons
 }
 
 int compareMixed(const unsigned char* a, const unsigned char* endA, const UTF16Char* b, const UTF16Char* endB) {
-    constexpr unsigned int BLOCK = 16;
+    constexpr std::ptrdiff_t BLOCK = 16;
     for (;;) {
         while (endA - a >= BLOCK && endB - b >= BLOCK) {
-            unsigned int difference = 0;
-            for (unsigned int k = 0; k < BLOCK; ++k) {
-                const unsigned int unit = a[k];
-                difference |= (unit ^ b[k]) | (unit & 0x80);
-            }
+            std::uint16_t difference = 0; // words of 16 bits are compared as vectors
+            for (std::ptrdiff_t k = 0; k < BLOCK; ++k)
+                difference = static_cast<std::uint16_t>(difference | (a[k] ^ b[k]) | (a[k] & 0x80));
             if (difference) break;
             a += BLOCK;
             b += BLOCK;
         }
-        for (unsigned int k = 0; k < BLOCK; ++k) {
+        for (std::ptrdiff_t k = 0; k < BLOCK; ++k) {
             if (a == endA || b == endB) return compareCodes(a != endA, b != endB);
             const DecodedCharacter inA = decodeNext(a, endA), inB = decodeNext(b, endB);
             if (inA.code != inB.code) return compareCodes(inA.code, inB.code);
@@ -196,7 +196,8 @@ private:
 
 std::size_t hashOf(const unsigned char* text, unsigned int length) {
     RunCounts run;
-    unsigned int i = skipOrdinary<true, false>(text, 0, length, run);
+    unsigned int i = findPlainEnd(text, 0, length);
+    if (i != length) i = skipOrdinary<true, false>(text, i, length, run);
     if (i == length) return ByteHash::of(text, length);
     ByteHash hash;
     hash.add(text, i);

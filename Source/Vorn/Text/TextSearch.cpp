@@ -1,5 +1,6 @@
 #include "Vorn/Text/TextSearch.h"
 
+#include "Vorn/PlainText.h"
 #include "Vorn/Text/CodePoints.h"
 #include "Vorn/Text/NeedleInText.h"
 #include "Vorn/Text/TextOrder.h"
@@ -113,6 +114,14 @@ unsigned int countIn(TextView text, TextView needle) {
 unsigned int findNext(TextView text, TextView needle, unsigned int from) {
     if (from > text.getLength()) return NOT_FOUND;
     if (needle.isEmpty()) return boundaryFrom(text, from);
+    // Most needles are ASCII in the encoding of the text.
+    const unsigned char* const bytes = needle.getUTF8();
+    if (text.getUTF8() && bytes && findPlainEnd(bytes, 0, needle.getLength()) == needle.getLength()) {
+        const std::size_t found =
+            findForward(ForwardUnits<unsigned char>{text.getUTF8() + from, text.getLength() - from},
+                        ForwardUnits<unsigned char>{bytes, needle.getLength()});
+        return found == NO_UNIT ? NOT_FOUND : from + static_cast<unsigned int>(found);
+    }
     return text.isUTF8() ? findFrom<unsigned char>(text, needle, from) : findFrom<UTF16Char>(text, needle, from);
 }
 
