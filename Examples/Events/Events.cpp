@@ -43,16 +43,15 @@ private:
     std::string m_sound;
 };
 
-/// Breaks at the first hit: it removes its listener and adds one for smoke. The smoke is called in the same hit
-/// already, because its position is behind the glass, which is being called.
+/// Breaks at the first hit: it removes its listener and adds one for smoke, which is called from the next hit on.
 class Glass {
 public:
     explicit Glass(SceneNode& node) : m_node(node) {}
 
     void shatter(SceneNode& node, int) {
         std::printf("  %s shatters\n", node.name.c_str());
-        m_node.hit.remove(SceneNode::Hit::Listener::bind<&Glass::shatter>(*this));
-        m_node.hit.add(SceneNode::Hit::Listener::bind<&Glass::smoke>(*this), 10);
+        m_node.hit.remove<&Glass::shatter>(*this);
+        m_node.hit.add<&Glass::smoke>(*this, 10);
     }
 
     void smoke(SceneNode& node, int points) { std::printf("  %d puffs of smoke from %s\n", points, node.name.c_str()); }
@@ -77,8 +76,6 @@ void hit(SceneNode& node, int points) {
 } // namespace
 
 int main() {
-    using Listener = SceneNode::Hit::Listener;
-
     const SharedPtr<SceneNode> house = Vorn::makeShared<SceneNode>("house");
     const SharedPtr<SceneNode> window = Vorn::makeShared<SceneNode>("window");
     house->append(Vorn::makeShared<SceneNode>("door"));
@@ -99,9 +96,9 @@ int main() {
     const SharedPtr<ScoreBoard> score = Vorn::makeShared<ScoreBoard>();
     SharedPtr<Speaker> speaker = Vorn::makeShared<Speaker>("clink");
     Glass glass(*window);
-    window->hit.add(Listener::bindShared<&ScoreBoard::add>(score), 5);
-    window->hit.add(Listener::bindWeak<&Speaker::play>(speaker));
-    window->hit.add(Listener::bind<&Glass::shatter>(glass), -1);
+    window->hit.add<&ScoreBoard::add>(score, 5);
+    window->hit.add<&Speaker::play>(Vorn::WeakPtr<Speaker>(speaker));
+    window->hit.add<&Glass::shatter>(glass, -1);
     hit(*window, 3);
     hit(*window, 4);
 
@@ -109,19 +106,18 @@ int main() {
     speaker.reset();
     hit(*window, 1);
 
-    // A listener that removes the score before it is called, and adds a listener whose position in this hit has passed.
-    const auto goalkeeper = [&](SceneNode& node, int) {
-        std::printf("  %s is guarded from now on\n", node.name.c_str());
-        node.hit.remove(Listener::bindShared<&ScoreBoard::add>(score));
-        node.hit.add(Listener::bindCallable(
-                         [](SceneNode& guarded, int) { std::printf("  %s is guarded\n", guarded.name.c_str()); }),
-                     -5);
-    };
-    const Listener guard = Listener::bindCallable(goalkeeper);
-    window->hit.add(guard, 1);
+    // A listener that removes the score before it is called, and adds a listener for the next hit only.
+    Vorn::ScopedConnection guard = window->hit.add(
+        [&](SceneNode& node) {
+            std::printf("  %s is guarded from now on\n", node.name.c_str());
+            node.hit.remove<&ScoreBoard::add>(score);
+            node.hit.once([](SceneNode& guarded) { std::printf("  %s is guarded\n", guarded.name.c_str()); }, -5);
+        },
+        1);
     hit(*window, 2);
-    window->hit.remove(guard);
+    guard.disconnect();
     hit(*window, 2);
+    hit(*window, 1);
 
     window->hit.disable();
     hit(*window, 9);

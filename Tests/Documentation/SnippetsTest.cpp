@@ -287,10 +287,31 @@ struct Board {
 TEST(Snippets, Event) {
     using namespace Vorn;
     Board board;
+    int added = 0;
     Event<int> scored;
-    scored.add(Event<int>::Listener::bind<&Board::show>(board), -1);
+    scored.add<&Board::show>(board);
+    scored.add([&](int points) { added += points; }, -1);
     scored(3);
     EXPECT_EQ(board.shown, 3);
+    EXPECT_EQ(added, 3);
+}
+
+TEST(Snippets, Connection) {
+    using namespace Vorn;
+    Event<int> scored;
+    int added = 0;
+    Connection connection = scored.add([&](int points) { added += points; });
+    connection.disconnect();
+    scored(3);
+    EXPECT_EQ(added, 0);
+}
+
+TEST(Snippets, ResultEvent) {
+    using namespace Vorn;
+    ResultEvent<bool, int> asked;
+    asked.add([](int door) { return door != 3; });
+    const bool isAllowed = asked.callUntil([](bool answer) { return !answer; }, 3) == std::nullopt;
+    EXPECT_FALSE(isAllowed);
 }
 
 TEST(Snippets, SharedAndWeakPtr) {
@@ -329,6 +350,8 @@ TEST(Snippets, Delegate) {
     Door door;
     SharedPtr<Door> sharedDoor = makeShared<Door>();
     const WeakPtr<Door> weakDoor = sharedDoor;
+    Delegate<void, int> shown = [](int value) { EXPECT_EQ(value, 6); };
+    shown(6);
     Delegate<void, int>::bind<&log>()(1);
     Delegate<void, int>::bind<&Door::open>(door)(2);
     Delegate<void, int>::bindShared<&Door::open>(sharedDoor)(3);

@@ -236,14 +236,72 @@ std::vector<Operation> objectOperations() {
              event(1);
              EXPECT_EQ(target.heard, 1);
          }},
+        {"Event_AddInsideACall",
+         Outcome::THROWS,
+         {"ListenerChain::add", "ListenerChain::insert", "ListenerNode::ListenerNode", "ListenerNode::update"},
+         [](Attempt& attempt) {
+             Plain first, second;
+             IntEvent event;
+             event.add([&] {
+                 attempt([&] { event.add<&Plain::hear>(second, -1); },
+                         [&] {
+                             EXPECT_EQ(event.getDelegateCount(), 1u);
+                             event.add<&Plain::hear>(second, -1);
+                         });
+             });
+             event(1);
+             EXPECT_EQ(event.getDelegateCount(), 2u);
+         }},
         {"Event_Dispatch",
          Outcome::ALLOCATES_NOTHING,
-         {},
+         {"ListenerCall::end", "ListenerChain::detach", "ListenerChain::isBeingCalled", "ListenerChain::stop",
+          "ListenerChain::tidy", "ListenerTurn::ListenerTurn", "ListenerTurn::~ListenerTurn"},
          [](Attempt& attempt) {
-             Plain target;
+             const SharedPtr<Plain> target = Vorn::makeShared<Plain>();
              IntEvent event;
-             event.add(Listener::bind<&Plain::hear>(target));
+             event.add(Listener::bindWeak<&Plain::hear>(target));
+             event.once<&Plain::hear>(*target);
+             event.add([&event] { event.stop(); });
              attempt([&] { event(1); });
+             EXPECT_EQ(target->heard, 2);
+         }},
+        {"Event_Change",
+         Outcome::ALLOCATES_NOTHING,
+         {"ListenerChain::adopt", "ListenerChain::clear", "ListenerChain::countListeners", "ListenerChain::find",
+          "ListenerChain::move", "ListenerChain::operator=", "ListenerChain::remove", "ListenerChain::removeObject",
+          "ListenerChain::swap", "ListenerChain::~ListenerChain", "ListenerNode::isExpired", "ListenerNode::release"},
+         [](Attempt& attempt) {
+             const SharedPtr<Plain> target = Vorn::makeShared<Plain>();
+             IntEvent event;
+             for (int i = 0; i < 4; ++i) event.add([] {}, i);
+             event.add(Listener::bindWeak<&Plain::hear>(target));
+             event.add<&Plain::hear>(*target);
+             attempt([&] {
+                 event.add<&Plain::hear>(*target, 2);
+                 IntEvent other = std::move(event);
+                 event = std::move(other);
+                 EXPECT_TRUE(event.contains<&Plain::hear>(*target) &&
+                             event.contains(Listener::bindWeak<&Plain::hear>(target)));
+                 EXPECT_EQ(event.getDelegateCount(), 6u);
+                 event.remove(Listener::bindWeak<&Plain::hear>(target));
+                 event.remove<&Plain::hear>(target);
+                 event.removeAll(target);
+                 event.clear();
+             });
+         }},
+        {"Connection_Use",
+         Outcome::ALLOCATES_NOTHING,
+         {"Connection::Connection", "Connection::disconnect", "Connection::isBlocked", "Connection::isConnected",
+          "Connection::release", "Connection::setBlocked"},
+         [](Attempt& attempt) {
+             IntEvent event;
+             Vorn::Connection connection = event.add([] {});
+             attempt([&] {
+                 const Vorn::Connection copy(connection);
+                 connection.block();
+                 EXPECT_TRUE(copy.isBlocked() && copy.isConnected());
+                 connection.disconnect();
+             });
          }},
         {"Event_Remove",
          Outcome::ALLOCATES_NOTHING,

@@ -227,7 +227,8 @@ private:
     }
 
     bool areEqual(const Bound& a, const Bound& b) const {
-        if (a.kind == EMPTY || a.kind != b.kind) return false;
+        if (a.kind != b.kind) return false;
+        if (a.kind == EMPTY) return true;
         if (a.kind == SMALL) return a.value == b.value;
         if (a.kind == LARGE) return a.life == b.life;
         return a.object == b.object;

@@ -16,16 +16,6 @@
 
 namespace VornPrivate {
 
-/// Calls a function or a callable, and ignores its result if Result is void.
-template <class Result, class Function, class... Args>
-Result invokeAs(Function&& function, Args&&... args) {
-    if constexpr (std::is_void_v<Result>) {
-        static_cast<void>(std::forward<Function>(function)(std::forward<Args>(args)...));
-    } else {
-        return std::forward<Function>(function)(std::forward<Args>(args)...);
-    }
-}
-
 template <class T>
 struct TypeIdentity {
     using Type = T;
@@ -34,22 +24,110 @@ struct TypeIdentity {
 template <class Class, class Member>
 TypeIdentity<Class> classOfMember(Member Class::*);
 
-/// Calls a member function of `object`, or a function that takes `object` first.
-template <class Result, auto Method, class Object, class... Args>
-Result invokeOn(Object& object, Args&&... args) {
-    if constexpr (!std::is_member_function_pointer_v<decltype(Method)>) {
-        return invokeAs<Result>(Method, object, std::forward<Args>(args)...);
+/// Returns what a pointer to a member is applied to: the object itself, or what a pointer refers to.
+template <class Class, class Object>
+decltype(auto) memberOwner(Object&& object) {
+    if constexpr (!std::is_base_of_v<Class, std::decay_t<Object>>) {
+        return *std::forward<Object>(object);
+    } else if constexpr (std::is_const_v<std::remove_reference_t<Object>>) {
+        return static_cast<const Class&>(object);
+    } else if constexpr (std::is_lvalue_reference_v<Object>) {
+        return static_cast<Class&>(object); // in the call itself, g++ reports a violation of the aliasing rules
     } else {
-        // Converted here and not in the call, where g++ reports a violation of the aliasing rules.
-        using Class = typename decltype(classOfMember(Method))::Type;
-        std::conditional_t<std::is_const_v<Object>, const Class, Class>& base = object;
-        if constexpr (std::is_void_v<Result>) {
-            static_cast<void>((base.*Method)(std::forward<Args>(args)...));
-        } else {
-            return (base.*Method)(std::forward<Args>(args)...);
-        }
+        return static_cast<Class&&>(object);
     }
 }
+
+template <class Method, class Object, class... Args>
+decltype(auto) invokeMember(Method method, Object&& object, Args&&... args) {
+    using Class = typename decltype(classOfMember(method))::Type;
+    if constexpr (std::is_member_function_pointer_v<Method>) {
+        return (memberOwner<Class>(std::forward<Object>(object)).*method)(std::forward<Args>(args)...);
+    } else {
+        return (memberOwner<Class>(std::forward<Object>(object)).*method);
+    }
+}
+
+/// Calls a function, a callable, or a member of the first argument; `std::invoke` without the header <functional>.
+template <class Function, class... Args>
+decltype(auto) invokeAny(Function&& function, Args&&... args) {
+    if constexpr (std::is_member_pointer_v<std::decay_t<Function>>) {
+        return invokeMember(function, std::forward<Args>(args)...);
+    } else {
+        return std::forward<Function>(function)(std::forward<Args>(args)...);
+    }
+}
+
+/// A list of types.
+template <class... Types>
+struct TypeList {};
+
+/// The list Taken and the types that follow it, without the last one.
+template <class Taken, class... Left>
+struct WithoutLast;
+template <class... Taken, class Last>
+struct WithoutLast<TypeList<Taken...>, Last> {
+    using Type = TypeList<Taken...>;
+};
+template <class... Taken, class Next, class... Left>
+struct WithoutLast<TypeList<Taken...>, Next, Left...> : WithoutLast<TypeList<Taken..., Next>, Left...> {};
+
+/// The longest list of first Args that Function can be called with, if its result converts to Result. `value` is true
+/// if there is one.
+template <class Result, class Function, class List>
+struct Accepted;
+template <class Result, class Function>
+struct Accepted<Result, Function, TypeList<>> : std::is_invocable_r<Result, Function> {
+    using Type = TypeList<>;
+};
+template <class Result, class Function, class First, class... Args>
+struct Accepted<Result, Function, TypeList<First, Args...>> {
+    using TakesAll = std::is_invocable_r<Result, Function, First, Args...>;
+    using Shorter = Accepted<Result, Function, typename WithoutLast<TypeList<>, First, Args...>::Type>;
+    static constexpr bool value = std::disjunction_v<TakesAll, Shorter>;
+    using Type = typename std::conditional_t<TakesAll::value, TypeIdentity<TypeList<First, Args...>>, Shorter>::Type;
+};
+
+template <class Result, class Used>
+struct FirstArguments;
+
+/// Calls a function with the first arguments, of types Used, and ignores the others.
+template <class Result, class... Used>
+struct FirstArguments<Result, TypeList<Used...>> {
+    template <class Function, class... Rest>
+    static Result call(Function&& function, Used&&... used, Rest&&...) {
+        if constexpr (std::is_void_v<Result>) {
+            static_cast<void>(invokeAny(std::forward<Function>(function), std::forward<Used>(used)...));
+        } else {
+            return invokeAny(std::forward<Function>(function), std::forward<Used>(used)...);
+        }
+    }
+};
+
+template <class Signature>
+struct Invocation;
+
+/// Calls a function or a callable with as many of the first arguments as it takes, and ignores its result if Result is
+/// void.
+template <class Result, class... Args>
+struct Invocation<Result(Args...)> {
+    template <class Function>
+    static Result call(Function&& function, Args&&... args) {
+        using Used = typename Accepted<Result, Function, TypeList<Args...>>::Type;
+        return FirstArguments<Result, Used>::call(std::forward<Function>(function), std::forward<Args>(args)...);
+    }
+};
+
+/// A method and its object as one callable.
+template <auto Method, class Object>
+struct MethodOf {
+    template <class... Args>
+    std::invoke_result_t<decltype(Method), Object&, Args...> operator()(Args&&... args) const {
+        return invokeAny(Method, object, std::forward<Args>(args)...);
+    }
+
+    Object& object;
+};
 
 /// Returns the result of a call without a target.
 template <class Result>
@@ -109,16 +187,25 @@ inline bool isExpired(const Vorn::DelegatePOD& pod) {
 
 template <class Binding>
 Vorn::DelegatePOD bindingRecord(void* object, void* context, Vorn::DelegateContextFunction contextAddRef) {
-    return {object, context, eraseCaller(&Binding::call), contextAddRef, &typeid(Binding)};
+    return {object, context, eraseCaller(&Binding::call), contextAddRef, &typeid(typename Binding::Identity)};
 }
+
+/// Returns true if `object` is not an address but holds the bytes of a callable.
+inline bool isValueBinding(const Vorn::DelegatePOD& pod) { return pod.context && !pod.contextAddRef; }
+
+template <class Signature, class Callable>
+struct ValueBinding;
 
 template <class Signature, auto Function>
 struct FunctionBinding;
 
-/// A function that is a constant. `object` is its address, so that most comparisons end early.
+/// A function that is a constant. `object` is its address, as in the binding of a pointer to it, which is the same one.
 template <class Result, class... Args, auto Function>
 struct FunctionBinding<Result(Args...), Function> {
-    static Result call(void*, void*, Args... args) { return invokeAs<Result>(Function, std::forward<Args>(args)...); }
+    using Identity = ValueBinding<Result(Args...), std::decay_t<decltype(Function)>>;
+    static Result call(void*, void*, Args... args) {
+        return Invocation<Result(Args...)>::call(Function, std::forward<Args>(args)...);
+    }
 };
 
 template <class Signature, class Object, auto Method>
@@ -127,8 +214,10 @@ struct MethodBinding;
 /// A member function of an object that is not counted.
 template <class Result, class... Args, class Object, auto Method>
 struct MethodBinding<Result(Args...), Object, Method> {
+    using Identity = MethodBinding;
     static Result call(void* object, void*, Args... args) {
-        return invokeOn<Result, Method>(*static_cast<Object*>(object), std::forward<Args>(args)...);
+        return Invocation<Result(Args...)>::call(MethodOf<Method, Object>{*static_cast<Object*>(object)},
+                                                 std::forward<Args>(args)...);
     }
 };
 
@@ -138,8 +227,9 @@ struct SharedMethodBinding;
 /// A member function of an object that the delegate keeps alive. `context` is its control block.
 template <class Result, class... Args, class Object, auto Method>
 struct SharedMethodBinding<Result(Args...), Object, Method> {
-    static Result call(void* object, void*, Args... args) {
-        return invokeOn<Result, Method>(*static_cast<Object*>(object), std::forward<Args>(args)...);
+    using Identity = SharedMethodBinding;
+    static Result call(void* object, void* context, Args... args) {
+        return MethodBinding<Result(Args...), Object, Method>::call(object, context, std::forward<Args>(args)...);
     }
 };
 
@@ -150,32 +240,33 @@ struct WeakMethodBinding;
 /// is read only while a use is held.
 template <class Result, class... Args, class Object, auto Method>
 struct WeakMethodBinding<Result(Args...), Object, Method> {
+    using Identity = WeakMethodBinding;
     static Result call(void* object, void* context, Args... args) {
         const TargetHold hold(context);
         if constexpr (std::is_void_v<Result> || std::is_default_constructible_v<Result>) {
             if (!hold) return emptyResult<Result>();
         } else {
-            // Only tryCall calls this, and it holds a use.
+            // Only called while a use is held.
             VORN_INTERNAL_ASSERT(hold, "the target is dead!", "Vorn::Delegate::tryCall");
         }
-        return invokeOn<Result, Method>(*static_cast<Object*>(object), std::forward<Args>(args)...);
+        return MethodBinding<Result(Args...), Object, Method>::call(object, context, std::forward<Args>(args)...);
     }
 };
-
-template <class Signature, class Callable>
-struct ValueBinding;
 
 /// A callable of at most the size of a pointer: `object` holds its bytes.
 template <class Result, class... Args, class Callable>
 struct ValueBinding<Result(Args...), Callable> {
+    using Identity = ValueBinding;
+
     /// A callable that a call changes must not be called as a copy.
     static constexpr bool FITS = sizeof(Callable) <= sizeof(void*) && std::is_trivially_copyable_v<Callable> &&
-                                 std::is_invocable_v<const Callable&, Args...>;
+                                 Accepted<Result, const Callable&, TypeList<Args...>>::value;
 
-    static void* pack(const Callable& callable) {
+    static Vorn::DelegatePOD bind(const Callable& callable) {
         void* object = nullptr;
         if constexpr (!std::is_empty_v<Callable>) std::memcpy(&object, &callable, sizeof(Callable));
-        return object;
+        static char mark; // any address: isValueBinding
+        return bindingRecord<ValueBinding>(object, &mark, nullptr);
     }
 
     static Result call(void* object, void*, Args... args) {
@@ -185,7 +276,7 @@ struct ValueBinding<Result(Args...), Callable> {
         } storage;
         std::memcpy(static_cast<void*>(&storage.callable), &object, sizeof(Callable));
         const Callable& callable = storage.callable;
-        return invokeAs<Result>(callable, std::forward<Args>(args)...);
+        return Invocation<Result(Args...)>::call(callable, std::forward<Args>(args)...);
     }
 };
 
@@ -195,8 +286,9 @@ struct HeldBinding;
 /// A callable of any kind, which all copies of the delegate share. `context` is its control block.
 template <class Result, class... Args, class Callable>
 struct HeldBinding<Result(Args...), Callable> {
+    using Identity = HeldBinding;
     static Result call(void* object, void*, Args... args) {
-        return invokeAs<Result>(*static_cast<Callable*>(object), std::forward<Args>(args)...);
+        return Invocation<Result(Args...)>::call(*static_cast<Callable*>(object), std::forward<Args>(args)...);
     }
 };
 

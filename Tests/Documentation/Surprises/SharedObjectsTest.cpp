@@ -29,46 +29,20 @@ struct Opened : PtrTypeBase {
     using PtrTypeBase::undoGetOrCreateRefCounter;
 };
 
-// A listener that appends its letter, and may do something when it is called.
-struct Ear {
-    explicit Ear(char letter) : name(letter) {}
-    void hear() {
-        heard += name;
-        if (action) action();
-    }
-    char name;
-    void (*action)() = nullptr;
-    static inline std::string heard;
-};
-
-using Signal = Event<>;
-
-Signal::Listener listenerOf(Ear& ear) { return Signal::Listener::bind<&Ear::hear>(ear); }
-
-// An event in whose call the first listener a acts; b follows it.
-struct Scene {
-    Scene() { current = this; }
-    std::string call() {
-        Ear::heard.clear();
-        signal();
-        return Ear::heard;
-    }
-    Signal signal;
-    Ear a{'a'}, b{'b'}, c{'c'}, d{'d'};
-    static inline Scene* current = nullptr;
-};
-
-// A listener of a priority below 0 takes the first node of an event that has called nobody else there.
-constexpr int FIRST = -10;
+using Simple = Delegate<void, void>;
 
 struct SharedEar : DynamicObject {
     void hear() { ++calls; }
     int calls = 0;
 };
 
-Signal::Listener sharedListenerOf(const SharedPtr<SharedEar>& ear) {
-    return Signal::Listener::bindShared<&SharedEar::hear>(ear);
+template <class Listener>
+Listener sharedListenerOf(const SharedPtr<SharedEar>& ear) {
+    return Listener::template bindShared<&SharedEar::hear>(ear);
 }
+
+// A priority below that of the first node of an EventBase.
+constexpr int FIRST = -10;
 
 struct OpenEvent : EventBase {
     using EventBase::addDelegate;
@@ -188,8 +162,8 @@ const Surprises SHARED_OBJECT_SURPRISES = {
          const SharedPtr<SharedEar> first = makeShared<SharedEar>(), second = makeShared<SharedEar>();
          const SharedPtr<SharedEar> kept = second;
          {
-             Signal::Listener a = sharedListenerOf(first);
-             const Signal::Listener b = sharedListenerOf(second);
+             Simple a = sharedListenerOf<Simple>(first);
+             const Simple b = sharedListenerOf<Simple>(second);
              EXPECT_EQ(first.getUseCount(), 2);
              EXPECT_EQ(second.getUseCount(), 3);
              a = b;
@@ -198,7 +172,7 @@ const Surprises SHARED_OBJECT_SURPRISES = {
              // Puts the counts right: two too many of first, and two too few of second.
              delegateAddUseRef(b.getPOD().context, DELEGATE_ADD_REF);
              delegateAddUseRef(b.getPOD().context, DELEGATE_ADD_REF);
-             const Signal::Listener other = sharedListenerOf(first);
+             const Simple other = sharedListenerOf<Simple>(first);
              delegateAddUseRef(other.getPOD().context, DELEGATE_RELEASE_REF);
              delegateAddUseRef(other.getPOD().context, DELEGATE_RELEASE_REF);
          }
@@ -207,160 +181,31 @@ const Surprises SHARED_OBJECT_SURPRISES = {
      },
      [] {
          const SharedPtr<SharedEar> first = makeShared<SharedEar>(), second = makeShared<SharedEar>();
-         Signal::Listener a = sharedListenerOf(first);
-         const Signal::Listener b = sharedListenerOf(second);
-         a.rebind(b);
+         Delegate<void> a = sharedListenerOf<Delegate<void>>(first);
+         const Delegate<void> b = sharedListenerOf<Delegate<void>>(second);
+         a = b;
          EXPECT_EQ(first.getUseCount(), 1);
          EXPECT_EQ(second.getUseCount(), 3);
      }},
-    {"`a == a` on delegates",
+    {"`a == a` on a `DelegateBase` or a `Delegate<void, void>`",
      [] {
-         const Signal::Listener empty;
+         const Simple empty;
          EXPECT_FALSE(empty == *&empty);
      },
-     [] { EXPECT_TRUE(Signal::Listener().isNull()); }},
+     [] { EXPECT_TRUE(Delegate<void>() == Delegate<void>()); }},
     {"`operator==` on delegates",
      [] {
          const SharedPtr<SharedEar> ear = makeShared<SharedEar>();
-         EXPECT_FALSE(sharedListenerOf(ear) == Signal::Listener::bind<&SharedEar::hear>(*ear)) << "held differently";
-         DelegatePOD a = sharedListenerOf(ear).getPOD(), b = a;
+         EXPECT_FALSE(sharedListenerOf<Simple>(ear) == Simple::bind<&SharedEar::hear>(*ear)) << "held differently";
+         DelegatePOD a = sharedListenerOf<Simple>(ear).getPOD(), b = a;
          b.context = nullptr;
          EXPECT_TRUE(sameDelegate(a, b)) << "another record";
      },
-     nullptr},
-    {"`Event::add` during a call",
-     [] {
-         Scene scene;
-         scene.signal.add(listenerOf(scene.a), FIRST);
-         scene.signal.add(listenerOf(scene.b), 5);
-         scene.b.action = [] { Scene::current->signal.add(listenerOf(Scene::current->c), 2); };
-         EXPECT_EQ(scene.call(), "ab") << "not called";
-         scene.b.action = nullptr;
-         EXPECT_EQ(scene.call(), "acb");
-
-         Scene other;
-         other.signal.add(listenerOf(other.a), FIRST);
-         other.signal.add(listenerOf(other.b), 5);
-         other.a.action = [] { Scene::current->signal.add(listenerOf(Scene::current->c), 2); };
-         EXPECT_EQ(other.call(), "acb") << "called, from the first node";
-     },
-     nullptr},
-    {"`Event::add` of a lower priority than the first node's, while the first node is called",
-     [] {
-         Scene scene;
-         scene.signal.add(listenerOf(scene.a), FIRST);
-         scene.signal.add(listenerOf(scene.b), 5);
-         scene.a.action = [] { Scene::current->signal.add(listenerOf(Scene::current->c), FIRST - 1); };
-         scene.call();
-         scene.a.action = nullptr;
-         EXPECT_EQ(scene.call(), "acb");
-     },
-     [] {
-         Scene scene;
-         scene.signal.add(listenerOf(scene.a), FIRST);
-         scene.signal.add(listenerOf(scene.b), 5);
-         scene.signal.add(listenerOf(scene.c), FIRST - 1);
-         EXPECT_EQ(scene.call(), "cab");
-     }},
-    {"`Event::remove` while the first node is called",
-     [] {
-         Scene scene;
-         scene.signal.add(listenerOf(scene.a), FIRST);
-         scene.signal.add(listenerOf(scene.b), 5);
-         scene.a.action = [] { EXPECT_FALSE(Scene::current->signal.remove(listenerOf(Scene::current->b))); };
-         EXPECT_EQ(scene.call(), "ab");
-         scene.a.action = [] { EXPECT_TRUE(Scene::current->signal.remove(listenerOf(Scene::current->a))); };
-         EXPECT_EQ(scene.call(), "ab");
-         EXPECT_EQ(scene.call(), "b");
-     },
-     [] {
-         Scene scene;
-         scene.signal.add(listenerOf(scene.a), FIRST);
-         scene.signal.add(listenerOf(scene.b), 5);
-         scene.signal.add(listenerOf(scene.c), 6);
-         scene.b.action = [] { EXPECT_TRUE(Scene::current->signal.remove(listenerOf(Scene::current->c))); };
-         EXPECT_EQ(scene.call(), "ab");
-         EXPECT_TRUE(scene.signal.remove(listenerOf(scene.a)));
-     }},
-    {"`Event::remove` of a pending listener",
-     [] {
-         const ExpectedLeak leak;
-         Scene scene;
-         scene.signal.add(listenerOf(scene.a), FIRST);
-         scene.signal.add(listenerOf(scene.b), 5);
-         scene.b.action = [] {
-             Scene& now = *Scene::current;
-             now.signal.add(listenerOf(now.c), 2); // waits
-             EXPECT_TRUE(now.signal.remove(listenerOf(now.c)));
-             now.signal.add(listenerOf(now.d), 2); // counted, and never called
-         };
-         scene.call();
-         scene.b.action = nullptr;
-         EXPECT_EQ(scene.call(), "ab");
-         EXPECT_EQ(scene.signal.getDelegateCount(), 3u);
-     },
-     [] {
-         Scene scene;
-         scene.signal.add(listenerOf(scene.a), FIRST);
-         scene.signal.add(listenerOf(scene.b), 5);
-         scene.b.action = [] { Scene::current->signal.add(listenerOf(Scene::current->c), 2); };
-         scene.call();
-         scene.b.action = nullptr;
-         EXPECT_TRUE(scene.signal.remove(listenerOf(scene.c)));
-         scene.signal.add(listenerOf(scene.d), 2);
-         EXPECT_EQ(scene.call(), "adb");
-     }},
-    {"`Event::remove` of the first listener",
-     [] {
-         const SharedPtr<SharedEar> ear = makeShared<SharedEar>(), next = makeShared<SharedEar>();
-         {
-             Signal signal;
-             signal.add(sharedListenerOf(ear), FIRST);
-             signal.remove(sharedListenerOf(ear));
-             EXPECT_EQ(ear.getUseCount(), 2);
-             signal.add(sharedListenerOf(next), FIRST - 1);
-             EXPECT_EQ(ear.getUseCount(), 2) << "in a node behind the first";
-             signal.remove(sharedListenerOf(ear));
-             EXPECT_EQ(ear.getUseCount(), 1);
-         }
-         EXPECT_EQ(next.getUseCount(), 1);
-     },
      [] {
          const SharedPtr<SharedEar> ear = makeShared<SharedEar>();
-         Signal signal;
-         signal.add(Signal::Listener::bindWeak<&SharedEar::hear>(ear));
-         signal();
-         EXPECT_EQ(ear->calls, 1);
-         EXPECT_EQ(ear.getUseCount(), 1);
-     }},
-    {"`Event::clear`",
-     [] {
-         Scene scene;
-         scene.signal.add(listenerOf(scene.a), FIRST);
-         scene.signal.add(listenerOf(scene.b), 5);
-         scene.signal.clear();
-         EXPECT_EQ(scene.signal.getDelegateCount(), 0u);
-         EXPECT_EQ(scene.call(), "a");
-
-         Scene other;
-         other.signal.add(listenerOf(other.a), FIRST);
-         other.signal.add(listenerOf(other.b), 5);
-         other.b.action = [] {
-             Scene::current->signal.add(listenerOf(Scene::current->c), 2); // waits
-             Scene::current->signal.clear();
-         };
-         other.call();
-         EXPECT_NE(other.signal.getDelegateCount(), 0u);
-         other.b.action = nullptr;
-         EXPECT_NE(other.call().find('c'), std::string::npos) << "it still enters";
-     },
-     [] {
-         Scene scene;
-         scene.signal.add(listenerOf(scene.a), FIRST);
-         scene.signal.add(listenerOf(scene.b), 5);
-         EXPECT_TRUE(scene.signal.remove(listenerOf(scene.a)));
-         EXPECT_TRUE(scene.signal.remove(listenerOf(scene.b)));
-         EXPECT_EQ(scene.call(), "");
+         Event<> event;
+         event.add<&SharedEar::hear>(ear);
+         EXPECT_TRUE(event.remove<&SharedEar::hear>(*ear));
      }},
     {"`EventBase::removeDelegate`",
      [] {

@@ -179,7 +179,7 @@ TEST(AllocationFailure, AddingInsideACall) {
 
 // Each listener of three adds a new one, or moves one of the three, at each priority, while no memory is left.
 TEST(AllocationFailure, ChangingAnEventInsideEachOfItsCalls) {
-    constexpr int LISTENERS = 3; // of priorities -1, which lies in the first node, 0 and 1
+    constexpr int LISTENERS = 3; // of priorities -1, 0 and 1
     int failures = 0;
     for (int runner = 0; runner < LISTENERS; ++runner) {
         for (int changed = 0; changed <= LISTENERS; ++changed) {
@@ -228,7 +228,7 @@ TEST(AllocationFailure, ChangingAnEventInsideEachOfItsCalls) {
             }
         }
     }
-    EXPECT_GT(failures, 15); // all new listeners, and those that leave no node behind
+    EXPECT_EQ(failures, 15); // all new listeners; moving one allocates nothing
     expectNoneLives();
 }
 
@@ -246,7 +246,7 @@ TEST(AllocationFailure, ChangingTheFirstListenerInsideItsOwnCall) {
                 const Listener own = Listener::bindShared<&Mover::hear>(keep);
                 if (state++ > 0) return;
                 failAllocation(1);
-                EXPECT_THROW(called->add(own, added), std::bad_alloc);
+                EXPECT_NO_THROW(called->add(own, added));
                 failAllocation(0);
             }
             WeakPtr<Mover> self;
@@ -257,15 +257,11 @@ TEST(AllocationFailure, ChangingTheFirstListenerInsideItsOwnCall) {
         event.add(Listener::bindShared<&Mover::hear>(mover), -1);
         event.add(Listener::bindShared<&Plain::hear>(second), 1);
         event(1);
-        EXPECT_EQ(event.getDelegateCount(), 1u);
-        EXPECT_FALSE(event.contains(Listener::bindShared<&Mover::hear>(mover)));
-        event(1);
-        EXPECT_EQ(mover->state, 1);
-        EXPECT_EQ(second->state, 2);
-        event.add(Listener::bindShared<&Mover::hear>(mover), -1);
+        EXPECT_EQ(event.getDelegateCount(), 2u);
+        EXPECT_TRUE(event.contains(Listener::bindShared<&Mover::hear>(mover)));
         event(1);
         EXPECT_EQ(mover->state, 2);
-        EXPECT_EQ(second->state, 3);
+        EXPECT_EQ(second->state, 2);
     }
 }
 

@@ -1,0 +1,87 @@
+/// @file
+/// ResultEvent: an Event whose listeners return results.
+///
+///     ResultEvent<bool, int> asked;
+///     asked.add([](int door) { ... });
+///     const bool isAllowed = asked.callUntil([](bool answer) { return !answer; }, 3) == std::nullopt;
+///
+/// Listeners, connections and changes during a call are those of Event.
+///
+/// Cost: as an Event. `collect` also allocates the vector.
+///
+/// Threads: an event and its connections belong to one thread.
+#pragma once
+
+#include "Vorn/SharedObjects/EventListeners.h"
+
+#include <optional>
+#include <vector>
+
+namespace Vorn {
+
+/// A list of listeners that take Args and return Result.
+template <class Result, class... Args>
+class ResultEvent : public EventListeners<Delegate<Result, VornPrivate::ListenerArgument<Args>...>> {
+    static_assert(!std::is_void_v<Result>, "listeners without a result are those of Event<Args...>");
+    static_assert(!std::is_function_v<Result>, "write ResultEvent<Result, Args...>");
+    static_assert((!std::is_void_v<Args> && ...), "an event without arguments is written ResultEvent<Result>");
+    static_assert((!std::is_rvalue_reference_v<Args> && ...), "each listener is given the arguments anew");
+
+public:
+    /// An event without listeners.
+    ResultEvent() = default;
+
+    /// Takes over the listeners and connections of `other`, which has none afterwards. Calls that are running go on.
+    ResultEvent(ResultEvent&&) noexcept = default;
+
+    /// Releases the listeners, and takes over those of `other`. Calls of this event that are running end.
+    ResultEvent& operator=(ResultEvent&&) noexcept = default;
+
+    void swap(ResultEvent& other) noexcept { this->swapListeners(other); }
+    friend void swap(ResultEvent& a, ResultEvent& b) noexcept { a.swap(b); }
+
+    /// Calls the listeners in order and gives each result to `visit`. If `visit` returns a bool, false ends the call.
+    /// Throws what a listener or `visit` throws.
+    template <class Visit>
+    void callEach(Visit&& visit, Args... args) const {
+        bool isEnded = false;
+        this->template dispatch<true>([&](const DelegatePOD& pod) {
+            if (isEnded) return;
+            const auto caller = VornPrivate::typedCaller<Result, VornPrivate::ListenerArgument<Args>...>(pod);
+            if constexpr (std::is_same_v<std::invoke_result_t<Visit&, Result>, bool>) {
+                isEnded = !visit(caller(pod.object, pod.context, args...));
+            } else {
+                visit(caller(pod.object, pod.context, args...));
+            }
+        });
+    }
+
+    /// Calls the listeners in order and ignores the results.
+    void operator()(Args... args) const {
+        callEach([](auto&&) {}, std::forward<Args>(args)...);
+    }
+
+    /// Returns the results in order.
+    std::vector<Result> collect(Args... args) const {
+        std::vector<Result> results;
+        callEach([&](Result result) { results.push_back(std::forward<Result>(result)); }, std::forward<Args>(args)...);
+        return results;
+    }
+
+    /// Calls the listeners until `predicate` returns true for a result, and returns that result; an empty optional if
+    /// there is none. The listeners behind it are not called.
+    template <class Predicate>
+    std::optional<Result> callUntil(Predicate&& predicate, Args... args) const {
+        std::optional<Result> found;
+        callEach(
+            [&](Result result) -> bool {
+                if (!predicate(result)) return true;
+                found.emplace(std::forward<Result>(result));
+                return false;
+            },
+            std::forward<Args>(args)...);
+        return found;
+    }
+};
+
+} // namespace Vorn
