@@ -138,7 +138,8 @@ std::vector<Operation> textOperations() {
          }},
         {"TextOrder",
          Outcome::ALLOCATES_NOTHING,
-         {"compare", "equals", "hashOfText", "codePointCount", "offsetOfCodePoint"},
+         {"compare", "equals", "hashOfText", "codePointCount", "offsetOfCodePoint", "boundaryAtOrBefore",
+          "boundaryAtOrBehind", "isASCII"},
          [](Attempt& attempt) {
              attempt([] {
                  Vorn::compare(TEXT, WIDE);
@@ -146,6 +147,9 @@ std::vector<Operation> textOperations() {
                  Vorn::hashOfText(WIDE);
                  Vorn::codePointCount(TEXT);
                  Vorn::offsetOfCodePoint(TEXT, 3);
+                 Vorn::boundaryAtOrBefore(TEXT, 3);
+                 Vorn::boundaryAtOrBehind(TEXT, 3);
+                 Vorn::isASCII(TEXT);
              });
          }},
         {"TextView_OfBothEncodings",

@@ -122,4 +122,20 @@ inline std::optional<UTF32Char> codePointAt(TextView text, unsigned int n) noexc
     return VornPrivate::decodeAt(text, offset).code;
 }
 
+/// The greatest offset that is not behind `offset` and at which a character starts, or the length of the text for an
+/// offset at or behind the end. Reads at most one character.
+VORN_API unsigned int boundaryAtOrBefore(TextView text, unsigned int offset) noexcept;
+
+/// The least offset that is not before `offset` and at which a character starts or the text ends; the length of the
+/// text for an offset behind the end. Reads at most one character.
+VORN_API unsigned int boundaryAtOrBehind(TextView text, unsigned int offset) noexcept;
+
+/// True if a character starts or the text ends at the offset; false behind the end.
+inline bool isBoundary(TextView text, unsigned int offset) noexcept {
+    return boundaryAtOrBefore(text, offset) == offset;
+}
+
+/// True if all characters of the text are ASCII, U+0000 included.
+VORN_API bool isASCII(TextView text) noexcept;
+
 } // namespace Vorn

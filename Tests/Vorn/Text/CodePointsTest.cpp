@@ -2,6 +2,7 @@
 
 #include "Support/RandomTexts.h"
 #include "Vorn/String/UTF8String.h"
+#include "Vorn/Text/MakeString.h"
 
 #include <algorithm>
 #include <gtest/gtest.h>
@@ -46,6 +47,26 @@ void expectDecoded(const Text& text) {
     EXPECT_EQ(offsetOfCodePoint(text, count + 1), NOT_FOUND);
     EXPECT_EQ(offsetOfCodePoint(text, NOT_FOUND), NOT_FOUND);
     EXPECT_EQ(codePointAt(text, count), std::nullopt);
+
+    const auto length = static_cast<unsigned int>(text.size());
+    bool isPlain = true;
+    for (unsigned int n = 0; n < count; ++n) {
+        const unsigned int start = expected[n].offset;
+        const unsigned int end = n + 1 < count ? expected[n + 1].offset : length;
+        for (unsigned int offset = start; offset < end; ++offset) {
+            EXPECT_EQ(isBoundary(text, offset), offset == start) << offset;
+            EXPECT_EQ(boundaryAtOrBefore(text, offset), start) << offset;
+            EXPECT_EQ(boundaryAtOrBehind(text, offset), offset == start ? start : end) << offset;
+        }
+        isPlain &= expected[n].code < 0x80;
+    }
+    EXPECT_TRUE(isBoundary(text, length));
+    EXPECT_FALSE(isBoundary(text, length + 1));
+    for (const unsigned int offset : {length, length + 1, NOT_FOUND}) {
+        EXPECT_EQ(boundaryAtOrBefore(text, offset), length);
+        EXPECT_EQ(boundaryAtOrBehind(text, offset), length);
+    }
+    EXPECT_EQ(isASCII(text), isPlain);
 }
 
 TEST(CodePoints, DecodesEveryBoundary) {
@@ -75,6 +96,24 @@ TEST(CodePoints, DecodesMalformedTextAsTheReferenceDoes) {
         expectDecoded(randomBytes(random, 12));
         expectDecoded(randomUnits(random, 12));
         if (HasFatalFailure()) return;
+    }
+}
+
+TEST(CodePoints, FindsTheFirstCharacterBeyondASCII) {
+    for (unsigned int length = 0; length < 40; ++length) {
+        for (unsigned int at = 0; at <= length; ++at) {
+            std::u32string codes(length, U'x');
+            if (at < length) codes[at] = U'\0';
+            EXPECT_TRUE(isASCII(reference::encodedUTF8(codes))) << length << " " << at;
+            EXPECT_TRUE(isASCII(reference::encodedUTF16(codes))) << length << " " << at;
+            EXPECT_TRUE(isASCII(makeString(codes))) << length << " " << at;
+            if (at == length) continue;
+            for (const char32_t code : {U'\x80', U'\u0400', U'\U00010000'}) {
+                codes[at] = code;
+                EXPECT_FALSE(isASCII(reference::encodedUTF8(codes))) << length << " " << at;
+                EXPECT_FALSE(isASCII(reference::encodedUTF16(codes))) << length << " " << at;
+            }
+        }
     }
 }
 
