@@ -4,6 +4,7 @@
 #include "Vorn/ParseFloat.h"
 #include "Vorn/ParseInt.h"
 #include "Vorn/PrintInt.h"
+#include "Vorn/Text/TextNumbers.h"
 
 #include <benchmark/benchmark.h>
 #include <fast_float/fast_float.h>
@@ -49,6 +50,8 @@ int parseWithInt(const std::string& text) {
     return Vorn::parseInt<int>(bytesOf(text), &count, sizeOf(text));
 }
 
+int parseWithParse(const std::string& text) { return Vorn::parse<int>(text).value_or(0); }
+
 int parseWithFromChars(const std::string& text) {
     int value = 0;
     std::from_chars(text.data(), text.data() + text.size(), value);
@@ -71,6 +74,7 @@ void parseIntegers(Run& run) {
 [[maybe_unused]] const bool integerParsers =
     addBenchmarks("Numbers/parse int/parseDec", {1, 3, 6, 9}, parseIntegers<parseWithDec>) &&
     addBenchmarks("Numbers/parse int/parseInt", {1, 3, 6, 9}, parseIntegers<parseWithInt>) &&
+    addBenchmarks("Numbers/parse int/parse", {1, 3, 6, 9}, parseIntegers<parseWithParse>) &&
     addBenchmarks("Numbers/parse int/std::from_chars", {1, 3, 6, 9}, parseIntegers<parseWithFromChars>);
 
 // Parsers of floats ---------------------------------------------------------------------------------------------------
@@ -79,6 +83,8 @@ float parseWithFloat(const std::string& text) {
     unsigned int count;
     return Vorn::parseFloat(bytesOf(text), &count, sizeOf(text));
 }
+
+float parseFloatWithParse(const std::string& text) { return Vorn::parse<float>(text).value_or(0); }
 
 float parseWithFastFloat(const std::string& text) {
     float value = 0;
@@ -118,9 +124,9 @@ bool addFloatParser(const std::string& parser) {
     return addBenchmark("Numbers/parse fraction/" + parser, 10, [](Run& run) { parseFloats<parse>(run, 1); });
 }
 
-[[maybe_unused]] const bool floatParsers = addFloatParser<parseWithFloat>("parseFloat") &&
-                                           addFloatParser<parseWithFastFloat>("fast_float") &&
-                                           addFloatParser<parseFloatWithFromChars>("std::from_chars");
+[[maybe_unused]] const bool floatParsers =
+    addFloatParser<parseWithFloat>("parseFloat") && addFloatParser<parseFloatWithParse>("parse") &&
+    addFloatParser<parseWithFastFloat>("fast_float") && addFloatParser<parseFloatWithFromChars>("std::from_chars");
 
 // Printers of integers ------------------------------------------------------------------------------------------------
 
@@ -129,6 +135,8 @@ constexpr unsigned int CAPACITY = 16;
 unsigned int printWithDec(unsigned int value, char* buffer) {
     return Vorn::printDec(value, reinterpret_cast<unsigned char*>(buffer), CAPACITY);
 }
+
+unsigned int printWithWriteText(unsigned int value, char* buffer) { return Vorn::writeText(buffer, CAPACITY, value); }
 
 unsigned int printWithToChars(unsigned int value, char* buffer) {
     return static_cast<unsigned int>(std::to_chars(buffer, buffer + CAPACITY, value).ptr - buffer);
@@ -173,8 +181,64 @@ void formatInPlace(Run& run) {
 
 [[maybe_unused]] const bool integerPrinters =
     addBenchmarks("Numbers/print unsigned/printDec", {1, 3, 6, 10}, printIntegers<printWithDec>) &&
+    addBenchmarks("Numbers/print unsigned/writeText", {1, 3, 6, 10}, printIntegers<printWithWriteText>) &&
     addBenchmarks("Numbers/print unsigned/std::to_chars", {1, 3, 6, 10}, printIntegers<printWithToChars>) &&
     addBenchmarks("Numbers/print unsigned/fmt::format_int", {1, 3, 6, 10}, printIntegers<printWithFmt>) &&
     addBenchmarks("Numbers/print unsigned/fmt::format_int, in place", {1, 3, 6, 10}, formatInPlace);
+
+// Printers of floats: the shortest text that is read back as the same value -------------------------------------------
+
+constexpr unsigned int FLOAT_CAPACITY = 24;
+
+unsigned int printFloatWithWriteText(double value, char* buffer) {
+    return Vorn::writeText(buffer, FLOAT_CAPACITY, value);
+}
+
+unsigned int printFloatWithToChars(double value, char* buffer) {
+    return static_cast<unsigned int>(std::to_chars(buffer, buffer + FLOAT_CAPACITY, value).ptr - buffer);
+}
+
+unsigned int printFloatWithFmt(double value, char* buffer) {
+    return static_cast<unsigned int>(fmt::format_to(buffer, "{}", value) - buffer);
+}
+
+// The size is the number of digits before and behind the point.
+template <unsigned int (*print)(double, char*)>
+void printFloats(Run& run) {
+    char buffer[FLOAT_CAPACITY];
+    std::vector<double> numbers;
+    for (const unsigned int number : numbersOf(run.size())) numbers.push_back(number / 1000.0);
+    for (const double number : numbers) {
+        run.expect(std::strtod(std::string(buffer, print(number, buffer)).c_str(), nullptr), number);
+    }
+    for (auto _ : run.loop()) {
+        for (const double number : numbers) {
+            benchmark::DoNotOptimize(print(number, buffer));
+            benchmark::ClobberMemory();
+        }
+    }
+    run.countItems(COUNT);
+}
+
+// An owned text of each number.
+template <class Text, Text (*make)(double)>
+void makeTexts(Run& run) {
+    std::vector<double> numbers;
+    for (const unsigned int number : numbersOf(run.size())) numbers.push_back(number / 1000.0);
+    run.expect(Vorn::parse<double>(make(numbers[0])).value_or(0), numbers[0]);
+    for (auto _ : run.loop()) {
+        for (const double number : numbers) benchmark::DoNotOptimize(make(number));
+    }
+    run.countItems(COUNT);
+}
+
+std::string formatWithFmt(double value) { return fmt::format("{}", value); }
+
+[[maybe_unused]] const bool floatPrinters =
+    addBenchmarks("Numbers/print double/writeText", {3, 6, 10}, printFloats<printFloatWithWriteText>) &&
+    addBenchmarks("Numbers/print double/std::to_chars", {3, 6, 10}, printFloats<printFloatWithToChars>) &&
+    addBenchmarks("Numbers/print double/fmt", {3, 6, 10}, printFloats<printFloatWithFmt>) &&
+    addBenchmarks("Numbers/text of double/toText", {3, 10}, makeTexts<Vorn::String, Vorn::toText<double>>) &&
+    addBenchmarks("Numbers/text of double/fmt", {3, 10}, makeTexts<std::string, formatWithFmt>);
 
 } // namespace

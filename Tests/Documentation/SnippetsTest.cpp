@@ -5,6 +5,7 @@
 #include "Vorn/Vorn.h"
 
 #include "Vorn/Private/Surprise.h"
+#include "Vorn/Text/FormatFmt.h"
 
 #include "Support/Report.h"
 
@@ -13,6 +14,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <iomanip>
 #include <iostream>
 #include <map>
 #include <sstream>
@@ -251,6 +253,52 @@ TEST(Snippets, TextNumbers) {
     EXPECT_EQ(count, -42);
     EXPECT_EQ(size, 2.5e-3f);
     EXPECT_EQ(label, Vorn::String("0.1"));
+}
+
+struct Player {
+    int jump() { return 1; }
+    int crouch() { return 2; }
+};
+
+int move(Player& player, Vorn::Name name) {
+    using Vorn::Name;
+    switch (name.getHash()) {
+    case Name::hashOf("jump"): return player.jump();
+    case Name::hashOf("crouch"): return player.crouch();
+    }
+    return 0;
+}
+
+TEST(Snippets, Name) {
+    using namespace Vorn;
+    using Action = int;
+    const String command("jump");
+    const Name jump("jump");
+    std::unordered_map<Name, Action> actions;
+    const std::optional<Name> known = Name::lookUp(command);
+    actions[jump] = 1;
+    EXPECT_EQ(actions.at(*known), 1);
+    Player player;
+    EXPECT_EQ(move(player, jump), 1);
+    EXPECT_EQ(move(player, Name("crouch")), 2);
+}
+
+TEST(Snippets, TextStreams) {
+    using namespace Vorn;
+    const Name name("door");
+    std::istringstream file("one\ntwo\n");
+    String line;
+    std::vector<String> lines;
+    std::cout << std::setw(12) << name << '\n';
+    while (getLine(file, line)) lines.push_back(line);
+    EXPECT_EQ(lines.size(), 2u);
+}
+
+TEST(Snippets, Format) {
+    const Vorn::Name name("door");
+    const Vorn::Vector2 position(1.5f, -2);
+    const std::string line = fmt::format("{:>12} at {:.1f}", name, position);
+    EXPECT_EQ(line, "        door at (1.5, -2.0)");
 }
 
 TEST(Snippets, Surprise) {

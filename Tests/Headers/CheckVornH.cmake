@@ -14,7 +14,7 @@ foreach(header IN LISTS headers)
     endif()
     string(SUBSTRING "${text}" 0 ${opening_end} opening)
     string(REGEX REPLACE "\n///? *" " " opening "${opening}") # a comment may break a line anywhere
-    if(NOT opening MATCHES "not for direct use")
+    if(NOT opening MATCHES "not (for direct use|part of Vorn/Vorn.h)")
         list(APPEND public "${header}")
     endif()
 endforeach()

@@ -89,8 +89,10 @@ struct NumberText {
 
     static constexpr unsigned int CAPACITY = 65; ///< holds each text of `print`
 
-    /// Writes the text to `buffer`, not terminated; returns its size.
-    VORN_API static unsigned int print(char* buffer, unsigned long long magnitude, bool isNegative, unsigned int base);
+    /// Writes the text to `buffer`, not terminated, and returns its size. Without a capacity the buffer holds CAPACITY
+    /// bytes; otherwise a text that does not fit leaves it unchanged.
+    VORN_API static unsigned int print(char* buffer, unsigned int capacity, unsigned long long magnitude,
+                                       bool isNegative, unsigned int base);
     VORN_API static unsigned int print(char* buffer, float value) noexcept;
     VORN_API static unsigned int print(char* buffer, double value) noexcept;
     VORN_API static unsigned int print(char* buffer, bool value) noexcept;
@@ -100,16 +102,42 @@ struct NumberText {
                                       unsigned int capacity) noexcept;
 
     template <class T>
-    static unsigned int printAny(char* buffer, T value, unsigned int base) {
+    static unsigned int printAny(char* buffer, unsigned int capacity, T value, unsigned int base) {
         static_assert(VornPrivate::IS_NUMBER<T>, "numbers are bool, integers, float and double; write a char with "
                                                  "makeString, and convert other types before");
         if constexpr (VornPrivate::IS_INTEGER<T>) {
             const bool isNegative = value < T(0);
             const unsigned long long bits = static_cast<unsigned long long>(value);
-            return print(buffer, isNegative ? 0 - bits : bits, isNegative, base);
-        } else {
+            return print(buffer, capacity, isNegative ? 0 - bits : bits, isNegative, base);
+        } else if (capacity >= CAPACITY) {
             return print(buffer, value);
+        } else {
+            char text[CAPACITY];
+            return copy(text, print(text, value), buffer, capacity);
         }
+    }
+
+    template <class T>
+    static NumberError readAny(TextView text, T& value, unsigned int& end, unsigned int base) {
+        static_assert(VornPrivate::IS_NUMBER<T>, "parse reads bool, integers (signed char and unsigned char, not "
+                                                 "char), float and double; for a String use makeString");
+        if constexpr (VornPrivate::IS_INTEGER<T>) {
+            using Limits = std::numeric_limits<T>;
+            const auto most = static_cast<unsigned long long>(Limits::max());
+            const Integer number = read(text, base, most, Limits::is_signed ? most + 1 : 0);
+            value = static_cast<T>(number.isNegative ? 0 - number.magnitude : number.magnitude);
+            end = number.end;
+            return number.error;
+        } else {
+            return read(text, value, end);
+        }
+    }
+
+    template <class T>
+    static NumberError readWhole(TextView text, T& value, unsigned int base) {
+        unsigned int end = 0;
+        const NumberError error = readAny(text, value, end, base);
+        return end == text.getLength() ? error : NumberError::MALFORMED;
     }
 };
 
@@ -127,23 +155,11 @@ struct NumberText {
 /// The rest of a number that is out of range begins behind its digits. Throws `Exception<4>`: "base : Invalid base!".
 template <class T>
 NumberPrefix<T> parsePrefix(TextView text, unsigned int base = 10) {
-    static_assert(VornPrivate::IS_NUMBER<T>, "parse reads bool, integers (signed char and unsigned char, not char), "
-                                             "float and double; for a String use makeString");
     NumberPrefix<T> result;
+    T value{};
     unsigned int end = 0;
-    if constexpr (VornPrivate::IS_INTEGER<T>) {
-        using Limits = std::numeric_limits<T>;
-        const auto most = static_cast<unsigned long long>(Limits::max());
-        const NumberText::Integer number = NumberText::read(text, base, most, Limits::is_signed ? most + 1 : 0);
-        const unsigned long long bits = number.isNegative ? 0 - number.magnitude : number.magnitude;
-        if (number.error == NumberError::NONE) result.value = static_cast<T>(bits);
-        result.error = number.error;
-        end = number.end;
-    } else {
-        T value{};
-        result.error = NumberText::read(text, value, end);
-        if (result.error == NumberError::NONE) result.value = value;
-    }
+    result.error = NumberText::readAny(text, value, end, base);
+    if (result.error == NumberError::NONE) result.value = value;
     result.rest = text.slice(end);
     return result;
 }
@@ -152,24 +168,26 @@ NumberPrefix<T> parsePrefix(TextView text, unsigned int base = 10) {
 /// @{
 template <class T>
 std::optional<T> parse(TextView text) {
-    const NumberPrefix<T> prefix = parsePrefix<T>(text);
-    return prefix.rest.isEmpty() ? prefix.value : std::nullopt;
+    T value{};
+    if (NumberText::readWhole(text, value, 10) != NumberError::NONE) return std::nullopt;
+    return value;
 }
 template <class T>
 std::optional<T> parse(TextView text, unsigned int base) {
     static_assert(VornPrivate::IS_INTEGER<T>, "only integers have a base: write parse<T>(text)");
-    const NumberPrefix<T> prefix = parsePrefix<T>(text, base);
-    return prefix.rest.isEmpty() ? prefix.value : std::nullopt;
+    T value{};
+    if (NumberText::readWhole(text, value, base) != NumberError::NONE) return std::nullopt;
+    return value;
 }
 /// @}
 
 /// As `parse`, but says why a text is no number. `value` is unchanged if there is an error.
 template <class T>
 NumberError parseInto(T& value, TextView text, unsigned int base = 10) {
-    const NumberPrefix<T> prefix = parsePrefix<T>(text, base);
-    if (!prefix.rest.isEmpty()) return NumberError::MALFORMED;
-    if (prefix.value) value = *prefix.value;
-    return prefix.error;
+    T number{};
+    const NumberError error = NumberText::readWhole(text, number, base);
+    if (error == NumberError::NONE) value = number;
+    return error;
 }
 
 /// The text of a number: "true" or "false"; an integer in decimal digits; of a floating-point number the shortest text
@@ -178,7 +196,7 @@ NumberError parseInto(T& value, TextView text, unsigned int base = 10) {
 template <class T>
 String toText(T value) {
     char buffer[NumberText::CAPACITY];
-    return NumberText::makeString(buffer, NumberText::printAny(buffer, value, 10));
+    return NumberText::makeString(buffer, NumberText::printAny(buffer, sizeof buffer, value, 10));
 }
 
 /// The text of an integer in a base from 2 to 36, with lower-case letters, without a prefix, and with "-" if it is
@@ -187,7 +205,7 @@ template <class T>
 String toText(T value, unsigned int base) {
     static_assert(VornPrivate::IS_INTEGER<T>, "only integers have a base: for digits behind the point use toFixedText");
     char buffer[NumberText::CAPACITY];
-    return NumberText::makeString(buffer, NumberText::printAny(buffer, value, base));
+    return NumberText::makeString(buffer, NumberText::printAny(buffer, sizeof buffer, value, base));
 }
 
 /// The text of a number with `digits` digits behind the point and no exponent, correctly rounded: 2.5 with 2 digits is
@@ -201,15 +219,14 @@ VORN_API String toHexText(double value);
 /// fit; the buffer is then unchanged. 65 bytes hold every number in every base, and 24 every number in decimal.
 template <class T>
 unsigned int writeText(char* buffer, unsigned int capacity, T value) {
-    char text[NumberText::CAPACITY];
-    return NumberText::copy(text, NumberText::printAny(text, value, 10), buffer, capacity);
+    return NumberText::printAny(buffer, capacity, value, 10);
 }
 
 /// Appends the text of `toText`.
 template <class T>
 void appendText(std::string& text, T value) {
     char buffer[NumberText::CAPACITY];
-    text.append(buffer, NumberText::printAny(buffer, value, 10));
+    text.append(buffer, NumberText::printAny(buffer, sizeof buffer, value, 10));
 }
 
 } // namespace Vorn

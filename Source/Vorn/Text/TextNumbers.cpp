@@ -61,6 +61,11 @@ NumberText::Integer readInteger(const CharType* begin, const CharType* end, unsi
     unsigned long long magnitude = 0;
     bool isTooLarge = false;
     const CharType* const digits = at;
+    if (base == 10) { // 19 digits always fit
+        const CharType* const last = end - at > 19 ? at + 19 : end;
+        for (unsigned int digit; at != last && (digit = static_cast<unsigned int>(*at) - '0') < 10; ++at)
+            magnitude = magnitude * 10 + digit;
+    }
     for (unsigned int digit; at != end && (digit = digitOf(*at)) < base; ++at) {
         isTooLarge |= __builtin_mul_overflow(magnitude, base, &magnitude);
         isTooLarge |= __builtin_add_overflow(magnitude, digit, &magnitude);
@@ -185,12 +190,19 @@ NumberError NumberText::read(TextView text, bool& value, unsigned int& end) noex
     return value || startsWith("false") ? NumberError::NONE : NumberError::MALFORMED;
 }
 
-unsigned int NumberText::print(char* buffer, unsigned long long magnitude, bool isNegative, unsigned int base) {
+unsigned int NumberText::print(char* buffer, unsigned int capacity, unsigned long long magnitude, bool isNegative,
+                               unsigned int base) {
     VornPrivate::assertBase(base);
-    if (isNegative) buffer[0] = '-';
-    const std::to_chars_result result =
-        std::to_chars(buffer + isNegative, buffer + CAPACITY, magnitude, static_cast<int>(base));
-    return static_cast<unsigned int>(result.ptr - buffer);
+    if (capacity > isNegative) {
+        const std::to_chars_result result =
+            std::to_chars(buffer + isNegative, buffer + capacity, magnitude, static_cast<int>(base));
+        if (result.ec == std::errc()) {
+            if (isNegative) *buffer = '-';
+            return static_cast<unsigned int>(result.ptr - buffer);
+        }
+    }
+    char text[CAPACITY]; // only to measure
+    return print(text, CAPACITY, magnitude, isNegative, base);
 }
 
 unsigned int NumberText::print(char* buffer, float value) noexcept { return VornPrivate::printFloat(buffer, value); }
