@@ -25,7 +25,7 @@ unsigned int equalUnits(const CharType* a, const CharType* b, unsigned int lengt
     for (; length - i >= UNITS && i < 4 * UNITS; i += UNITS)
         if (loadWord<std::uint64_t>(a + i) != loadWord<std::uint64_t>(b + i)) break;
     if (i == 4 * UNITS)
-        for (const unsigned int block : {512, 64})
+        for (const unsigned int block : {512u, 64u})
             while (length - i >= block && std::memcmp(a + i, b + i, block * sizeof(CharType)) == 0) i += block;
     while (length - i >= UNITS && loadWord<std::uint64_t>(a + i) == loadWord<std::uint64_t>(b + i)) i += UNITS;
     while (i < length && a[i] == b[i]) ++i;

@@ -212,8 +212,8 @@ TEST(MakeString, TruncatedAndChangedAtEveryPosition) {
 TEST(MakeString, MatchesTheReferenceOnRandomTexts) {
     Random random(3);
     for (int i = 0; i < repetitions(3000); ++i) {
-        expectMade(randomBytes(random, i % 64));
-        expectMade(randomUnits(random, i % 64));
+        expectMade(randomBytes(random, static_cast<unsigned int>(i % 64)));
+        expectMade(randomUnits(random, static_cast<unsigned int>(i % 64)));
         expectMade(reference::encodedUTF8(randomCodes(random, 100)));
         expectMade(reference::encodedUTF16(randomCodes(random, 100)));
     }
