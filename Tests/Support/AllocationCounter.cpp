@@ -136,6 +136,13 @@ const void* lastReleasedArray() { return lastArray; }
 
 void* operator new(std::size_t size) { return allocate(size, false); }
 void* operator new[](std::size_t size) { return allocate(size, true); }
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    try {
+        return allocate(size, false);
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
+}
 void operator delete(void* block) noexcept { release(block, false); }
 void operator delete[](void* block) noexcept { release(block, true); }
 void operator delete(void* block, std::size_t) noexcept { release(block, false); }
