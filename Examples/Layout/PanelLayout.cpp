@@ -1,6 +1,7 @@
 #include "PanelLayout.h"
 
 #include <Vorn/ComplexAngle.h>
+#include <Vorn/Geometry.h>
 #include <Vorn/Matrix3.h>
 
 namespace {
@@ -18,18 +19,9 @@ FloatRect shrunk(const FloatRect& rect, float width) {
     return orPoint(rect.inflatedCopy(-width, -width, Pin::CENTRE, Vector2::ZERO));
 }
 
-// A pin on a high side does not keep it in place. A centred resize with half the growth as offset does.
-FloatRect resized(const FloatRect& rect, const Vector2& size, unsigned int pin) {
-    const Vector2 halfGrowth = (size - rect.getSize()) * 0.5f;
-    Vector2 offset = Vector2::ZERO; // is subtracted from the position
-    if (pin & Pin::RIGHT) offset.x = halfGrowth.x;
-    if (pin & Pin::BOTTOM) offset.y = halfGrowth.y;
-    return rect.resizedCopy(size, pin & ~(Pin::RIGHT | Pin::BOTTOM), offset);
-}
-
 FloatRect areaOf(const Panel& panel, const FloatRect& given) {
     const FloatRect area = shrunk(given.applyRatioCopy(panel.share), panel.gap);
-    return (panel.size ? resized(area, *panel.size, panel.pin) : area) + panel.offset;
+    return (panel.size ? Vorn::anchored(area, *panel.size, panel.pin) : area) + panel.offset;
 }
 
 FloatRect insideOf(const Panel& panel, FloatRect area) {
@@ -45,12 +37,6 @@ Matrix3 turnAbout(const Vector2& centre, float degrees, float zoom) {
     return turn * toOrigin;
 }
 
-FloatRect boxOf(const Vorn::Vector2CornerRect& rect) {
-    FloatRect box(rect.corners[0]);
-    for (const Vector2& corner : rect.corners) box |= corner;
-    return box;
-}
-
 PlacedPanel place(const Panel& panel, const FloatRect& given, const Matrix3& outerToPage, const FloatRect& page) {
     PlacedPanel placed;
     const FloatRect area = areaOf(panel, given);
@@ -58,10 +44,8 @@ PlacedPanel place(const Panel& panel, const FloatRect& given, const Matrix3& out
     placed.inside = insideOf(panel, area);
     placed.share = given.createRatioCopy(area);
     placed.toPage = outerToPage * turnAbout(area.getCenter(), panel.turn, panel.zoom);
-    placed.corners =
-        placed.toPage * Vorn::Vector2CornerRect{{Vector2(area.left, area.top), Vector2(area.left, area.bottom),
-                                                 Vector2(area.right, area.top), Vector2(area.right, area.bottom)}};
-    placed.box = boxOf(placed.corners);
+    placed.corners = placed.toPage * Vorn::cornersOf(area);
+    placed.box = Vorn::boundsOf(placed.corners);
     const FloatRect excess = placed.box - (placed.box & page);
     placed.hidden = FloatRect(-excess.left, -excess.top, excess.right, excess.bottom);
     return placed;
@@ -84,8 +68,8 @@ PanelLayout layOut(const PanelFile& file) {
     for (std::size_t second = 0; second < file.panels.size(); ++second) {
         for (std::size_t first = 0; first < second; ++first) {
             if (file.panels[first].outer != file.panels[second].outer) continue;
-            const FloatRect common = layout.panels[first].box & layout.panels[second].box;
-            if (common.isNormalised() && common.areaSize() > 0.0f) layout.overlaps.push_back({first, second, common});
+            const FloatRect &one = layout.panels[first].box, &other = layout.panels[second].box;
+            if (Vorn::overlaps(one, other)) layout.overlaps.push_back({first, second, one & other});
         }
     }
     return layout;

@@ -61,6 +61,7 @@ public:
     constexpr Vector2 operator*(float val) const noexcept { return *this * Pair(val); }
     constexpr Vector2& operator*=(const Pair& other) noexcept { return *this = *this * other; }
     constexpr Vector2& operator*=(float val) noexcept { return *this = *this * val; }
+    friend constexpr Vector2 operator*(float val, const Vector2& vec) noexcept { return vec * val; }
     /// @}
 
     /// Divides component by component. A float divides both components.

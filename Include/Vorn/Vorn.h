@@ -8,6 +8,8 @@
 #include "Vorn/Exception.h"
 #include "Vorn/ExceptionString.h"
 #include "Vorn/FloatRect.h"
+#include "Vorn/Geometry.h"
+#include "Vorn/GeometryStreams.h"
 #include "Vorn/Matrix3.h"
 #include "Vorn/ParseFloat.h"
 #include "Vorn/ParseInt.h"

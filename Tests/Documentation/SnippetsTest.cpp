@@ -426,4 +426,16 @@ TEST(Snippets, DelegateRebind) {
     EXPECT_EQ(first.getUseCount(), 1);
 }
 
+TEST(Snippets, Geometry) {
+    const Vorn::FloatRect panel(0.0f, 0.0f, 100.0f, 50.0f), rect(1.0f, 2.0f, 3.0f, 4.0f);
+    const Vorn::Matrix3 matrix = Vorn::Matrix3::IDENTITY;
+    const auto badge = Vorn::anchored(panel, Vorn::Vector2(16.0f, 16.0f), Vorn::RectPoint::TOP_RIGHT, 4.0f);
+    EXPECT_EQ(badge, Vorn::FloatRect(80.0f, 4.0f, 96.0f, 20.0f));
+    const auto area = Vorn::boundsOf(rect, matrix);
+    EXPECT_EQ(area, rect);
+    testing::internal::CaptureStdout();
+    std::cout << Vorn::Vector2(1.0f, 2.5f);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "(1, 2.5)");
+}
+
 } // namespace
