@@ -203,7 +203,7 @@ String makeString(TextView text) {
     // Most texts are short and ASCII.
     const unsigned char* const bytes = text.getUTF8();
     const unsigned int length = text.getLength();
-    if (bytes && findPlainEnd(bytes, 0, length) == length) {
+    if (bytes && isPlainText(bytes, length)) {
         std::unique_ptr<unsigned char[]> block = allocateText<unsigned char>(length);
         std::memcpy(block.get(), bytes, length);
         block[length] = 0;

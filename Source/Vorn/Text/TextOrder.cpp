@@ -195,9 +195,9 @@ private:
 };
 
 std::size_t hashOf(const unsigned char* text, unsigned int length) {
+    if (isPlainText(text, length)) return ByteHash::of(text, length);
     RunCounts run;
-    unsigned int i = findPlainEnd(text, 0, length);
-    if (i != length) i = skipOrdinary<true, false>(text, i, length, run);
+    unsigned int i = skipOrdinary<true, false>(text, 0, length, run);
     if (i == length) return ByteHash::of(text, length);
     ByteHash hash;
     hash.add(text, i);

@@ -1,7 +1,7 @@
 #include "Vorn/Text/TextSearch.h"
 
-#include "Vorn/PlainText.h"
 #include "Vorn/Text/CodePoints.h"
+#include "Vorn/Text/ExactConversion.h"
 #include "Vorn/Text/NeedleInText.h"
 #include "Vorn/Text/TextOrder.h"
 #include "Vorn/Text/UnitSearch.h"
@@ -116,7 +116,7 @@ unsigned int findNext(TextView text, TextView needle, unsigned int from) {
     if (needle.isEmpty()) return boundaryFrom(text, from);
     // Most needles are ASCII in the encoding of the text.
     const unsigned char* const bytes = needle.getUTF8();
-    if (text.getUTF8() && bytes && findPlainEnd(bytes, 0, needle.getLength()) == needle.getLength()) {
+    if (text.getUTF8() && bytes && isPlainText(bytes, needle.getLength())) {
         const std::size_t found =
             findForward(ForwardUnits<unsigned char>{text.getUTF8() + from, text.getLength() - from},
                         ForwardUnits<unsigned char>{bytes, needle.getLength()});
