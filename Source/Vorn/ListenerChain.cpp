@@ -109,8 +109,7 @@ ListenerChain::~ListenerChain() {
     m_isClosed = true;
     for (ListenerCall* call = m_calls; call; call = call->outer) {
         if (call->at) ++call->at->calls;
-        call->chain = nullptr;
-        call->number = 0;
+        call->chain = nullptr; // its node is the last one
     }
     m_calls = nullptr;
     m_dispatchNode = nullptr;

@@ -63,7 +63,7 @@ public:
     ListenerCall& operator=(const ListenerCall&) = delete;
     ~ListenerCall();
 
-    std::uint64_t number; ///< 0 after the event has been stopped or destroyed: no listener is called any more
+    std::uint64_t number; ///< 0 after `stop`: no listener is called any more
     ListenerNode* at;     ///< the listener being called
     ListenerCall* outer;  ///< the call that this one is nested in, or null
     ListenerChain* chain; ///< null after the event has been destroyed
