@@ -1,4 +1,5 @@
 // Equality and order of records in all pairs of encodings. They build no buffer.
+#include "Kernels/TextKernels.h"
 #include "Vorn/Private/Sentinels.h"
 #include "Vorn/String/StringData.h"
 #include "Vorn/String/Unicode.h"
@@ -37,9 +38,25 @@ bool haveEqualUnits(const Text<CharType>& a, const Text<CharType>& b) {
 template <class A, class B>
 unsigned int findDifference(const Text<A>& a, const Text<B>& b) {
     const unsigned int length = std::min(a.length, b.length);
-    unsigned int i = 0;
+    std::size_t i = 0;
+    if constexpr (sizeof(A) < sizeof(B)) i = textKernels().matchUnits(a.buffer, b.buffer, length);
+    if constexpr (sizeof(A) > sizeof(B)) i = textKernels().matchUnits(b.buffer, a.buffer, length);
     while (i < length && a.buffer[i] == b.buffer[i]) ++i;
-    return i;
+    return static_cast<unsigned int>(i);
+}
+
+// Positions in a text of each encoding.
+struct Positions {
+    unsigned int utf8;
+    unsigned int utf16;
+};
+
+// Returns positions in front of which the texts are equal and ordinary. Surrogate pairs are equal only if `full` is
+// set.
+Positions skipEqual(const UTF8Text& utf8, const UTF16Text& utf16, Positions at, bool full) {
+    const TextProgress equal = textKernels().match(utf16.buffer + at.utf16, utf16.length - at.utf16,
+                                                   utf8.buffer + at.utf8, utf8.length - at.utf8, full);
+    return {at.utf8 + static_cast<unsigned int>(equal.dest), at.utf16 + static_cast<unsigned int>(equal.source)};
 }
 
 // Compares a text in UTF-8 with a text in UTF-16. Both records have this charset.
@@ -47,8 +64,17 @@ bool crossEqual(const UTF8Text& utf8, const UTF16Text& utf16, StringDataSubChars
     if (utf8.length == 0 || utf16.length == 0) return utf8.length == utf16.length;
     if (charset == STRING_DATA_ASCII) return utf8.length == utf16.length && findDifference(utf8, utf16) == utf8.length;
 
+    constexpr unsigned int PLAIN_UNITS = 64; // compared one by one where a kernel stops
     unsigned int i = 0;
+    unsigned int plainEnd = 0;
     for (unsigned int j = 0; j < utf16.length; ++j) {
+        if (j >= plainEnd && i < utf8.length) {
+            const Positions equal = skipEqual(utf8, utf16, {i, j}, charset != STRING_DATA_UCS2);
+            i = equal.utf8;
+            j = equal.utf16;
+            if (j == utf16.length) break;
+            plainEnd = j + std::min(utf16.length - j, PLAIN_UNITS);
+        }
         UTF32Char c = utf16.buffer[j];
         if (charset != STRING_DATA_UCS2) {
             c = Unicode::getUTF32Char(utf16.buffer[j]);
@@ -76,6 +102,15 @@ template <class A, class B>
 bool codesLessThan(const Text<A>& a, const Text<B>& b) {
     unsigned int i = 0;
     unsigned int j = 0;
+    if constexpr (sizeof(A) < sizeof(B)) {
+        const Positions equal = skipEqual(a, b, {0, 0}, true);
+        i = equal.utf8;
+        j = equal.utf16;
+    } else if constexpr (sizeof(A) > sizeof(B)) {
+        const Positions equal = skipEqual(b, a, {0, 0}, true);
+        i = equal.utf16;
+        j = equal.utf8;
+    }
     while (i < a.length && j < b.length) {
         const UTF32Char left = Unicode::getUTF32Char(a.buffer, i, a.length);
         const UTF32Char right = Unicode::getUTF32Char(b.buffer, j, b.length);
@@ -148,8 +183,7 @@ bool StringData::utf8LessThan(const StringData& other) const {
     const UTF16Text otherText = textOf<UTF16Char>(other);
     if (m_charset == STRING_DATA_ASCII && other.m_charset != STRING_DATA_UNICODE) return unitsLessThan(text, otherText);
     if (other.m_charset == STRING_DATA_UCS2) {
-        unsigned int i = 0;
-        unsigned int j = 0;
+        auto [i, j] = skipEqual(text, otherText, {0, 0}, false);
         for (; i < text.length && j < otherText.length; ++j) {
             const UTF32Char c = Unicode::getUTF32Char(text.buffer, i, text.length);
             if (c != otherText.buffer[j]) return c < otherText.buffer[j];
@@ -167,8 +201,8 @@ bool StringData::utf16LessThan(const StringData& other) const {
     const UTF8Text otherText = textOf<unsigned char>(other);
     if (other.m_charset == STRING_DATA_ASCII && m_charset != STRING_DATA_UNICODE) return unitsLessThan(text, otherText);
     if (m_charset == STRING_DATA_UCS2) {
-        unsigned int j = 0;
-        for (unsigned int i = 0; i < text.length; ++i) {
+        auto [j, i] = skipEqual(otherText, text, {0, 0}, false);
+        for (; i < text.length; ++i) {
             if (j >= otherText.length) return false;
             const UTF32Char c = Unicode::getUTF32Char(otherText.buffer, j, otherText.length);
             if (text.buffer[i] != c) return text.buffer[i] < c;

@@ -1,14 +1,13 @@
 // Validation, lengths and conversions of whole buffers: all that throws. What never throws lies in headers by topic:
-// PlainText.h, UTF8Runs.h and UTF16Runs.h skip and count ordinary text, TextEncoding.h converts it. A loop here calls
-// them for the ordinary text from its position on, and decides about the character where they stop.
+// OrdinaryText.h skips and counts ordinary text, TextEncoding.h converts it, both with the kernels of this processor. A
+// loop here calls them for the ordinary text from its position on, and decides about the character where they stop.
 #include "Vorn/String/StringDataHelper.h"
 
+#include "OrdinaryText.h"
 #include "StringDataConversion.h"
 #include "StringDataScan.h"
 #include "TextBlock.h"
 #include "TextEncoding.h"
-#include "UTF16Runs.h"
-#include "UTF8Runs.h"
 #include "Vorn/Assert.h"
 #include "Vorn/Private/Sentinels.h"
 #include "Vorn/String/Unicode.h"
@@ -41,13 +40,14 @@ unsigned int stringDataBufferScan(const unsigned char* buffer, unsigned int& len
         if (i == MAX_TEXT_LENGTH) VORN_THROW(E::PARAMETER, "length : text too long!", SCAN);
         return true;
     };
+    OrdinaryText<UTF8Steps<true, false>, Terminated> ordinary(buffer, length);
     RunCounts run;
     bool hasNull = false;
     bool fullClass = false;
 
     unsigned int i = 0;
     for (;;) {
-        i = skipOrdinary<true, Terminated>(buffer, i, length, run);
+        i = ordinary.skip(i, run);
         if (Terminated ? buffer[i] == 0 : i == length) break;
         if (Terminated && i == MAX_TEXT_LENGTH) VORN_THROW(E::PARAMETER, "length : text too long!");
 
@@ -91,12 +91,13 @@ unsigned int stringDataBufferScan(const unsigned char* buffer, unsigned int& len
 template <bool Terminated>
 unsigned int stringDataBufferScan(const UTF16Char* buffer, unsigned int& length) {
     const auto endedAt = [&](unsigned int i) { return Terminated ? buffer[i] == 0 : i == length; };
-    UnitCounts<0x80> run;
+    OrdinaryText<UTF16Steps<true, false, 0x80>, Terminated> ordinary(buffer, length);
+    WideCounts run;
     bool hasNull = false;
 
     unsigned int i = 0;
     for (;;) {
-        i = skipOrdinary<true, Terminated>(buffer, i, length, run);
+        i = ordinary.skip(i, run);
         if (endedAt(i)) break;
         if (Terminated && i == MAX_TEXT_LENGTH) VORN_THROW(E::PARAMETER, "length : text too long!");
 
@@ -116,7 +117,7 @@ unsigned int stringDataBufferScan(const UTF16Char* buffer, unsigned int& length)
         }
     }
     length = i;
-    return scanResult(hasNull, run.twoBytes != 0 || hasNull, run.pairs != 0);
+    return scanResult(hasNull, run.beyondASCII || hasNull, run.pairs != 0);
 }
 
 } // namespace
@@ -140,7 +141,7 @@ namespace {
 
 template <const auto& Function>
 void checkLengthOfASCII(const unsigned char* buffer, unsigned int length) {
-    for (unsigned int i = findPlainEnd(buffer, 0, length); i < length; ++i) {
+    for (unsigned int i = skipASCII(buffer, length); i < length; ++i) {
         VORN_INTERNAL_ASSERT(buffer[i],
                              "ASCII null detected in UTF-8 buffer!! This implementation of UTF-8 does not support "
                              "ASCII null!",
@@ -151,7 +152,7 @@ void checkLengthOfASCII(const unsigned char* buffer, unsigned int length) {
 
 template <const auto& Function>
 void checkLengthOfASCII(const UTF16Char* buffer, unsigned int length) {
-    for (unsigned int i = findPlainEnd(buffer, 0, length); i < length; ++i) {
+    for (unsigned int i = skipASCII(buffer, length); i < length; ++i) {
         VORN_INTERNAL_ASSERT(
             buffer[i], "null detected in UTF-16 buffer that is marked as ASCII only!! This not allowed!", Function);
         VORN_INTERNAL_ASSERT(buffer[i] <= 127, "non-ASCII detected in UTF-16 buffer marked for ASCII only!!", Function);
@@ -165,10 +166,11 @@ constexpr char GET_UNICODE_LENGTH[] = "Vorn::stringDataGetUnicodeLength";
 // Returns the length in UTF-16 of a UTF-8 text that is not ASCII. Runs of ordinary text pass all checks.
 template <bool Full>
 unsigned int measureUTF16(const unsigned char* buffer, unsigned int length) {
+    OrdinaryText<UTF8Steps<Full, true>, false> ordinary(buffer, length);
     RunCounts run;
     unsigned int units = 0; // of the characters that runs do not skip
     std::uint64_t i = 0;    // may pass the end by 3 bytes
-    while ((i = skipOrdinary<Full, false>(buffer, static_cast<unsigned int>(i), length, run)) < length) {
+    while ((i = ordinary.skip(static_cast<unsigned int>(i), run)) < length) {
         UTF32Char c = Unicode::getUTF32Char(buffer[i]);
         VORN_INTERNAL_ASSERT(
             c,
@@ -215,26 +217,28 @@ unsigned int measureUTF16(const unsigned char* buffer, unsigned int length) {
 
 // Returns the length in UTF-8 of a UTF-16 text without surrogates.
 std::uint64_t measureUTF8OfUCS2(const UTF16Char* buffer, unsigned int length) {
-    UnitCounts<0x80> run;
+    OrdinaryText<UTF16Steps<false, true, 0x80>, false> ordinary(buffer, length);
+    WideCounts run;
     unsigned int i = 0;
-    while ((i = skipOrdinary<false, false>(buffer, i, length, run)) < length) {
+    while ((i = ordinary.skip(i, run)) < length) {
         const int count = UTF8::countUTF8(buffer[i]);
         VORN_INTERNAL_ASSERT(count >= 1, "Invalid code!", GET_UTF8_LENGTH);
         VORN_INTERNAL_ASSERT(count <= 3, "Invalid UCS-2 character detected in a buffer marked as UCS-2 only!",
                              GET_UTF8_LENGTH);
         ++i; // U+0000, which counts as one byte
     }
-    return std::uint64_t(length) + run.twoBytes + run.threeBytes;
+    return length + run.extraBytes;
 }
 
 // Returns the length in UTF-8 of any UTF-16 text. U+007F counts as two bytes.
 std::uint64_t measureUTF8OfUTF16(const UTF16Char* buffer, unsigned int length) {
-    UnitCounts<0x7F> run;
+    OrdinaryText<UTF16Steps<true, true, 0x7F>, false> ordinary(buffer, length);
+    WideCounts run;
     std::uint64_t bytes = 0; // one for each unit of a run, and those of the characters that runs do not skip
     unsigned int i = 0;
     while (i < length) {
         const unsigned int start = i;
-        i = skipOrdinary<true, false>(buffer, i, length, run);
+        i = ordinary.skip(i, run);
         bytes += i - start;
         if (i == length) break;
 
@@ -252,7 +256,24 @@ std::uint64_t measureUTF8OfUTF16(const UTF16Char* buffer, unsigned int length) {
         }
         ++i;
     }
-    return bytes + run.twoBytes + run.threeBytes + std::uint64_t(2) * run.pairs;
+    return bytes + run.extraBytes;
+}
+
+// Returns the number of characters of a UTF-8 text that is not ASCII.
+template <bool Full>
+unsigned int countCharacters(const unsigned char* buffer, unsigned int length) {
+    OrdinaryText<UTF8Steps<Full, true>, false> ordinary(buffer, length);
+    RunCounts run;
+    unsigned int characters = 0; // of those that runs do not skip
+    for (unsigned int i = 0; (i = ordinary.skip(i, run)) < length; ++characters) {
+        const UTF32Char c = Unicode::getUTF32Char(buffer, i, length);
+        VORN_INTERNAL_ASSERT(c != 0xFDEF, "Invalid Unicode character detected in UTF-8 buffer!!", GET_UNICODE_LENGTH);
+        if constexpr (!Full)
+            VORN_INTERNAL_ASSERT(c <= 0xFFFD,
+                                 "non-UCS-2 character detected in a UTF-8 buffer that is marked for UCS-2 only!!",
+                                 GET_UNICODE_LENGTH);
+    }
+    return run.characters + characters;
 }
 
 // Returns the length in UTF-8 of a UTF-16 text that is not ASCII.
@@ -295,15 +316,7 @@ unsigned int stringDataGetUnicodeLength(const unsigned char* buffer, const Strin
         return length;
     }
 
-    unsigned int characters = 0;
-    for (unsigned int i = 0; i < length; ++characters) {
-        const UTF32Char c = Unicode::getUTF32Char(buffer, i, length);
-        VORN_INTERNAL_ASSERT(c != 0xFDEF, "Invalid Unicode character detected in UTF-8 buffer!!");
-        if (charset == STRING_DATA_UCS2)
-            VORN_INTERNAL_ASSERT(c <= 0xFFFD,
-                                 "non-UCS-2 character detected in a UTF-8 buffer that is marked for UCS-2 only!!");
-    }
-    return characters;
+    return charset == STRING_DATA_UCS2 ? countCharacters<false>(buffer, length) : countCharacters<true>(buffer, length);
 }
 
 unsigned int stringDataGetUnicodeLength(const UTF16Char* buffer, const StringDataBufferInfo& info,
@@ -315,14 +328,18 @@ unsigned int stringDataGetUnicodeLength(const UTF16Char* buffer, const StringDat
         return length;
     }
     if (charset == STRING_DATA_UCS2) {
-        for (unsigned int i = 0; i < length; ++i)
+        OrdinaryText<UTF16Steps<false, false, 0x80>, false> ordinary(buffer, length);
+        WideCounts run;
+        for (unsigned int i = 0; (i = ordinary.skip(i, run)) < length; ++i)
             VORN_INTERNAL_ASSERT(Unicode::getUCS2Char(static_cast<UTF32Char>(buffer[i])) != 0xFDEF,
                                  "Invalid UCS-2 character detected in a buffer marked as UCS-2 only!");
         return length;
     }
 
-    unsigned int characters = 0;
-    for (unsigned int i = 0; i < length; ++i, ++characters) {
+    OrdinaryText<UTF16Steps<true, true, 0x80>, false> ordinary(buffer, length);
+    WideCounts run;
+    unsigned int pairs = 0; // of those that runs do not skip
+    for (unsigned int i = 0; (i = ordinary.skip(i, run)) < length; ++i) {
         const UTF32Char c = Unicode::getUTF32Char(buffer[i]);
         VORN_INTERNAL_ASSERT(c != 0xFDEF, "Invalid Unicode character detected in UTF-16 buffer!!");
         VORN_INTERNAL_ASSERT(c != 0xFDD2, "unmatched second UTF-16 surrogate detected!!");
@@ -331,9 +348,10 @@ unsigned int stringDataGetUnicodeLength(const UTF16Char* buffer, const StringDat
             VORN_INTERNAL_ASSERT(i < length, "unmatched first UTF-16 surrogate detected!!");
             VORN_INTERNAL_ASSERT(Unicode::getUTF32Char(buffer[i]) == 0xFDD2,
                                  "unmatched first UTF-16 surrogate detected!!");
+            ++pairs;
         }
     }
-    return characters;
+    return length - run.pairs - pairs;
 }
 
 namespace {
@@ -344,9 +362,6 @@ constexpr char CONVERT_COPY_TO_UTF16[] = "Vorn::stringDataConvertCopyToUTF16";
 constexpr char CONVERT_TO_UTF8[] = "Vorn::stringDataConvertToUTF8";
 constexpr char CONVERT_CREATE_UTF8[] = "Vorn::stringDataConvertCreateUTF8";
 constexpr char CONVERT_COPY_TO_UTF8[] = "Vorn::stringDataConvertCopyToUTF8";
-
-// ASCII is checked and copied in blocks of this many units, which stay in the cache in between.
-constexpr unsigned int ASCII_BLOCK = 1024;
 
 // Throws for unit `i`, where plain ASCII ends, unless that is the end of the text.
 template <const auto& Function>
@@ -375,20 +390,16 @@ void checkASCII(const UTF16Char* sourceBuffer, unsigned int i, unsigned int leng
 
 template <const auto& Function, class Target, class Source>
 unsigned int convertPlain(Target* dest, const Source* sourceBuffer, unsigned int length) {
-    for (unsigned int i = 0; i < length;) {
-        const unsigned int blockEnd = i + std::min(length - i, ASCII_BLOCK);
-        const unsigned int end = findPlainEnd(sourceBuffer, i, blockEnd);
-        for (; i < end; ++i) dest[i] = static_cast<Target>(sourceBuffer[i]);
-        checkASCII<Function>(sourceBuffer, end, blockEnd);
-    }
+    checkASCII<Function>(sourceBuffer, copyASCII(dest, sourceBuffer, length), length);
     return length;
 }
 
 unsigned int stringDataConvertToUTF16FromNonASCIIUTF8(StringDataSubCharset charset, UTF16Char* dest,
                                                       unsigned int destLength, const unsigned char* sourceBuffer,
                                                       unsigned int sourceLength) {
-    unsigned int i = 0;
-    unsigned int j = 0;
+    const TextProgress converted = textKernels().toUTF16(sourceBuffer, sourceLength, dest, destLength);
+    auto i = static_cast<unsigned int>(converted.source);
+    auto j = static_cast<unsigned int>(converted.dest);
     while (i < sourceLength) {
         VORN_INTERNAL_ASSERT(j < destLength, "destination buffer too short");
         const Conversion start{sourceBuffer + i, dest + j};
@@ -421,8 +432,10 @@ constexpr std::size_t UNKNOWN_SIZE = SIZE_MAX;
 template <bool Pairs, const auto& Function>
 std::size_t encodeText(unsigned char* dest, unsigned int destLength, std::size_t blockSize,
                        const UTF16Char* sourceBuffer, unsigned int sourceLength) {
-    std::size_t j = 0; // may pass `destLength` by 3 bytes
-    for (unsigned int i = 0; i < sourceLength;) {
+    const std::size_t room = std::min<std::size_t>(destLength, blockSize);
+    const TextProgress converted = textKernels().toUTF8(sourceBuffer, sourceLength, dest, room, Pairs);
+    std::size_t j = converted.dest; // may pass `destLength` by 3 bytes
+    for (auto i = static_cast<unsigned int>(converted.source); i < sourceLength;) {
         VORN_INTERNAL_ASSERT(j < destLength, "destination buffer too short!", Function);
         if (blockSize - j >= LONGEST_CHARACTER) {
             j = static_cast<std::size_t>(encodeCharacter<Pairs>(dest + j, sourceBuffer, i) - dest);
@@ -584,11 +597,11 @@ void stringDataConvertToUTF8(std::string& dest, const UTF16Char* sourceBuffer, c
                              StringDataSubCharset charset) {
     const unsigned int length = sourceInfo.m_length;
     if (length == 0 || charset == STRING_DATA_ASCII) {
-        const unsigned int end = findPlainEnd(sourceBuffer, 0, length);
+        const unsigned int end = skipASCII(sourceBuffer, length);
         dest.clear();
         dest.reserve(length);
         dest.resize(end);
-        for (unsigned int i = 0; i < end; ++i) dest[i] = static_cast<char>(sourceBuffer[i]);
+        copyASCII(reinterpret_cast<unsigned char*>(dest.data()), sourceBuffer, end);
         checkASCII<CONVERT_TO_UTF8>(sourceBuffer, end, length);
         return;
     }
@@ -602,12 +615,18 @@ void stringDataConvertToUTF8(std::string& dest, const UTF16Char* sourceBuffer, c
     dest.clear();
     dest.reserve(static_cast<std::size_t>(size));
 
-    unsigned char character[4];
+    unsigned char part[4096];
+    const bool pairs = charset != STRING_DATA_UCS2;
     for (unsigned int i = 0; i < length;) {
-        const unsigned char* const end = charset == STRING_DATA_UCS2
-                                             ? encodeCharacter<false>(character, sourceBuffer, i)
-                                             : encodeCharacter<true>(character, sourceBuffer, i);
-        dest.append(reinterpret_cast<const char*>(character), static_cast<std::size_t>(end - character));
+        const TextProgress converted = textKernels().toUTF8(sourceBuffer + i, length - i, part, sizeof(part), pairs);
+        dest.append(reinterpret_cast<const char*>(part), converted.dest);
+        i += static_cast<unsigned int>(converted.source);
+        // The kernel has left a few units at the end of the text or of the part.
+        const unsigned int partEnd = i + std::min(length - i, 32u);
+        unsigned char* end = part;
+        while (i < partEnd)
+            end = pairs ? encodeCharacter<true>(end, sourceBuffer, i) : encodeCharacter<false>(end, sourceBuffer, i);
+        dest.append(reinterpret_cast<const char*>(part), static_cast<std::size_t>(end - part));
     }
 }
 

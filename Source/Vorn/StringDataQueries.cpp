@@ -1,4 +1,5 @@
 // Queries of a record's text. They read the buffer that exists and build none.
+#include "Kernels/TextKernels.h"
 #include "TextSearch.h"
 #include "Vorn/Private/Sentinels.h"
 #include "Vorn/String/StringData.h"
@@ -62,17 +63,6 @@ bool containsInSteps(const signed char* needle, const CharType* buffer, unsigned
     for (unsigned int offset = 0; length - offset >= size; offset += size)
         if (matchingUnits(needle, buffer + offset, size) == size) return true;
     return false;
-}
-
-// Returns 1 if the two are equal, else 0: of two different numbers, one of the two differences is negative.
-unsigned int isEqual(unsigned int a, unsigned int b) { return (((a - b) | (b - a)) >> 31) ^ 1; }
-
-template <class CharType>
-unsigned int countUnits(unsigned int c, const CharType* buffer, unsigned int length) {
-    unsigned int count = 0;
-    for (unsigned int i = 1; i < length; i += 2) count += isEqual(buffer[i - 1], c) + isEqual(buffer[i], c);
-    if (length & 1) count += isEqual(buffer[length - 1], c);
-    return count;
 }
 
 // Reads the character before byte `i`, moves `i` to its first byte and returns its code. Returns NO_CHARACTER for
@@ -159,8 +149,13 @@ bool StringData::contains(const signed char* needle) const {
 unsigned int StringData::count(signed char c) const {
     const unsigned int code = static_cast<unsigned char>(c);
     if (code > 127) VORN_THROW(E::PARAMETER, "Invalid ASCII character!");
-    if (m_UTF8Buffer) return countUnits(code, m_UTF8Buffer, m_utf8Info.m_length);
-    return m_UTF16Buffer ? countUnits(code, m_UTF16Buffer, m_utf16Info.m_length) : 0;
+    const TextKernels& kernels = textKernels();
+    std::size_t count = 0;
+    if (m_UTF8Buffer)
+        count = kernels.count8(m_UTF8Buffer, m_utf8Info.m_length, static_cast<unsigned char>(code));
+    else if (m_UTF16Buffer)
+        count = kernels.count16(m_UTF16Buffer, m_utf16Info.m_length, static_cast<UTF16Char>(code));
+    return static_cast<unsigned int>(count);
 }
 
 unsigned int StringData::getUnicodeLength() const {

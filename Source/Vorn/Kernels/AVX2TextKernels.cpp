@@ -1,0 +1,27 @@
+// The kernels of AVX2. Conversions work on 16 bytes, as their shuffles do.
+#include "TextKernelTables.h"
+
+#ifdef VORN_AVX_KERNELS
+#include "VectorConvert.h"
+#include "VectorScan.h"
+#include "VectorsX86.h"
+
+namespace VornPrivate {
+
+namespace {
+
+bool isSupported() noexcept {
+    __builtin_cpu_init(); // this can run before the constructors
+    return __builtin_cpu_supports("avx2") && __builtin_cpu_supports("bmi") && __builtin_cpu_supports("popcnt");
+}
+
+} // namespace
+
+constinit const TextKernels avx2TextKernels = {
+    "AVX2",          isSupported,      scanUTF8<V32>,   measureUTF8<V32>, scanUTF16<V32>, measureUTF16<V32>,
+    widenASCII<V32>, narrowASCII<V32>, skipASCII8<V32>, skipASCII16<V32>, convertToUTF16, convertToUTF8,
+    matchEncodings,  matchUnits<V32>,  count8<V32>,     count16<V32>,     findZero<V32>,
+};
+
+} // namespace VornPrivate
+#endif

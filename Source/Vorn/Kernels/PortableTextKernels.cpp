@@ -1,0 +1,163 @@
+// The portable kernels, without any instruction of a set.
+#include "../PlainText.h"
+#include "../TextEncoding.h"
+#include "../UTF16Runs.h"
+#include "../UTF8Runs.h"
+#include "TextKernelTables.h"
+
+#include <algorithm>
+
+namespace VornPrivate {
+
+namespace portable {
+
+namespace {
+
+// The runs of plain code have lengths of 32 bits.
+constexpr std::size_t LONGEST_RUN = 0x40000000;
+unsigned int runLength(std::size_t length) { return static_cast<unsigned int>(std::min(length, LONGEST_RUN)); }
+
+template <bool Full>
+UTF8Run runOf(const unsigned char* text, std::size_t length) {
+    RunCounts counts;
+    const unsigned int end = skipOrdinary<Full, false>(text, 0, runLength(length), counts);
+    return {end, counts.characters, counts.fourBytes, counts.beyondASCII || counts.fourBytes != 0};
+}
+
+template <bool Full, unsigned int FirstOfTwo>
+UTF16Run runOf(const UTF16Char* text, std::size_t length) {
+    UnitCounts<FirstOfTwo> counts;
+    const unsigned int end = skipOrdinary<Full, false>(text, 0, runLength(length), counts);
+    return {end, std::size_t(counts.twoBytes) + counts.threeBytes + 2 * std::size_t(counts.pairs), counts.pairs,
+            counts.twoBytes != 0 || counts.pairs != 0};
+}
+
+bool isAlwaysSupported() noexcept { return true; }
+
+UTF16Run scanUTF16(const UTF16Char* text, std::size_t length) noexcept { return runOf<true, 0x80>(text, length); }
+
+UTF16Run measureUTF16(const UTF16Char* text, std::size_t length, unsigned int firstOfTwo, bool full) noexcept {
+    if (full) return firstOfTwo == 0x7F ? runOf<true, 0x7F>(text, length) : runOf<true, 0x80>(text, length);
+    return firstOfTwo == 0x7F ? runOf<false, 0x7F>(text, length) : runOf<false, 0x80>(text, length);
+}
+
+template <class Unit>
+std::size_t skipASCII(const Unit* text, std::size_t length) noexcept {
+    return findPlainEnd(text, 0, runLength(length));
+}
+
+// Copied in blocks that stay in the cache between their check and their copy.
+template <class Source, class Dest>
+std::size_t copyASCII(const Source* source, std::size_t length, Dest* dest) noexcept {
+    constexpr unsigned int BLOCK = 1024;
+    const unsigned int end = runLength(length);
+    unsigned int i = 0;
+    while (i < end) {
+        const unsigned int blockEnd = i + std::min(end - i, BLOCK);
+        const unsigned int plainEnd = findPlainEnd(source, i, blockEnd);
+        for (; i < plainEnd; ++i) dest[i] = static_cast<Dest>(source[i]);
+        if (plainEnd < blockEnd) break;
+    }
+    return i;
+}
+
+std::size_t matchUnits(const unsigned char* text, const UTF16Char* wide, std::size_t length) noexcept {
+    std::size_t i = 0;
+    while (i < length && text[i] == wide[i]) ++i;
+    return i;
+}
+
+template <class Unit>
+std::size_t count(const Unit* text, std::size_t length, Unit unit) noexcept {
+    std::size_t found = 0;
+    for (std::size_t i = 0; i < length; ++i) found += text[i] == unit;
+    return found;
+}
+
+std::size_t findZero(const UTF16Char* text, std::size_t length) noexcept {
+    std::size_t i = 0;
+    while (i < length && text[i] != 0) ++i;
+    return i;
+}
+
+} // namespace
+
+UTF8Run scanUTF8(const unsigned char* text, std::size_t length) noexcept { return runOf<true>(text, length); }
+
+UTF8Run measureUTF8(const unsigned char* text, std::size_t length, bool full) noexcept {
+    return full ? runOf<true>(text, length) : runOf<false>(text, length);
+}
+
+TextProgress toUTF16(const unsigned char* source, std::size_t length, UTF16Char* dest, std::size_t room) noexcept {
+    const Conversion end = convertOrdinary<true>({source, dest}, source + length, dest + room);
+    return {static_cast<std::size_t>(end.source - source), static_cast<std::size_t>(end.dest - dest)};
+}
+
+TextProgress toUTF8(const UTF16Char* source, std::size_t length, unsigned char* dest, std::size_t room,
+                    bool pairs) noexcept {
+    unsigned int i = 0;
+    std::size_t j = 0;
+    // The unit behind a first surrogate at the end is left to the caller.
+    while (i < runLength(length) && room - j >= LONGEST_CHARACTER) {
+        if (pairs && i + 1 == length && (source[i] & 0xFC00) == 0xD800) break;
+        unsigned char* const end =
+            pairs ? encodeCharacter<true>(dest + j, source, i) : encodeCharacter<false>(dest + j, source, i);
+        j = static_cast<std::size_t>(end - dest);
+    }
+    return {i, j};
+}
+
+TextProgress match(const UTF16Char* wide, std::size_t wideLength, const unsigned char* text, std::size_t length,
+                   bool full) noexcept {
+    std::size_t i = 0;
+    std::size_t j = 0;
+    while (i < wideLength && length - j >= LONGEST_CHARACTER) {
+        const bool isPair = full && wideLength - i >= 2 && isOrdinaryPair(wide[i], wide[i + 1]);
+        if (isPair) {
+            const unsigned int code = 0x10000 + ((wide[i] & 0x3FFu) << 10 | (wide[i + 1] & 0x3FFu));
+            if (!isOrdinary4(text + j) || decode4(text + j) != code) break;
+            i += 2;
+            j += 4;
+            continue;
+        }
+        if (!isOrdinaryUnit(wide[i])) break;
+        const unsigned int unit = wide[i];
+        const unsigned char* const at = text + j;
+        if (unit < 0x80) {
+            if (*at != unit) break;
+            j += 1;
+        } else if (unit < 0x800) {
+            if (!isOrdinary2(at) || decode2(at) != unit) break;
+            j += 2;
+        } else {
+            if (!isOrdinary3(at) || decode3(at) != unit) break;
+            j += 3;
+        }
+        ++i;
+    }
+    return {i, j};
+}
+
+} // namespace portable
+
+constinit const TextKernels portableTextKernels = {
+    "portable",
+    portable::isAlwaysSupported,
+    portable::scanUTF8,
+    portable::measureUTF8,
+    portable::scanUTF16,
+    portable::measureUTF16,
+    portable::copyASCII<unsigned char, UTF16Char>,
+    portable::copyASCII<UTF16Char, unsigned char>,
+    portable::skipASCII<unsigned char>,
+    portable::skipASCII<UTF16Char>,
+    portable::toUTF16,
+    portable::toUTF8,
+    portable::match,
+    portable::matchUnits,
+    portable::count<unsigned char>,
+    portable::count<UTF16Char>,
+    portable::findZero,
+};
+
+} // namespace VornPrivate

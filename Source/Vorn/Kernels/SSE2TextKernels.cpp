@@ -1,0 +1,26 @@
+// The kernels of the baseline of x86-64. UTF-8 without a shuffle of bytes is left to the portable kernels.
+#include "TextKernelTables.h"
+
+#ifdef VORN_X86_KERNELS
+#include "VectorScan.h"
+#include "VectorsX86.h"
+
+namespace VornPrivate {
+
+namespace {
+
+bool isSupported() noexcept {
+    __builtin_cpu_init(); // this can run before the constructors
+    return __builtin_cpu_supports("sse2");
+}
+
+} // namespace
+
+constinit const TextKernels sse2TextKernels = {
+    "SSE2",          isSupported,      portable::scanUTF8, portable::measureUTF8, scanUTF16<V16>,    measureUTF16<V16>,
+    widenASCII<V16>, narrowASCII<V16>, skipASCII8<V16>,    skipASCII16<V16>,      portable::toUTF16, portable::toUTF8,
+    portable::match, matchUnits<V16>,  count8<V16>,        count16<V16>,          findZero<V16>,
+};
+
+} // namespace VornPrivate
+#endif

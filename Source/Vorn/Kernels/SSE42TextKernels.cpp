@@ -1,0 +1,27 @@
+// The kernels of SSE4.2 and POPCNT.
+#include "TextKernelTables.h"
+
+#ifdef VORN_X86_KERNELS
+#include "VectorConvert.h"
+#include "VectorScan.h"
+#include "VectorsX86.h"
+
+namespace VornPrivate {
+
+namespace {
+
+bool isSupported() noexcept {
+    __builtin_cpu_init(); // this can run before the constructors
+    return __builtin_cpu_supports("sse4.2") && __builtin_cpu_supports("popcnt");
+}
+
+} // namespace
+
+constinit const TextKernels sse42TextKernels = {
+    "SSE4.2",        isSupported,      scanUTF8<V16>,   measureUTF8<V16>, scanUTF16<V16>, measureUTF16<V16>,
+    widenASCII<V16>, narrowASCII<V16>, skipASCII8<V16>, skipASCII16<V16>, convertToUTF16, convertToUTF8,
+    matchEncodings,  matchUnits<V16>,  count8<V16>,     count16<V16>,     findZero<V16>,
+};
+
+} // namespace VornPrivate
+#endif
