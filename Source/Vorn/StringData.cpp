@@ -2,9 +2,10 @@
 //
 //     constructor        String.cpp                  creates the string record of a buffer
 //     record             StringData.cpp              refers to the buffer; stores length, type and charset
-//     scan               StringDataHelper.cpp        validates the text; UTF8Runs.h and UTF16Runs.h skip ordinary text
+//     scan               StringDataHelper.cpp        validates the text; OrdinaryText.h skips ordinary text with the
+//                                                    kernels of this processor in Kernels
 //     other encoding     StringData.h, getBuffer     requests the conversion when the encoding is first used
-//     conversion         StringDataHelper.cpp        measures and converts; TextEncoding.h converts ordinary text
+//     conversion         StringDataHelper.cpp        measures and converts; kernels convert ordinary text
 //     terminator         StringDataOwnership.cpp     copies or moves the text so that a zero unit follows it
 //     substring          StringDataSubstring.cpp     refers to the same block, or converts only the substring
 //     query, order       StringDataQueries.cpp,      read the buffer that exists; TextSearch.cpp finds substrings
@@ -15,6 +16,7 @@
 //                        ParseFloat.cpp
 #include "Vorn/String/StringData.h"
 
+#include "PlainText.h"
 #include "StringDataConversion.h"
 #include "StringDataScan.h"
 #include "TextBlock.h"
@@ -49,14 +51,15 @@ void StringData::initialise(const CharType* buffer, std::uint64_t length, String
     if (!buffer) VORN_THROW(E::PARAMETER, "buffer must not be null!!!!");
 
     bool terminated = length == UNKNOWN_LENGTH;
-    if (length == 0) {
+    if (!terminated && length != 0 && buffer[length - 1] == 0) {
+        --length;
+        terminated = true;
+    }
+    if (length <= VornPrivate::SHORT_BYTES / sizeof(CharType) &&
+        VornPrivate::isShortPlain(buffer, static_cast<unsigned int>(length))) {
         m_charset = STRING_DATA_ASCII;
         m_embeddedNulls = 0;
     } else {
-        if (!terminated && buffer[length - 1] == 0) {
-            --length;
-            terminated = true;
-        }
         unsigned int units = static_cast<unsigned int>(length); // 0xFFFFFFFF for an unknown length
         const unsigned int scanResult = stringDataScanBuffer(buffer, units);
         length = units;
@@ -80,12 +83,16 @@ StringData::~StringData() { destroyBuffers(); }
 
 void StringData::destroyBuffers() {
     switch (m_utf8Info.m_allocationType) {
-    case STRING_DATA_EXTERNAL: destroyExternalUTF8(); break;
+    case STRING_DATA_EXTERNAL:
+        if (m_utf8Info.m_previous || m_utf8Info.m_next) destroyExternalUTF8();
+        break;
     case STRING_DATA_DYNAMIC: destroyDynamicUTF8(); break;
     default: break;
     }
     switch (m_utf16Info.m_allocationType) {
-    case STRING_DATA_EXTERNAL: destroyExternalUTF16(); break;
+    case STRING_DATA_EXTERNAL:
+        if (m_utf16Info.m_previous || m_utf16Info.m_next) destroyExternalUTF16();
+        break;
     case STRING_DATA_DYNAMIC: destroyDynamicUTF16(); break;
     default: break;
     }
