@@ -47,12 +47,45 @@ icu::UnicodeString generate(const Script& script, int length) {
     return text;
 }
 
+// Words of the script, with markup, numbers and punctuation between them: about a third is ASCII.
+icu::UnicodeString generatePage(const Script& script, int length) {
+    static constexpr const char* BETWEEN[] = {"</p>\n<p class=\"text\">",
+                                              "<a href=\"/wiki/page?id=1204\">",
+                                              "</a>, ",
+                                              " <b>",
+                                              "</b> ",
+                                              " (1987-2024) ",
+                                              ". ",
+                                              ", ",
+                                              ", ",
+                                              " 42 "};
+    std::mt19937 random(43);
+    const auto below = [&](unsigned int limit) { return static_cast<unsigned int>(random()) % limit; };
+    icu::UnicodeString text;
+    while (text.length() < length) {
+        for (unsigned int left = 2 + below(9); left != 0; --left) {
+            const bool plain = script.first == 0xE0 && below(8) != 0;
+            const unsigned int code = plain ? 'a' + below(26) : script.first + below(script.last - script.first + 1);
+            text.append(static_cast<UChar32>(code));
+        }
+        text.append(below(5) == 0 ? icu::UnicodeString(BETWEEN[below(std::size(BETWEEN))]) : icu::UnicodeString(" "));
+    }
+    // No pair is divided at the end.
+    text.truncate(U16_IS_TRAIL(text.charAt(length)) ? length - 1 : length);
+    while (text.length() < length) text.append(u' ');
+    return text;
+}
+
 } // namespace
 
 std::vector<SampleText> generateTexts() {
     std::vector<SampleText> texts;
-    for (const Script& script : SCRIPTS)
-        for (const int length : {8, 64, 1024, 65536}) texts.push_back(makeText(script.name, generate(script, length)));
+    for (const Script& script : SCRIPTS) {
+        for (const int length : {4, 8, 16, 64, 1024, 65536})
+            texts.push_back(makeText(script.name, generate(script, length)));
+        const std::string name = script.name;
+        texts.push_back(makeText(name + " page", generatePage(script, 65536)));
+    }
     return texts;
 }
 

@@ -10,7 +10,8 @@ struct SampleText {
     std::u16string utf16;
 };
 
-/// Texts of several scripts and lengths (8, 64, 1024 and 65536 units of UTF-16), the same in every run.
+/// Texts of several scripts and lengths (4 to 65536 units of UTF-16), the same in every run. Those called
+/// "page" have the statistics of web pages: markup, digits, punctuation and blanks between the words of the script.
 std::vector<SampleText> generateTexts();
 
 /// Reads the text files of a folder, as UTF-16 if they begin with a byte order mark of UTF-16, otherwise as UTF-8.

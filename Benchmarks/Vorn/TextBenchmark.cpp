@@ -4,6 +4,7 @@
 
 #include <Vorn/Vorn.h>
 #include <benchmark/benchmark.h>
+#include <simdjson.h>
 #include <unicode/unistr.h>
 #include <unicode/ustring.h>
 
@@ -88,6 +89,23 @@ void scanUTF8IcuMeasure(Run& run, const SampleText& text) {
     run.countBytes(text.utf8.size());
 }
 
+// Validates only: neither the charset nor U+0000 nor noncharacters matter.
+void scanUTF8Simdjson(Run& run, const SampleText& text) {
+    run.expect(simdjson::validate_utf8(text.utf8), true);
+    for (auto _ : run.loop()) benchmark::DoNotOptimize(simdjson::validate_utf8(text.utf8.data(), text.utf8.size()));
+    run.countBytes(text.utf8.size());
+}
+
+// The part of a string over a borrowed buffer that the heap takes.
+void allocateRecord(Run& run, const SampleText& text) {
+    run.expect(lengthOf(text), text.utf8.size());
+    for (auto _ : run.loop()) {
+        void* record = ::operator new(sizeof(StringData));
+        benchmark::DoNotOptimize(record);
+        ::operator delete(record);
+    }
+}
+
 // Copies without validation.
 void scanUTF8StdString(Run& run, const SampleText& text) {
     run.expect(std::string(text.utf8.data(), text.utf8.size()), text.utf8);
@@ -161,6 +179,14 @@ void toUTF8Icu(Run& run, const SampleText& text) {
     run.countBytes(text.utf16.size() * 2);
 }
 
+// One text in two encodings. The bytes of the one in UTF-8 count.
+void equalAcrossEncodings(Run& run, const SampleText& text) {
+    const String utf8(text.utf8.c_str(), lengthOf(text)), utf16(text.utf16.c_str(), wideLengthOf(text));
+    run.expect(utf8, utf16);
+    for (auto _ : run.loop()) benchmark::DoNotOptimize(utf8 == utf16);
+    run.countBytes(text.utf8.size());
+}
+
 // Copies and destroys a value.
 
 template <class Value>
@@ -190,6 +216,8 @@ void registerTextBenchmarks(const std::vector<SampleText>& texts) {
         {"scan UTF-8", "Vorn, terminated", scanUTF8Terminated},
         {"scan UTF-8", "ICU converts", scanUTF8Icu},
         {"scan UTF-8", "ICU measures", scanUTF8IcuMeasure},
+        {"scan UTF-8", "simdjson validates", scanUTF8Simdjson},
+        {"scan UTF-8", "new and delete of a record", allocateRecord},
         {"scan UTF-8", "std::string copies", scanUTF8StdString},
         {"scan UTF-16", "Vorn", scanUTF16},
         {"scan UTF-16", "Vorn, terminated", scanUTF16Terminated},
@@ -197,6 +225,7 @@ void registerTextBenchmarks(const std::vector<SampleText>& texts) {
         {"convert to UTF-16", "ICU", toUTF16Icu},
         {"convert to UTF-8", "Vorn", toUTF8},
         {"convert to UTF-8", "ICU", toUTF8Icu},
+        {"equal in UTF-8 and UTF-16", "Vorn", equalAcrossEncodings},
     };
     for (const SampleText& text : texts) {
         for (const auto& rival : rivals) {
