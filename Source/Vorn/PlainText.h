@@ -34,8 +34,8 @@ inline std::uint64_t oddUnits(std::uint64_t word) {
 
 inline bool isPlain(unsigned int unit) { return unit - 1 < 0x7F; }
 
-/// Texts of so many bytes are tested by `isShortPlain`, which takes less time than a call.
-constexpr unsigned int SHORT_BYTES = 64;
+/// Texts of so many units are tested by `isShortPlain`, which takes less time than a call.
+constexpr unsigned int SHORT_UNITS = 64;
 
 /// Returns true if all units of a short text are plain ASCII. The last word overlaps the one in front of it.
 template <class CharType>

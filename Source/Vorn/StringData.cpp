@@ -55,8 +55,7 @@ void StringData::initialise(const CharType* buffer, std::uint64_t length, String
         --length;
         terminated = true;
     }
-    if (length <= VornPrivate::SHORT_BYTES / sizeof(CharType) &&
-        VornPrivate::isShortPlain(buffer, static_cast<unsigned int>(length))) {
+    if (length <= VornPrivate::SHORT_UNITS && VornPrivate::isShortPlain(buffer, static_cast<unsigned int>(length))) {
         m_charset = STRING_DATA_ASCII;
         m_embeddedNulls = 0;
     } else {

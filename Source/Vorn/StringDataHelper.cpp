@@ -431,11 +431,20 @@ constexpr std::size_t UNKNOWN_SIZE = SIZE_MAX;
 // starts before `destLength` and ends behind `blockSize` bytes are dropped where they are outside the block.
 template <bool Pairs, const auto& Function>
 std::size_t encodeText(unsigned char* dest, unsigned int destLength, std::size_t blockSize,
-                       const UTF16Char* sourceBuffer, unsigned int sourceLength) {
-    const std::size_t room = std::min<std::size_t>(destLength, blockSize);
-    const TextProgress converted = textKernels().toUTF8(sourceBuffer, sourceLength, dest, room, Pairs);
-    std::size_t j = converted.dest; // may pass `destLength` by 3 bytes
-    for (auto i = static_cast<unsigned int>(converted.source); i < sourceLength;) {
+                       const UTF16Char* sourceBuffer, unsigned int sourceLength, bool isMeasured) {
+    unsigned int i = 0;
+    std::size_t j = 0; // may pass `destLength` by 3 bytes
+    // The kernels read all of a measured text. Of any other, no unit is read that is not needed to fill the
+    // destination.
+    for (std::size_t passed = 1; passed != 0;) {
+        const std::size_t room = std::min<std::size_t>(destLength, blockSize) - j;
+        const std::size_t length = isMeasured ? sourceLength - i : std::min<std::size_t>(sourceLength - i, room / 3);
+        const TextProgress converted = textKernels().toUTF8(sourceBuffer + i, length, dest + j, room, Pairs);
+        passed = isMeasured ? 0 : converted.source;
+        i += static_cast<unsigned int>(converted.source);
+        j += converted.dest;
+    }
+    while (i < sourceLength) {
         VORN_INTERNAL_ASSERT(j < destLength, "destination buffer too short!", Function);
         if (blockSize - j >= LONGEST_CHARACTER) {
             j = static_cast<std::size_t>(encodeCharacter<Pairs>(dest + j, sourceBuffer, i) - dest);
@@ -453,27 +462,28 @@ constexpr char FROM_UCS2[] = "Vorn::stringDataConvertToUTF8FromUCS2";
 constexpr char FROM_UTF16[] = "Vorn::stringDataConvertToUTF8FromUTF16";
 
 std::size_t encodeWide(StringDataSubCharset charset, unsigned char* dest, unsigned int destLength,
-                       std::size_t blockSize, const UTF16Char* sourceBuffer, unsigned int sourceLength) {
+                       std::size_t blockSize, const UTF16Char* sourceBuffer, unsigned int sourceLength,
+                       bool isMeasured) {
     if (charset == STRING_DATA_UCS2)
-        return encodeText<false, FROM_UCS2>(dest, destLength, blockSize, sourceBuffer, sourceLength);
-    return encodeText<true, FROM_UTF16>(dest, destLength, blockSize, sourceBuffer, sourceLength);
+        return encodeText<false, FROM_UCS2>(dest, destLength, blockSize, sourceBuffer, sourceLength, isMeasured);
+    return encodeText<true, FROM_UTF16>(dest, destLength, blockSize, sourceBuffer, sourceLength, isMeasured);
 }
 
 } // namespace
 
 std::size_t stringDataConvertToUTF8FromWide(StringDataSubCharset charset, unsigned char* dest, unsigned int destLength,
                                             const UTF16Char* sourceBuffer, unsigned int sourceLength) {
-    return encodeWide(charset, dest, destLength, UNKNOWN_SIZE, sourceBuffer, sourceLength);
+    return encodeWide(charset, dest, destLength, UNKNOWN_SIZE, sourceBuffer, sourceLength, false);
 }
 
 void stringDataConvertToUTF8FromUCS2(unsigned char* dest, unsigned int destLength, const UTF16Char* sourceBuffer,
                                      unsigned int sourceLength) {
-    encodeText<false, FROM_UCS2>(dest, destLength, UNKNOWN_SIZE, sourceBuffer, sourceLength);
+    encodeText<false, FROM_UCS2>(dest, destLength, UNKNOWN_SIZE, sourceBuffer, sourceLength, false);
 }
 
 void stringDataConvertToUTF8FromUTF16(unsigned char* dest, unsigned int destLength, const UTF16Char* sourceBuffer,
                                       unsigned int sourceLength) {
-    encodeText<true, FROM_UTF16>(dest, destLength, UNKNOWN_SIZE, sourceBuffer, sourceLength);
+    encodeText<true, FROM_UTF16>(dest, destLength, UNKNOWN_SIZE, sourceBuffer, sourceLength, false);
 }
 
 namespace {
@@ -497,7 +507,7 @@ std::size_t convertInto(Target* dest, unsigned int destLength, std::size_t block
     if constexpr (sizeof(Source) == 1)
         return stringDataConvertToUTF16FromNonASCIIUTF8(charset, dest, destLength, sourceBuffer, sourceLength);
     else
-        return encodeWide(charset, dest, destLength, blockSize, sourceBuffer, sourceLength);
+        return encodeWide(charset, dest, destLength, blockSize, sourceBuffer, sourceLength, true);
 }
 
 template <const auto& Function, class Target, class Source>

@@ -179,39 +179,38 @@ TextProgress convertToUTF8(const UTF16Char* source, std::size_t length, unsigned
                            bool pairs) noexcept {
     std::size_t i = 0;
     std::size_t j = 0;
-    // Whole vectors are stored, far enough from the end of both texts.
-    while (length - i >= 64 && room - j >= 3 * 32) {
+    // Whole vectors are stored faster. 64 units become 64 bytes at least.
+    const auto store = [&](const Packed& packed) {
+        if (packed.size > room - j) return false;
+        if (length - i >= 64 && room - j >= 64)
+            V64::store(dest + j, packed.bytes);
+        else
+            _mm512_mask_storeu_epi8(dest + j, lowest(packed.size), packed.bytes);
+        j += packed.size;
+        return true;
+    };
+    while (length - i >= 32) {
         const __m512i units = V64::load(source + i);
         if (V64::isZero(notPlain16<V64>(units))) {
+            if (room - j < 32) break;
             V32::store(dest + j, _mm512_cvtepi16_epi8(units));
             i += 32;
             j += 32;
             continue;
         }
         if (isBelow800(units)) {
-            const Packed packed = packed32(units);
-            V64::store(dest + j, packed.bytes);
+            if (!store(packed32(units))) break;
             i += 32;
-            j += packed.size;
             continue;
         }
         const Encoded encoded = encode<true, true>(source + i, 16, pairs);
-        if (encoded.units == 0) break;
-        const Packed packed = packedOf(encoded.words);
-        V64::store(dest + j, packed.bytes);
+        if (encoded.units == 0 || !store(packedOf(encoded.words))) break;
         i += encoded.units;
-        j += packed.size;
     }
     while (i < length) {
-        // No unit is read that is not needed to fill the room.
-        const std::size_t readable = smaller(length - i, (room - j + 2) / 3);
-        if (readable == 0) break;
-        const Encoded encoded = encode<true, false>(source + i, readable, pairs);
-        const Packed packed = packedOf(encoded.words);
-        if (encoded.units == 0 || packed.size > room - j) break;
-        _mm512_mask_storeu_epi8(dest + j, lowest(packed.size), packed.bytes);
+        const Encoded encoded = encode<true, false>(source + i, length - i, pairs);
+        if (encoded.units == 0 || !store(packedOf(encoded.words))) break;
         i += encoded.units;
-        j += packed.size;
     }
     return {i, j};
 }

@@ -70,8 +70,7 @@ struct TextKernels {
                             std::size_t room) noexcept;
     /// Converts units to UTF-8, also U+0000 and unpaired surrogates. A first surrogate is encoded with the unit behind
     /// it, as `encodePair` does, if `pairs` is set, and as three bytes otherwise. Writes no more than `room` bytes, and
-    /// none behind the last one of the whole text. `length` can be too large: no unit is read that the room is too
-    /// small for.
+    /// none behind the last one of the whole text.
     TextProgress (*toUTF8)(const UTF16Char* source, std::size_t length, unsigned char* dest, std::size_t room,
                            bool pairs) noexcept;
 

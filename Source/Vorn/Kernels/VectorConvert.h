@@ -113,8 +113,7 @@ TextProgress convertToUTF8(const UTF16Char* source, std::size_t length, unsigned
     std::size_t i = 0;
     std::size_t j = 0;
     // 16 bytes are stored for each four units, of which each becomes a byte at least.
-    // No unit is read that is not needed to fill the room.
-    while (length - i >= 24 && room - j >= 3 * 16) {
+    while (length - i >= 24 && room - j >= 32) {
         const __m128i units = V16::load(source + i);
         if (V16::isZero(notPlain16<V16>(units))) {
             const __m128i more = V16::load(source + i + 8);
