@@ -52,6 +52,7 @@ inline bool isShortPlain(const CharType* buffer, unsigned int length) {
         return plain;
     }
     std::uint64_t odd = oddUnits<CharType>(loadWord<std::uint64_t>(buffer + length - UNITS));
+    if (odd) return false; // most text of other scripts
     for (unsigned int i = 0; i < length - UNITS; i += UNITS)
         odd |= oddUnits<CharType>(loadWord<std::uint64_t>(buffer + i));
     return !odd;
