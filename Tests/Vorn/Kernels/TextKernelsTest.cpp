@@ -233,7 +233,7 @@ TEST_P(TextKernelsTest, StopsAtDamageAtEveryPosition) {
 // Any three bytes at the limits of their kinds, across the end of a block and before different bytes.
 TEST_P(TextKernelsTest, ScansAllNeighboursAcrossTheEndOfABlock) {
     std::size_t row = 0;
-    for (const unsigned int lead : {0x20, 0xC3, 0xE4, 0xEF, 0xF0, 0xF4}) {
+    for (const unsigned int lead : {0x20u, 0xC3u, 0xE4u, 0xEFu, 0xF0u, 0xF4u}) {
         for (const unsigned char a : reference::selectedBytes) {
             for (const unsigned char b : reference::selectedBytes) {
                 for (const unsigned char c : reference::selectedBytes) {
