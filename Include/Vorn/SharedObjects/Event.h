@@ -32,7 +32,7 @@ class Event : public EventListeners<Delegate<void, VornPrivate::ListenerArgument
 
 public:
     /// An event without listeners.
-    Event() = default;
+    Event() {} // not defaulted, which would make it an aggregate in C++17
 
     /// Takes over the listeners and connections of `other`, which has none afterwards. Calls that are running go on.
     Event(Event&&) noexcept = default;

@@ -29,7 +29,7 @@ class ResultEvent : public EventListeners<Delegate<Result, VornPrivate::Listener
 
 public:
     /// An event without listeners.
-    ResultEvent() = default;
+    ResultEvent() {} // not defaulted, which would make it an aggregate in C++17
 
     /// Takes over the listeners and connections of `other`, which has none afterwards. Calls that are running go on.
     ResultEvent(ResultEvent&&) noexcept = default;

@@ -38,7 +38,8 @@ TEST(LanguageLevels, UseObjectsOfOneAnother) {
             user.call(signal, 5);
             EXPECT_EQ(counter->sum, 5);
             EXPECT_TRUE(signal.remove(user.listenerOf(counter)));
-            EXPECT_EQ(view(user.join(maker.join(String("a"), String("b")), String("c"))), "abc");
+            const String joined = user.join(maker.join(String("a"), String("b")), String("c"));
+            EXPECT_EQ(view(joined), "abc");
         }
     }
 }
