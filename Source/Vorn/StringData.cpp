@@ -36,13 +36,13 @@ StringData::StringData(const UTF16Char* buffer, unsigned int length, StringAlloc
 
 StringData::StringData(const unsigned char* buffer, std::uint64_t length, StringAllocationType type, CountedLength)
     : m_utf8Info(), m_utf16Info(), m_UTF8Buffer(nullptr), m_UTF16Buffer(nullptr), m_refCount(0),
-      m_charset(STRING_DATA_ASCII), m_embeddedNulls(0), m_staticConstString(0) {
+      m_charset(STRING_DATA_ASCII), m_embeddedNulls(0), m_staticConstString(0), m_isPart(0) {
     initialise(buffer, length, type);
 }
 
 StringData::StringData(const UTF16Char* buffer, std::uint64_t length, StringAllocationType type, CountedLength)
     : m_utf8Info(), m_utf16Info(), m_UTF8Buffer(nullptr), m_UTF16Buffer(nullptr), m_refCount(0),
-      m_charset(STRING_DATA_ASCII), m_embeddedNulls(0), m_staticConstString(0) {
+      m_charset(STRING_DATA_ASCII), m_embeddedNulls(0), m_staticConstString(0), m_isPart(0) {
     initialise(buffer, length, type);
 }
 
@@ -106,6 +106,7 @@ void StringData::rebuild(const unsigned char* buffer, std::uint64_t length) {
     m_UTF16Buffer = nullptr;
     m_utf8Info = {};
     m_utf16Info = {};
+    m_isPart = 0;
     initialise(buffer, length, STRING_DATA_DYNAMIC);
 }
 

@@ -189,6 +189,14 @@ void StringData::detachSubstrings() {
     detachSubstrings<UTF16Char>();
 }
 
+// Parts are inserted directly behind their parents, so the first of them is met soon.
+bool StringData::isEditSeenByParts() const noexcept {
+    const StringData* next = m_utf8Info.m_next;
+    if (m_isPart && next) return true;
+    while (next && !next->m_isPart) next = next->m_utf8Info.m_next;
+    return next;
+}
+
 void StringData::destroyDynamicUTF8() { destroyDynamic<unsigned char>(); }
 void StringData::destroyDynamicUTF16() { destroyDynamic<UTF16Char>(); }
 void StringData::destroyExternalUTF8() { destroyExternal<unsigned char>(); }

@@ -70,12 +70,8 @@ StringData* StringData::substr(int offset, unsigned int length) const {
     default: VORN_THROW(E::INTERNAL, "Invalid allocation type!");
     }
     StringData* const substring = new StringData(buffer + start, scannedLength, STRING_DATA_EXTERNAL, CountedLength());
-    StringDataBufferInfo& substringInfo = substring->infoOf<CharType>();
-    substringInfo.m_previous = const_cast<StringData*>(this);
-    substringInfo.m_next = info.m_next;
-    substringInfo.m_offset = info.m_offset + start;
-    if (info.m_next) info.m_next->infoOf<CharType>().m_previous = substring;
-    info.m_next = substring;
+    substring->m_isPart = m_isPart;
+    insertBehind<CharType>(*this, *substring, start);
     return substring;
 }
 

@@ -408,7 +408,8 @@ unsigned int UTF8String::provideCapacity(unsigned int length) {
                                                           StringData::CountedLength()));
         block.release();
         m_data->incRefCount();
-    } else if (n < length || m_data->getAllocationType<unsigned char>() != STRING_DATA_DYNAMIC) {
+    } else if (n < length || m_data->getAllocationType<unsigned char>() != STRING_DATA_DYNAMIC ||
+               m_data->isEditSeenByParts()) {
         Block block = copyText(*m_data, n, length);
         m_data->rebuild(block.get(), std::uint64_t(n) + 1);
         block.release();

@@ -301,6 +301,92 @@ TEST(Snippets, Format) {
     EXPECT_EQ(line, "        door at (1.5, -2.0)");
 }
 
+TEST(Snippets, TextPieces) {
+    using namespace Vorn;
+    const CharacterSet quotes = anyOf("'\"");
+    const CharacterSet dash = U'\u2013';
+    bool isBlank = CharacterSet(WHITE_SPACE).contains(0x3000);
+    EXPECT_TRUE(isBlank && quotes.contains('"') && dash.contains(0x2013));
+
+    std::vector<std::string> used;
+    const auto use = [&](TextView word) { used.push_back(toUTF8(word)); };
+    const auto set = [&](TextView key, TextView value) { used = {toUTF8(key), toUTF8(value)}; };
+    const auto open = set;
+    {
+        const String path = makeString("icon.png"), line = makeString("a, b"), page = makeString("one\ntwo\n");
+        std::vector<String> rows;
+        TextView key = trim("  speed ");
+        String file = removeSuffix(path, ".png");
+        EXPECT_EQ(toUTF8(key) + toUTF8(file), "speedicon");
+        for (TextView word : split(line, ',')) use(trim(word));
+        EXPECT_EQ(used, (std::vector<std::string>{"a", "b"}));
+        for (const TextPiece& row : lines(page)) rows.push_back(row.toString());
+        EXPECT_EQ(rows.size(), 2u);
+    }
+    {
+        const String line = makeString("key=value");
+        if (auto pair = splitOnce(line, '=')) set(pair->first, pair->second);
+        EXPECT_EQ(used, (std::vector<std::string>{"key", "value"}));
+    }
+    {
+        const String path = makeString("a/b/c");
+        if (auto parts = splitOnceAtEnd(path, '/')) open(parts->first, parts->second);
+        EXPECT_EQ(used, (std::vector<std::string>{"a/b", "c"}));
+    }
+    used.clear();
+    for (TextView field : split("a,b,,c", ',')) use(field);
+    EXPECT_EQ(used, (std::vector<std::string>{"a", "b", "", "c"}));
+    const std::string row = "1;2,3";
+    for (TextView field : split(row, anyOf(",;"))) use(field);
+    EXPECT_EQ(used.size(), 7u);
+    {
+        const char* const path = "a::b::c";
+        used.clear();
+        for (TextView step : split(path, "::", 2)) use(step);
+        EXPECT_EQ(used, (std::vector<std::string>{"a", "b::c"}));
+    }
+    used.clear();
+    for (TextView word : splitNonEmpty("  two  words ")) use(word);
+    EXPECT_EQ(used, (std::vector<std::string>{"two", "words"}));
+}
+
+TEST(Snippets, TextBuilder) {
+    using namespace Vorn;
+    struct Row {
+        String name;
+        float price;
+    };
+    const String name = makeString("Ann"), folder = makeString("data");
+    const std::string file = "a.txt";
+    const std::vector<String> names{makeString("a"), makeString("b")};
+    const std::vector<Row> rows{{makeString("tea"), 1.5f}};
+    String title = concat(name, ", level ", 42);
+    String path = folder + "/" + file;
+    String list = join(names, ", ");
+    TextBuilder page;
+    for (const Row& row : rows) page.append(row.name, '\t', row.price, '\n');
+    String result = page.take();
+    EXPECT_EQ(toUTF8(title), "Ann, level 42");
+    EXPECT_EQ(toUTF8(path), "data/a.txt");
+    EXPECT_EQ(toUTF8(list), "a, b");
+    EXPECT_EQ(toUTF8(result), "tea\t1.5\n");
+    String row = join({"a", "b", "c"}, u';');
+    EXPECT_EQ(toUTF8(row), "a;b;c");
+}
+
+TEST(Snippets, TextChange) {
+    using namespace Vorn;
+    const String path = makeString("a\\b"), key = makeString("key");
+    String shown = replaceAll(path, "\\", "/");
+    String name = toUpperASCII(key);
+    String number = padStart(toText(7), 3, U'0');
+    String rule = repeat("=-", 20);
+    EXPECT_EQ(toUTF8(shown), "a/b");
+    EXPECT_EQ(toUTF8(name), "KEY");
+    EXPECT_EQ(toUTF8(number), "007");
+    EXPECT_EQ(rule.getData()->getUTF8Length(), 40u);
+}
+
 TEST(Snippets, Surprise) {
     const Vorn::String name("icon.png");
     VORN_ALLOW_SURPRISES_BEGIN

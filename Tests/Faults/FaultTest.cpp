@@ -12,8 +12,9 @@ namespace {
 const std::vector<Operation>& operations() {
     static const std::vector<Operation> rows = [] {
         std::vector<Operation> all;
-        for (const auto& part : {failureOperations(), stringOperations(), editOperations(), mapOperations(),
-                                 numberOperations(), objectOperations(), textOperations(), textNumberOperations()}) {
+        for (const auto& part :
+             {failureOperations(), stringOperations(), editOperations(), mapOperations(), numberOperations(),
+              objectOperations(), textOperations(), textNumberOperations(), textPieceOperations()}) {
             all.insert(all.end(), part.begin(), part.end());
         }
         return all;

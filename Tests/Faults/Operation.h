@@ -85,4 +85,5 @@ std::vector<Operation> mapOperations();
 std::vector<Operation> numberOperations();
 std::vector<Operation> objectOperations();
 std::vector<Operation> textNumberOperations();
+std::vector<Operation> textPieceOperations();
 std::vector<Operation> textOperations();

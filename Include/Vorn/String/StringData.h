@@ -32,6 +32,7 @@ VORN_ALLOW_SURPRISES_BEGIN
 namespace VornPrivate {
 struct RecordAccess;    // builds records over text that is known to be valid
 struct StringDataProbe; // lets a test build the static records that only the library can build
+struct TextRecord;      // builds records over parts of texts
 }
 
 namespace Vorn {
@@ -274,13 +275,14 @@ private:
     friend bool operator<(const StringData& a, const StringData& b);
     friend struct VornPrivate::RecordAccess;
     friend struct VornPrivate::StringDataProbe;
+    friend struct VornPrivate::TextRecord;
 
     // Builds a static constant record over two terminated buffers, without validation.
     constexpr StringData(const unsigned char* utf8, const UTF16Char* utf16, unsigned int length,
                          unsigned int refCount) noexcept
         : m_utf8Info{nullptr, nullptr, length, 0, STRING_DATA_STATIC, 1},
           m_utf16Info{nullptr, nullptr, length, 0, STRING_DATA_STATIC, 1}, m_UTF8Buffer(utf8), m_UTF16Buffer(utf16),
-          m_refCount(refCount), m_charset(STRING_DATA_ASCII), m_embeddedNulls(0), m_staticConstString(1) {}
+          m_refCount(refCount), m_charset(STRING_DATA_ASCII), m_embeddedNulls(0), m_staticConstString(1), m_isPart(0) {}
 
     static constexpr std::uint64_t UNKNOWN_LENGTH = UINT64_MAX;
 
@@ -296,6 +298,21 @@ private:
     struct CountedLength {};
     StringData(const unsigned char* buffer, std::uint64_t length, StringAllocationType type, CountedLength);
     StringData(const UTF16Char* buffer, std::uint64_t length, StringAllocationType type, CountedLength);
+
+    // Inserts a record, whose text starts `start` units behind that of `parent`, in the chain behind `parent`.
+    template <class CharType>
+    static void insertBehind(const StringData& parent, StringData& part, unsigned int start) noexcept {
+        StringDataBufferInfo& info = parent.infoOf<CharType>();
+        StringDataBufferInfo& partInfo = part.infoOf<CharType>();
+        partInfo.m_previous = const_cast<StringData*>(&parent);
+        partInfo.m_next = info.m_next;
+        partInfo.m_offset = info.m_offset + start;
+        if (info.m_next) info.m_next->infoOf<CharType>().m_previous = &part;
+        info.m_next = &part;
+    }
+
+    // True if an edit in place would change the text of a part in the chain of the UTF-8 buffer.
+    bool isEditSeenByParts() const noexcept;
 
     // Threads that share no string share the static constant records, so their counts are atomic. Relaxed, because such
     // a count decides nothing: the record is constant and is never destroyed.
@@ -388,9 +405,10 @@ private:
     mutable const unsigned char* m_UTF8Buffer; // first byte of the text, or null
     mutable const UTF16Char* m_UTF16Buffer;    // first unit of the text, or null
     unsigned int m_refCount;                   // number of references
-    StringDataSubCharset m_charset : 30;       // the scan result of the first buffer
+    StringDataSubCharset m_charset : 29;       // the scan result of the first buffer
     unsigned int m_embeddedNulls : 1;          // 1 if the text contains U+0000
     unsigned int m_staticConstString : 1;      // 1 if it is never destroyed; both buffers are terminated from the start
+    unsigned int m_isPart : 1;                 // 1 if it shares a block and no edit of another string may change it
 };
 
 static_assert(sizeof(void*) != 4 || sizeof(StringData) == 56, "two infos, two pointers, a count, a word of flags");

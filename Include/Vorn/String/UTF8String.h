@@ -210,7 +210,8 @@ public:
     //
     // The code 0 is written as 0xC0 0x80. A code that has no UTF-8 form throws `Exception<7>`: "Invalid Unicode
     // character!", but codes from 0x80000080 on are written as single bytes: test codes first.
-    // @warning Substrings of this string see an edit that does not lengthen it.
+    // @warning Substrings of this string see an edit that does not lengthen it. The parts that the operations of
+    //     Text/TextPieces.h return do not: the first edit of a string with parts copies its text.
 
     /// Appends a character or a text.
     /// @{
