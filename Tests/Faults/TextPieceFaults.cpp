@@ -37,7 +37,7 @@ std::vector<Operation> textPieceOperations() {
         {"TextPieces_Views",
          Outcome::ALLOCATES_NOTHING,
          {"TextPart::trim", "TextPart::substring", "TextPart::removePrefix", "TextPart::removeSuffix",
-          "TextSplitter::next", "TextSplitter::findLast", "TextSplitter::setSet", "TextSplitter::setText",
+          "TextSplitter::findNext", "TextSplitter::findLast", "TextSplitter::setSet", "TextSplitter::setText",
           "CharacterSet::getSingle", "CharacterSet::addChecked", "anyOf(TextView)"},
          [](Attempt& attempt) {
              attempt([] {

@@ -6,6 +6,7 @@
 #include "Vorn/Text/CharacterSet.h"
 #include "Vorn/Text/TextView.h"
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <type_traits>
@@ -36,9 +37,11 @@ public:
     struct Cursor {
         unsigned int start = 0;
         unsigned int end = 0;
-        unsigned int nextStart = 0; // NOT_FOUND behind the last piece
-        unsigned int count = 0;     // the pieces up to this one
-        unsigned int lineFeed = 0;  // the first LF from `start` on, if it has been searched already
+        unsigned int nextStart = 0;   // NOT_FOUND behind the last piece
+        unsigned int count = 0;       // the pieces up to this one
+        unsigned int lineFeed = 0;    // the first LF from `start` on, if it has been searched already
+        unsigned int block = 0;       // an offset, from which on `separators` has a bit for each byte
+        std::uint64_t separators = 0; // the separators behind the next one that have been found already
         bool isDone = true;
         bool isFirst = true;
     };
@@ -58,7 +61,13 @@ public:
     }
 
     /// Moves to the next piece; a new cursor moves to the first one.
-    VORN_API void next(Cursor& cursor) const;
+    void next(Cursor& cursor) const {
+        if (cursor.separators == 0) return findNext(cursor);
+        cursor.start = cursor.nextStart;
+        cursor.end = cursor.block + static_cast<unsigned int>(__builtin_ctzll(cursor.separators));
+        cursor.nextStart = cursor.end + 1;
+        cursor.separators &= cursor.separators - 1;
+    }
 
     /// Returns the last separator, or a part that starts at NOT_FOUND.
     VORN_API TextPart findLast() const;
@@ -81,11 +90,13 @@ private:
         : m_text(text), m_owner(std::move(owner)), m_maximum(maximum), m_kind(Kind::NOTHING), m_skipsEmpty(skipsEmpty) {
     }
 
+    VORN_API void findNext(Cursor& cursor) const;
     VORN_API void setSet(const CharacterSet& set);
     VORN_API void setText(TextView text);
 
     bool hasOneLength() const;
     TextPart find(TextView text, unsigned int from) const;
+    TextPart findByte(TextView text, Cursor& cursor) const;
     unsigned int findLineEnd(TextView text, Cursor& cursor) const;
 
     TextView m_text; // not valid if there is an owner

@@ -7,8 +7,13 @@
 #include "Vorn/Text/TextSearch.h"
 #include "Vorn/TextSearch.h"
 
+#include <bit>
 #include <cstring>
 #include <string_view>
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
 
 namespace Vorn {
 
@@ -80,6 +85,23 @@ TextPart partAt(TextView text, unsigned int start, TextView separator, bool hasO
     return hasOneLength ? TextPart{start, separator.getLength()} : matchAt(text, start, separator);
 }
 
+constexpr unsigned int BLOCK = 64;
+
+// One bit for each byte of a block that equals `byte`, the first in the lowest bit.
+std::uint64_t bytesEqualTo(const unsigned char* block, unsigned char byte) {
+    std::uint64_t equal = 0;
+#if defined(__SSE2__)
+    const __m128i wanted = _mm_set1_epi8(static_cast<char>(byte));
+    for (unsigned int k = 0; k < BLOCK; k += 16) {
+        const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(block + k));
+        equal |= static_cast<std::uint64_t>(_mm_movemask_epi8(_mm_cmpeq_epi8(bytes, wanted))) << k;
+    }
+#else
+    for (unsigned int k = 0; k < BLOCK; ++k) equal |= static_cast<std::uint64_t>(block[k] == byte) << k;
+#endif
+    return equal;
+}
+
 unsigned int findUnit(TextView text, unsigned int from, char16_t unit) {
     const UTF16Char* const units = text.getUTF16();
     for (unsigned int i = from; i < text.getLength(); ++i)
@@ -140,6 +162,19 @@ TextPart TextSplitter::find(TextView text, unsigned int from) const {
     }
 }
 
+// As `find`, in blocks of 64 bytes. Pieces are short, and a search for each would cost more than the bytes.
+TextPart TextSplitter::findByte(TextView text, Cursor& cursor) const {
+    const unsigned int length = text.getLength();
+    for (unsigned int i = cursor.start; length - i >= BLOCK; i += BLOCK) {
+        const std::uint64_t found = bytesEqualTo(text.getUTF8() + i, static_cast<unsigned char>(m_bytes[0]));
+        if (found == 0) continue;
+        cursor.block = i;
+        cursor.separators = found & (found - 1);
+        return {i + static_cast<unsigned int>(std::countr_zero(found)), 1};
+    }
+    return find(text, length - (length - cursor.start) % BLOCK);
+}
+
 TextPart TextSplitter::findLast() const {
     const TextView text = getText();
     if (text.isEmpty()) return NOTHING;
@@ -168,7 +203,7 @@ unsigned int TextSplitter::findLineEnd(TextView text, Cursor& cursor) const {
     return findByte('\r', cursor.start, cursor.lineFeed);
 }
 
-void TextSplitter::next(Cursor& cursor) const {
+void TextSplitter::findNext(Cursor& cursor) const {
     const TextView text = getText();
     const unsigned int length = text.getLength();
     cursor.isDone = true;
@@ -187,7 +222,8 @@ void TextSplitter::next(Cursor& cursor) const {
             cursor.nextStart += isCRLF ? 2 : 1;
         }
     } else {
-        TextPart separator = find(text, cursor.start);
+        const bool keepsBlock = m_kind == Kind::BYTE && !m_skipsEmpty && m_maximum == NOT_FOUND;
+        TextPart separator = keepsBlock ? findByte(text, cursor) : find(text, cursor.start);
         if (m_skipsEmpty) {
             while (separator.start == cursor.start) {
                 cursor.start += separator.length;

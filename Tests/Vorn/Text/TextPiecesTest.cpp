@@ -83,6 +83,21 @@ TEST(TextPieces, DividesAsTheModel) {
     }
 }
 
+TEST(TextPieces, DividesLongTextsAsTheModel) {
+    Random random(36);
+    for (int i = 0; i < repetitions(400, 40); ++i) {
+        Codes text;
+        const unsigned int rarity = 1 + random.below(100);
+        for (unsigned int left = random.below(400); left > 0; --left)
+            text.push_back(random.below(rarity) ? 'a' + random.below(20) : ',');
+        forEachForm(text, [&](const auto& form, const char* name) {
+            const std::string input = row(name, text, {','});
+            expectPieces(split(form, ','), reference::split(text, {{','}, {}}, NOT_FOUND, false), input);
+            expectPieces(split(form, ',', 9), reference::split(text, {{','}, {}}, 9, false), input);
+        });
+    }
+}
+
 TEST(TextPieces, DividesOnceAsTheModel) {
     Random random(32);
     for (int i = 0; i < repetitions(2000); ++i) {
