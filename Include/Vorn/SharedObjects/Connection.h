@@ -80,7 +80,7 @@ public:
     ~ScopedConnection() { m_connection.disconnect(); }
 
     /// Removes the listener that was held.
-    ScopedConnection& operator=(ScopedConnection&& other) {
+    ScopedConnection& operator=(ScopedConnection&& other) noexcept {
         ScopedConnection(std::move(other)).swap(*this);
         return *this;
     }

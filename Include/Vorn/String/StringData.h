@@ -33,7 +33,7 @@ namespace VornPrivate {
 struct RecordAccess;    // builds records over text that is known to be valid
 struct StringDataProbe; // lets a test build the static records that only the library can build
 struct TextRecord;      // builds records over parts of texts
-}
+} // namespace VornPrivate
 
 namespace Vorn {
 

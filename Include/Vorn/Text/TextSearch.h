@@ -28,8 +28,8 @@
 
 namespace Vorn {
 
-/// A code point as an argument: made from `'c'`, `u'c'`, `U'c'` or a number. A value that is no character, such as a
-/// `char` above 0x7F, which is only a part of one, is found nowhere.
+/// A code point as an argument: made from a character literal of any width or a number. A value that is no character,
+/// such as a `char` above 0x7F, which is only a part of one, is found nowhere.
 class CodePoint {
 public:
     template <class Code,
