@@ -50,6 +50,7 @@ public:
         this->template dispatch<false>([&](const DelegatePOD& pod) {
             VornPrivate::typedCaller<void, VornPrivate::ListenerArgument<Args>...>(pod)(pod.object, pod.context,
                                                                                         args...);
+            return true;
         });
     }
 };

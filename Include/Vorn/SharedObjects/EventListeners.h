@@ -215,7 +215,7 @@ protected:
 
     void swapListeners(EventListeners& other) noexcept { m_chain.swap(other.m_chain); }
 
-    /// Calls `visit(pod)` for each listener that is due.
+    /// Calls `visit(pod)` for each listener that is due, until it returns false.
     template <bool IS_HELD, class Visit>
     void dispatch(Visit&& visit) const {
         if (m_chain.isSilent()) return;
@@ -223,10 +223,10 @@ protected:
         for (ListenerNode* node = m_chain.getFirst(); node; node = node->getNext()) {
             call.at = node;
             if (VORN_LIKELY(node->direct <= call.number)) {
-                visit(node->getDelegate());
+                if (!visit(node->getDelegate())) return;
             } else {
                 const ListenerTurn turn(*node, call, IS_HELD);
-                if (turn) visit(node->getDelegate());
+                if (turn && !visit(node->getDelegate())) return;
             }
         }
     }

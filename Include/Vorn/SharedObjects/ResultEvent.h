@@ -44,14 +44,13 @@ public:
     /// Throws what a listener or `visit` throws.
     template <class Visit>
     void callEach(Visit&& visit, Args... args) const {
-        bool isEnded = false;
         this->template dispatch<true>([&](const DelegatePOD& pod) {
-            if (isEnded) return;
             const auto caller = VornPrivate::typedCaller<Result, VornPrivate::ListenerArgument<Args>...>(pod);
             if constexpr (std::is_same_v<std::invoke_result_t<Visit&, Result>, bool>) {
-                isEnded = !visit(caller(pod.object, pod.context, args...));
+                return visit(caller(pod.object, pod.context, args...));
             } else {
                 visit(caller(pod.object, pod.context, args...));
+                return true;
             }
         });
     }

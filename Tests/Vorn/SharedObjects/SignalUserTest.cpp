@@ -315,6 +315,20 @@ TEST_F(SignalUser, ListenersWithResults) {
     EXPECT_EQ(*made.collect().at(0), 4);
 }
 
+TEST_F(SignalUser, AnEndedCallKeepsTheListenersBehindIt) {
+    ResultEvent<int, int> asked;
+    asked.add([](int value) { return value; });
+    int calls = 0;
+    const Connection once = asked.once([&calls](int value) { return ++calls + value; }, 1);
+    EXPECT_EQ(asked.callUntil([](int result) { return result == 3; }, 3), std::optional<int>(3));
+    asked.callEach([](int) { return false; }, 3);
+    EXPECT_EQ(calls, 0);
+    EXPECT_TRUE(once.isConnected());
+    EXPECT_EQ(asked.getDelegateCount(), 2u);
+    EXPECT_EQ(asked.collect(3), (std::vector<int>{3, 4}));
+    EXPECT_EQ(asked.collect(3), (std::vector<int>{3}));
+}
+
 TEST_F(SignalUser, ListenersStopACall) {
     event.add([this](int value) {
         ++sum;
