@@ -24,11 +24,20 @@ struct TypeIdentity {
 template <class Class, class Member>
 TypeIdentity<Class> classOfMember(Member Class::*);
 
-/// Returns what a pointer to a member is applied to: the object itself, or what a pointer refers to.
+/// True for pointers and smart pointers.
+template <class Object, class = void>
+inline constexpr bool HAS_DEREFERENCE = false;
+template <class Object>
+inline constexpr bool HAS_DEREFERENCE<Object, std::void_t<decltype(*std::declval<Object>())>> = true;
+
+/// Returns what a pointer to a member is applied to: the object itself, or what a pointer or a `std::reference_wrapper`
+/// refers to.
 template <class Class, class Object>
 decltype(auto) memberOwner(Object&& object) {
-    if constexpr (!std::is_base_of_v<Class, std::decay_t<Object>>) {
+    if constexpr (!std::is_base_of_v<Class, std::decay_t<Object>> && HAS_DEREFERENCE<Object>) {
         return *std::forward<Object>(object);
+    } else if constexpr (!std::is_base_of_v<Class, std::decay_t<Object>>) {
+        return object.get();
     } else if constexpr (std::is_const_v<std::remove_reference_t<Object>>) {
         return static_cast<const Class&>(object);
     } else if constexpr (std::is_lvalue_reference_v<Object>) {

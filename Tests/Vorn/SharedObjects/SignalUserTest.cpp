@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <functional>
 #include <memory>
 #include <string>
 #include <unordered_set>
@@ -327,6 +328,21 @@ TEST_F(SignalUser, AnEndedCallKeepsTheListenersBehindIt) {
     EXPECT_EQ(asked.getDelegateCount(), 2u);
     EXPECT_EQ(asked.collect(3), (std::vector<int>{3, 4}));
     EXPECT_EQ(asked.collect(3), (std::vector<int>{3}));
+}
+
+TEST_F(SignalUser, MembersOfAnArgument) {
+    const auto total = [](auto argument) {
+        ResultEvent<int, decltype(argument)> asked;
+        asked.add(&Listening::total);
+        return asked.collect(argument);
+    };
+    Vorn::Event<std::reference_wrapper<Listening>, int> called;
+    called.add(&Listening::add);
+    called(object, 4);
+    EXPECT_EQ(total(&object), std::vector<int>{4});
+    EXPECT_EQ(total(std::ref(object)), std::vector<int>{4});
+    EXPECT_EQ(total(std::cref(object)), std::vector<int>{4});
+    EXPECT_EQ(total(std::make_shared<Listening>()), std::vector<int>{0});
 }
 
 TEST_F(SignalUser, ListenersStopACall) {
