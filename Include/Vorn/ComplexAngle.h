@@ -13,6 +13,7 @@
 /// Threads: objects share no state.
 #pragma once
 
+#include "Vorn/Private/Surprise.h"
 #include "Vorn/Vector2.h"
 
 #include <cmath> // std::cos, std::sin, std::sqrt
@@ -57,6 +58,7 @@ public:
     constexpr const ComplexAngle& operator+() const noexcept { return *this; }
 
     /// Negates both parts, which adds half a turn. This is NOT the opposite rotation; that is `inverse`.
+    VORN_SURPRISE("adds half a turn; for the opposite rotation use inverse()")
     constexpr ComplexAngle operator-() const noexcept { return {-x, -y}; }
 
     /// Combines two rotations: the angles are added, the lengths multiplied.

@@ -20,6 +20,7 @@
 
 #include "Vorn/Config.h"
 #include "Vorn/ExceptionString.h"
+#include "Vorn/Private/Surprise.h"
 
 #include <cstdarg>
 #include <exception>
@@ -71,6 +72,7 @@ public:
     } ///< qualified name of the function, without parameters
 
     /// Returns "__LINE__" for all failures of the library: the NAME of the macro, not the number. See `getLine`.
+    VORN_SURPRISE("returns the name of the macro; use getLine()")
     const char* getLineString() const noexcept { return m_lineString.getString(); }
 
     unsigned int getLine() const noexcept { return m_line; } ///< line number of the check

@@ -25,11 +25,18 @@
 #include "Vorn/Assert.h"
 #include "Vorn/Matrix3.h"
 #include "Vorn/Private/RectAxis.h" // the formulas of one axis
+#include "Vorn/Private/Surprise.h"
 #include "Vorn/Rect.h"
 #include "Vorn/RectPoint.h"
 #include "Vorn/Vector2.h"
 
 #include <cmath> // std::fmod
+
+#define VORN_ORDER_SURPRISE VORN_SURPRISE("is no order: the relation must hold for each side; compare one side")
+#define VORN_PINNED_SURPRISE \
+    VORN_SURPRISE("moves a high side that is the pin, and subtracts the offset; use anchored(rect, size, pin)")
+
+VORN_ALLOW_SURPRISES_BEGIN // the operations call each other
 
 namespace Vorn {
 
@@ -104,9 +111,11 @@ public:
     ///     size 0 and the same coordinate. To test for an overlap write `(a & b).isNormalised()`, which counts touching
     ///     edges.
     /// @{
+    VORN_SURPRISE("is true for rectangles that are apart; use overlaps(a, b)")
     constexpr bool intersects(const FloatRect& other) const noexcept {
         return horizontal().intersects(other.horizontal()) && vertical().intersects(other.vertical());
     }
+    VORN_SURPRISE("is true for rectangles that are apart; use overlaps(a, b)")
     constexpr bool intersects(float leftSide, float topSide, float rightSide, float bottomSide) const noexcept {
         return intersects(FloatRect(leftSide, topSide, rightSide, bottomSide));
     }
@@ -115,21 +124,33 @@ public:
     /// Returns true only if the relation holds for all four sides. This is NOT an order to sort by, since two
     /// rectangles can fail all four relations, and NOT a test of whether one contains the other.
     /// @{
+    VORN_ORDER_SURPRISE
     constexpr bool operator<(const FloatRect& rect) const noexcept {
         return left < rect.left && top < rect.top && right < rect.right && bottom < rect.bottom;
     }
+    VORN_ORDER_SURPRISE
     constexpr bool operator<(const Vector2& vec) const noexcept { return *this < FloatRect(vec); }
+    VORN_ORDER_SURPRISE
     constexpr bool operator<(float val) const noexcept { return *this < FloatRect(val); }
+    VORN_ORDER_SURPRISE
     constexpr bool operator<=(const FloatRect& rect) const noexcept {
         return left <= rect.left && top <= rect.top && right <= rect.right && bottom <= rect.bottom;
     }
+    VORN_ORDER_SURPRISE
     constexpr bool operator<=(const Vector2& vec) const noexcept { return *this <= FloatRect(vec); }
+    VORN_ORDER_SURPRISE
     constexpr bool operator<=(float val) const noexcept { return *this <= FloatRect(val); }
+    VORN_ORDER_SURPRISE
     constexpr bool operator>(const FloatRect& rect) const noexcept { return rect < *this; }
+    VORN_ORDER_SURPRISE
     constexpr bool operator>(const Vector2& vec) const noexcept { return *this > FloatRect(vec); }
+    VORN_ORDER_SURPRISE
     constexpr bool operator>(float val) const noexcept { return *this > FloatRect(val); }
+    VORN_ORDER_SURPRISE
     constexpr bool operator>=(const FloatRect& rect) const noexcept { return rect <= *this; }
+    VORN_ORDER_SURPRISE
     constexpr bool operator>=(const Vector2& vec) const noexcept { return *this >= FloatRect(vec); }
+    VORN_ORDER_SURPRISE
     constexpr bool operator>=(float val) const noexcept { return *this >= FloatRect(val); }
     /// @}
 
@@ -222,6 +243,7 @@ public:
     constexpr const FloatRect& operator+() const noexcept { return *this; }
 
     /// Negates each side in its place. The result of a normalised rectangle is INVERTED unless its size is 0.
+    VORN_SURPRISE("inverts the rectangle; use FloatRect(-right, -bottom, -left, -top)")
     constexpr FloatRect operator-() const noexcept { return {-left, -top, -right, -bottom}; }
 
     /// Adds 1 to all four sides, or subtracts 1.
@@ -323,6 +345,7 @@ public:
     /// Reflects NOTHING: checks `orient` and leaves the rectangle unchanged.
     /// Throws `Exception<1>`: "orient < 2 : invalid orientation!".
     /// @warning To reflect the rectangle, call `reflectHorz` or `reflectVert`.
+    VORN_SURPRISE("reflects nothing; use reflectHorz() or reflectVert()")
     void reflect(unsigned int orient) { VORN_ASSERT(orient < 2, "invalid orientation!"); }
 
     // --- Ratios ---
@@ -359,7 +382,9 @@ public:
     /// @warning With a rotation the result is NOT the bounding box of the transformed corners. To transform the corners
     ///     write `matrix * Vector2CornerRect{...}`. An inverted rectangle becomes normalised with every matrix.
     /// @{
+    VORN_SURPRISE("is no bounding box if the matrix rotates; use boundsOf(rect, matrix)")
     constexpr FloatRect operator*(const Matrix3& matrix) const noexcept;
+    VORN_SURPRISE("is no bounding box if the matrix rotates; use boundsOf(rect, matrix)")
     constexpr FloatRect& operator*=(const Matrix3& matrix) noexcept { return *this = *this * matrix; }
     /// @}
 
@@ -378,34 +403,52 @@ public:
     ///     the amount: an axis from 0 to 10, increased by 1 at RIGHT, extends from 2 to 14. To keep a high side in
     ///     place, pass CENTRE and the amount as the offset.
     /// @{
+    VORN_PINNED_SURPRISE
     void inflate(float amountX, float amountY, unsigned int pinOrigin, float offsetX, float offsetY);
+    VORN_PINNED_SURPRISE
     void inflate(float amountX, float amountY, unsigned int pinOrigin, const Vector2& offset);
+    VORN_PINNED_SURPRISE
     void inflate(const Vector2& amount, unsigned int pinOrigin, float offsetX, float offsetY);
+    VORN_PINNED_SURPRISE
     void inflate(const Vector2& amount, unsigned int pinOrigin, const Vector2& offset);
+    VORN_PINNED_SURPRISE
     void inflate(float amount, unsigned int pinOrigin, const Vector2& offset);
     /// @}
 
     /// Increases width and height as the other forms of `inflate` do, but does NOT check the pin.
     /// @warning Of an invalid pin the low four bits are used, and on each axis the flag of the high side has
     ///     precedence. For a checked pin write `inflate(amount, amount, pinOrigin, offsetX, offsetY)`.
+    VORN_PINNED_SURPRISE
     constexpr void inflate(float amount, unsigned int pinOrigin, float offsetX, float offsetY) noexcept;
 
     /// The result of `inflate`. Each form checks the pin and throws as `inflate` does.
     /// @{
+    VORN_PINNED_SURPRISE
     void inflatedCopy(FloatRect& out, float amountX, float amountY, unsigned int pinOrigin, float offsetX,
                       float offsetY) const;
+    VORN_PINNED_SURPRISE
     void inflatedCopy(FloatRect& out, float amountX, float amountY, unsigned int pinOrigin,
                       const Vector2& offset) const;
+    VORN_PINNED_SURPRISE
     void inflatedCopy(FloatRect& out, const Vector2& amount, unsigned int pinOrigin, float offsetX,
                       float offsetY) const;
+    VORN_PINNED_SURPRISE
     void inflatedCopy(FloatRect& out, const Vector2& amount, unsigned int pinOrigin, const Vector2& offset) const;
+    VORN_PINNED_SURPRISE
     void inflatedCopy(FloatRect& out, float amount, unsigned int pinOrigin, float offsetX, float offsetY) const;
+    VORN_PINNED_SURPRISE
     void inflatedCopy(FloatRect& out, float amount, unsigned int pinOrigin, const Vector2& offset) const;
+    VORN_PINNED_SURPRISE
     FloatRect inflatedCopy(float amountX, float amountY, unsigned int pinOrigin, float offsetX, float offsetY) const;
+    VORN_PINNED_SURPRISE
     FloatRect inflatedCopy(float amountX, float amountY, unsigned int pinOrigin, const Vector2& offset) const;
+    VORN_PINNED_SURPRISE
     FloatRect inflatedCopy(const Vector2& amount, unsigned int pinOrigin, float offsetX, float offsetY) const;
+    VORN_PINNED_SURPRISE
     FloatRect inflatedCopy(const Vector2& amount, unsigned int pinOrigin, const Vector2& offset) const;
+    VORN_PINNED_SURPRISE
     FloatRect inflatedCopy(float amount, unsigned int pinOrigin, float offsetX, float offsetY) const;
+    VORN_PINNED_SURPRISE
     FloatRect inflatedCopy(float amount, unsigned int pinOrigin, const Vector2& offset) const;
     /// @}
 
@@ -417,29 +460,47 @@ public:
     ///     the growth: an axis from 0 to 10, resized to 12 at RIGHT, extends from 2 to 14. To keep a high side in
     ///     place, pass a pin on the low side and the growth as the offset.
     /// @{
+    VORN_PINNED_SURPRISE
     void resize(float sizeX, float sizeY, unsigned int pinOrigin, float offsetX, float offsetY);
+    VORN_PINNED_SURPRISE
     void resize(float sizeX, float sizeY, unsigned int pinOrigin, const Vector2& offset);
+    VORN_PINNED_SURPRISE
     void resize(const Vector2& newSize, unsigned int pinOrigin, float offsetX, float offsetY);
+    VORN_PINNED_SURPRISE
     void resize(const Vector2& newSize, unsigned int pinOrigin, const Vector2& offset);
+    VORN_PINNED_SURPRISE
     void resize(float newSize, unsigned int pinOrigin, float offsetX, float offsetY);
+    VORN_PINNED_SURPRISE
     void resize(float newSize, unsigned int pinOrigin, const Vector2& offset);
     /// @}
 
     /// The result of `resize`. Each form throws as `resize` does.
     /// @{
+    VORN_PINNED_SURPRISE
     void resizedCopy(FloatRect& out, float sizeX, float sizeY, unsigned int pinOrigin, float offsetX,
                      float offsetY) const;
+    VORN_PINNED_SURPRISE
     void resizedCopy(FloatRect& out, float sizeX, float sizeY, unsigned int pinOrigin, const Vector2& offset) const;
+    VORN_PINNED_SURPRISE
     void resizedCopy(FloatRect& out, const Vector2& newSize, unsigned int pinOrigin, float offsetX,
                      float offsetY) const;
+    VORN_PINNED_SURPRISE
     void resizedCopy(FloatRect& out, const Vector2& newSize, unsigned int pinOrigin, const Vector2& offset) const;
+    VORN_PINNED_SURPRISE
     void resizedCopy(FloatRect& out, float newSize, unsigned int pinOrigin, float offsetX, float offsetY) const;
+    VORN_PINNED_SURPRISE
     void resizedCopy(FloatRect& out, float newSize, unsigned int pinOrigin, const Vector2& offset) const;
+    VORN_PINNED_SURPRISE
     FloatRect resizedCopy(float sizeX, float sizeY, unsigned int pinOrigin, float offsetX, float offsetY) const;
+    VORN_PINNED_SURPRISE
     FloatRect resizedCopy(float sizeX, float sizeY, unsigned int pinOrigin, const Vector2& offset) const;
+    VORN_PINNED_SURPRISE
     FloatRect resizedCopy(const Vector2& newSize, unsigned int pinOrigin, float offsetX, float offsetY) const;
+    VORN_PINNED_SURPRISE
     FloatRect resizedCopy(const Vector2& newSize, unsigned int pinOrigin, const Vector2& offset) const;
+    VORN_PINNED_SURPRISE
     FloatRect resizedCopy(float newSize, unsigned int pinOrigin, float offsetX, float offsetY) const;
+    VORN_PINNED_SURPRISE
     FloatRect resizedCopy(float newSize, unsigned int pinOrigin, const Vector2& offset) const;
     /// @}
 
@@ -512,6 +573,11 @@ inline constexpr FloatRect FloatRect::ZERO(0.0f);
 static_assert(sizeof(FloatRect) == 16, "four sides and nothing else");
 
 } // namespace Vorn
+
+VORN_ALLOW_SURPRISES_END
+
+#undef VORN_ORDER_SURPRISE
+#undef VORN_PINNED_SURPRISE
 
 // What follows is the implementation of the forms above.
 #include "Vorn/Private/FloatRectForms.h"

@@ -15,10 +15,13 @@
 #include "Vorn/ComplexAngle.h"
 #include "Vorn/Config.h"
 #include "Vorn/Private/DoublePair.h"
+#include "Vorn/Private/Surprise.h"
 #include "Vorn/Vector2.h"
 #include "Vorn/Vector2CornerRect.h"
 
 #include <cstring> // std::memcmp
+
+VORN_ALLOW_SURPRISES_BEGIN // the operations call each other
 
 namespace Vorn {
 
@@ -44,9 +47,11 @@ public:
     /// Compares the bytes, NOT the floats: 0.0 differs from -0.0, and a NaN equals a NaN with the same bits. Vectors
     /// and rectangles compare floats.
     /// @{
+    VORN_SURPRISE("compares bytes, so that 0.0 differs from -0.0; compare the elements")
     bool operator==(const Matrix3& other) const noexcept {
         return std::memcmp(m, other.m, sizeof m) == 0; // NOLINT(bugprone-suspicious-memory-comparison): bytes are meant
     }
+    VORN_SURPRISE("compares bytes, so that 0.0 differs from -0.0; compare the elements")
     bool operator!=(const Matrix3& other) const noexcept { return !(*this == other); }
     /// @}
 
@@ -130,11 +135,17 @@ public:
     /// Adds to `m[2]` and `m[5]`. This is NOT a product with a translation: scale and rotation do not apply to the
     /// amount.
     /// @{
+    VORN_SURPRISE("adds to m[2] and m[5], without scale and rotation; use matrix * translation")
     constexpr void translate(const Vector2& trans) noexcept { translate(trans.x, trans.y); }
+    VORN_SURPRISE("adds to m[2] and m[5], without scale and rotation; use matrix * translation")
     constexpr void translate(float x, float y) noexcept { setTrans(m[2] + x, m[5] + y); }
+    VORN_SURPRISE("adds to m[2] and m[5], without scale and rotation; use matrix * translation")
     constexpr void translatedCopy(Matrix3& out, const Vector2& trans) const noexcept { out = translatedCopy(trans); }
+    VORN_SURPRISE("adds to m[2] and m[5], without scale and rotation; use matrix * translation")
     constexpr void translatedCopy(Matrix3& out, float x, float y) const noexcept { out = translatedCopy(x, y); }
+    VORN_SURPRISE("adds to m[2] and m[5], without scale and rotation; use matrix * translation")
     constexpr Matrix3 translatedCopy(const Vector2& trans) const noexcept { return translatedCopy(trans.x, trans.y); }
+    VORN_SURPRISE("adds to m[2] and m[5], without scale and rotation; use matrix * translation")
     constexpr Matrix3 translatedCopy(float x, float y) const noexcept {
         Matrix3 result(*this);
         result.translate(x, y);
@@ -181,12 +192,14 @@ public:
     ///     inverse of `makeTransform` only without rotation and with a factor of 1. Otherwise call `makeTransform`,
     ///     then `inverse`.
     /// @{
+    VORN_SURPRISE("is not the inverse of makeTransform; use makeTransform(...), then inverse()")
     constexpr void makeInverseTransform(const ComplexAngle& rotation, const Vector2& factor,
                                         const Vector2& trans) noexcept {
         *this = Matrix3(rotation.x * factor.x, rotation.y * factor.x, -trans.x,    // row 0
                         -(factor.y * rotation.y), factor.y * rotation.x, -trans.y, // row 1
                         0.0f, 0.0f, 1.0f);
     }
+    VORN_SURPRISE("is not the inverse of makeTransform; use makeTransform(...), then inverse()")
     void makeInverseTransform(float radians, const Vector2& factor, const Vector2& trans) noexcept {
         makeInverseTransform(ComplexAngle(radians), factor, trans);
     }
@@ -228,3 +241,5 @@ constexpr Vector2 Vector2::operator*(const Matrix3& matrix) const noexcept {
 constexpr Vector2& Vector2::operator*=(const Matrix3& matrix) noexcept { return *this = *this * matrix; }
 
 } // namespace Vorn
+
+VORN_ALLOW_SURPRISES_END

@@ -13,9 +13,12 @@
 /// Threads: objects share no state.
 #pragma once
 
+#include "Vorn/Private/Surprise.h"
 #include "Vorn/XYPair.h"
 
 #include <cstring> // std::memcpy, for the bits of a float
+
+VORN_ALLOW_SURPRISES_BEGIN // the operations call each other
 
 namespace Vorn {
 
@@ -93,7 +96,9 @@ public:
     /// @warning `Matrix3::makeTransform` stores the translation in `m[2]` and `m[5]`, which this operation ignores. To
     ///     transform a vector write `matrix * vector`. Defined in Matrix3.h.
     /// @{
+    VORN_SURPRISE("ignores the translation of Matrix3::makeTransform; use matrix * vector")
     constexpr Vector2 operator*(const Matrix3& matrix) const noexcept;
+    VORN_SURPRISE("ignores the translation of Matrix3::makeTransform; use matrix * vector")
     constexpr Vector2& operator*=(const Matrix3& matrix) noexcept;
     /// @}
 
@@ -120,37 +125,48 @@ public:
     /// @warning Valid for lengths from about 1.1e-19 to 1.8e19, whose squares are normal floats. For smaller lengths
     ///     the result is too small: at most 1.98e19, the result for the zero vector. For larger ones the square
     ///     overflows and the result is negative infinity.
+    VORN_SURPRISE("has an error of 0.2 per cent; use 1.0f / exactLength(v)")
     float inverseLength() const noexcept;
 
     /// The length with an error of about 0.2 per cent, and never 0.
     /// @warning Returns about 5.05e-20 for the zero vector: test it with `isZero`. Returns negative infinity for
     ///     lengths above about 1.8e19.
+    VORN_SURPRISE("has an error of 0.2 per cent; use exactLength(v)")
     float length() const noexcept;
 
     /// Scales the vector to a length of 1 with an error of about 0.2 per cent. The zero vector stays zero.
     /// @warning A vector that is shorter than the limits of `inverseLength` stays too short; the components of a longer
     ///     one become infinite or NaN.
+    VORN_SURPRISE("has an error of 0.2 per cent; use v = exactNormalised(v)")
     void normalise() noexcept { *this *= inverseLength(); }
 
     /// Returns the result of `normalise`, or writes it to `out`; this vector stays unchanged.
     /// @{
+    VORN_SURPRISE("has an error of 0.2 per cent; use v = exactNormalised(v)")
     void normalisedCopy(Pair& out) const noexcept { out = normalisedCopy(); }
+    VORN_SURPRISE("has an error of 0.2 per cent; use v = exactNormalised(v)")
     Vector2 normalisedCopy() const noexcept { return *this * inverseLength(); }
     /// @}
 
     /// Returns true if `squaredLength` is below 2 to the power -23: NOT only for zero, but for lengths up to about
     /// 0.000345. Returns false for NaN. For an exact test compare with `Vector2::ZERO`.
     /// @{
+    VORN_SURPRISE("is true for lengths up to 0.000345; use v == Vector2::ZERO")
     constexpr bool isZeroLength() const noexcept { return squaredLength() < 1.1920928955078125e-07f; }
+    VORN_SURPRISE("is true for lengths up to 0.000345; use v == Vector2::ZERO")
     constexpr bool isZero() const noexcept { return isZeroLength(); }
     /// @}
 
     /// Returns true only if the relation holds for `x` and for `y`. This is NOT an order to sort by: two vectors can
     /// fail all four relations.
     /// @{
+    VORN_SURPRISE("is no order: the relation must hold for each component; compare one component")
     constexpr bool operator<(const Pair& other) const noexcept { return x < other.x && y < other.y; }
+    VORN_SURPRISE("is no order: the relation must hold for each component; compare one component")
     constexpr bool operator>(const Pair& other) const noexcept { return x > other.x && y > other.y; }
+    VORN_SURPRISE("is no order: the relation must hold for each component; compare one component")
     constexpr bool operator<=(const Pair& other) const noexcept { return x <= other.x && y <= other.y; }
+    VORN_SURPRISE("is no order: the relation must hold for each component; compare one component")
     constexpr bool operator>=(const Pair& other) const noexcept { return x >= other.x && y >= other.y; }
     /// @}
 
@@ -223,3 +239,5 @@ inline float Vector2::length() const noexcept {
 }
 
 } // namespace Vorn
+
+VORN_ALLOW_SURPRISES_END

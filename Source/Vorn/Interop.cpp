@@ -108,7 +108,12 @@ bool isText(const String& s, std::string_view text) {
 
 std::ostream& operator<<(std::ostream& stream, const String& s) {
     std::string storage;
-    return stream << utf8Of(s, storage);
+    const std::string_view text = utf8Of(s, storage);
+    if (stream.width() > 0) { // of code points, where the standard library counts bytes
+        const auto trails = std::count_if(text.begin(), text.end(), [](char byte) { return (byte & 0xC0) == 0x80; });
+        stream.width(stream.width() + static_cast<std::streamsize>(trails));
+    }
+    return stream << text;
 }
 
 bool TextView::isInUTF16(const StringData& data) { return isDecidedByUTF16(data); }

@@ -1,5 +1,5 @@
 # Each line of Surprises.cpp with "// expect: TEXT" is a warning with TEXT, no other line is one, and every text that the
-# headers give to VORN_SURPRISE is expected by a line. COMPILER, SOURCE and INCLUDE_DIR are given.
+# headers give to VORN_SURPRISE is expected by a line. What a text tells to call is declared by a header. COMPILER, SOURCE and INCLUDE_DIR are given.
 
 cmake_minimum_required(VERSION 3.25)
 set(ENV{LC_ALL} C)
@@ -59,7 +59,9 @@ foreach(header IN LISTS headers)
     foreach(mark IN LISTS marks)
         string(REGEX REPLACE "^[^\"]*\"(prints 'x' )?" "" mark "${mark}")
         string(REPLACE "\"" "" mark "${mark}")
-        string(FIND "${source}" "// expect: ${mark}" position)
+        string(REPLACE "[" "(" searched "${mark}")
+        string(REPLACE "]" ")" searched "${searched}")
+        string(FIND "${source}" "// expect: ${searched}" position)
         if(position LESS 0)
             message(SEND_ERROR "no line expects \"${mark}\" of ${header}")
         endif()

@@ -107,3 +107,129 @@ void call(String s, String t, UTF8String u, const StringData& data, const std::s
     printHex(1.0f, units, 8); // expect: prints only the first half of the exponent; use toHexText(value)
     printHex(1.0, units, 8); // expect: prints only the first half of the exponent; use toHexText(value)
 }
+
+void convert(unsigned char (&bytes)[8], UTF16Char (&units)[8], unsigned int count, StringDataBufferInfo& info, StringDataSubCharset charset) {
+    UTF8::validUTF8Lead(bytes[0]); // expect: returns 0 for 0xF4, which begins characters; use codePoints(text)
+    UTF8::getUTF8(units[0], units[1]); // expect: is wrong for pairs from 0xD8C0 on; use UTF8::getUTF8(UTF32::getUTF32Char(first, second))
+    UTF8::getUTF8ForUTF16(count); // expect: is wrong for pairs from 0xD8C0 on; use UTF8::getUTF8(UTF32::getUTF32Char(first, second))
+    UTF8::invalid3ByteUnicode(count); // expect: returns 0 for most overlong forms; use tryMakeString(text)
+    UTF8::invalid4ByteUnicode(count); // expect: returns 0 for most overlong forms; use tryMakeString(text)
+    UTF8::invalidUnicode(bytes[0], bytes[1], bytes[2]); // expect: returns 0 for most overlong forms; use tryMakeString(text)
+    UTF16::getUCS2Char(count); // expect: sets the lowest bit of even codes; cast codes up to 0xFFFD, and for texts use toUTF16(text)
+    UTF16::getUTF16(count); // expect: sets the lowest bit of even codes; use UTF16::getSurrogatePair(code), and cast codes up to 0xFFFD
+    UTF16::getUTF16ForUTF8(count); // expect: is wrong for ASCII and for sequences of 4 bytes; use toUTF16(text)
+    UTF16::getUTF16(bytes, count, 8); // expect: can read behind `length`; use codePoints(text)
+    UTF32::getUTF32Char(units, count, 8); // expect: returns 0xFDEF for every surrogate pair; use codePoints(text)
+    stringDataGetUTF16Length(bytes, info, charset); // expect: throws for a text with U+0000 and characters of 4 bytes; use toUTF16(text)
+    stringDataGetUTF8Length(units, info, charset); // expect: is not always the number of bytes that the conversion writes; use toUTF8(text)
+    stringDataConvertToUTF16(bytes, info, charset, info); // expect: drops the first surrogate of each character of 4 bytes; use toUTF16(text)
+    stringDataConvertCreateUTF16(bytes, info, charset, 8); // expect: drops the first surrogate of each character of 4 bytes; use toUTF16(text)
+    stringDataConvertCopyToUTF16(bytes, info, charset, units, 8); // expect: drops the first surrogate of each character of 4 bytes; use toUTF16(text)
+    stringDataConvertToUTF8(units, info, charset, info); // expect: converts U+0000 and some supplementary characters wrongly; use toUTF8(text)
+    stringDataConvertCreateUTF8(units, info, charset, 8); // expect: converts U+0000 and some supplementary characters wrongly; use toUTF8(text)
+    stringDataConvertCopyToUTF8(units, info, charset, bytes, 8); // expect: converts U+0000 and some supplementary characters wrongly; use toUTF8(text)
+    stringDataConvertToUTF8FromUCS2(bytes, 8, units, 2); // expect: can write behind `destLength`; use toUTF8(text, dest, capacity)
+    stringDataConvertToUTF8FromUTF16(bytes, 8, units, 2); // expect: can write behind `destLength`; use toUTF8(text, dest, capacity)
+}
+
+void place(Vector2 v, ComplexAngle angle, FloatRect rect, Matrix3 matrix) {
+    v = matrix * v;
+    angle = angle.inverse();
+    isTrue(v == Vector2::ZERO && overlaps(rect, rect));
+    rect = anchored(rect, v, RectPoint::BOTTOM_RIGHT);
+    v = v * matrix; // expect: ignores the translation of Matrix3::makeTransform; use matrix * vector
+    v *= matrix; // expect: ignores the translation of Matrix3::makeTransform; use matrix * vector
+    v.inverseLength(); // expect: has an error of 0.2 per cent; use 1.0f / exactLength(v)
+    v.length(); // expect: has an error of 0.2 per cent; use exactLength(v)
+    v.normalise(); // expect: has an error of 0.2 per cent; use v = exactNormalised(v)
+    v.normalisedCopy(v); // expect: has an error of 0.2 per cent; use v = exactNormalised(v)
+    v.normalisedCopy(); // expect: has an error of 0.2 per cent; use v = exactNormalised(v)
+    v.isZero(); // expect: is true for lengths up to 0.000345; use v == Vector2::ZERO
+    v.isZeroLength(); // expect: is true for lengths up to 0.000345; use v == Vector2::ZERO
+    isTrue(v < v); // expect: is no order: the relation must hold for each component; compare one component
+    isTrue(v > v); // expect: is no order: the relation must hold for each component; compare one component
+    isTrue(v <= v); // expect: is no order: the relation must hold for each component; compare one component
+    isTrue(v >= v); // expect: is no order: the relation must hold for each component; compare one component
+    angle = -angle; // expect: adds half a turn; for the opposite rotation use inverse()
+    rect.intersects(rect); // expect: is true for rectangles that are apart; use overlaps(a, b)
+    rect.intersects(0.0f, 0.0f, 1.0f, 1.0f); // expect: is true for rectangles that are apart; use overlaps(a, b)
+    isTrue(rect < rect); // expect: is no order: the relation must hold for each side; compare one side
+    isTrue(rect < v); // expect: is no order: the relation must hold for each side; compare one side
+    isTrue(rect < 1.0f); // expect: is no order: the relation must hold for each side; compare one side
+    isTrue(rect > rect); // expect: is no order: the relation must hold for each side; compare one side
+    isTrue(rect > v); // expect: is no order: the relation must hold for each side; compare one side
+    isTrue(rect > 1.0f); // expect: is no order: the relation must hold for each side; compare one side
+    isTrue(rect <= rect); // expect: is no order: the relation must hold for each side; compare one side
+    isTrue(rect <= v); // expect: is no order: the relation must hold for each side; compare one side
+    isTrue(rect <= 1.0f); // expect: is no order: the relation must hold for each side; compare one side
+    isTrue(rect >= rect); // expect: is no order: the relation must hold for each side; compare one side
+    isTrue(rect >= v); // expect: is no order: the relation must hold for each side; compare one side
+    isTrue(rect >= 1.0f); // expect: is no order: the relation must hold for each side; compare one side
+    rect = -rect; // expect: inverts the rectangle; use FloatRect(-right, -bottom, -left, -top)
+    rect.reflect(0); // expect: reflects nothing; use reflectHorz() or reflectVert()
+    rect = rect * matrix; // expect: is no bounding box if the matrix rotates; use boundsOf(rect, matrix)
+    rect *= matrix; // expect: is no bounding box if the matrix rotates; use boundsOf(rect, matrix)
+    rect.inflate(1.0f, 1.0f, RectPoint::CENTRE, 0.0f, 0.0f); // expect: moves a high side that is the pin, and subtracts the offset; use anchored(rect, size, pin)
+    rect.inflate(1.0f, 1.0f, RectPoint::CENTRE, v); // expect: moves a high side that is the pin, and subtracts the offset; use anchored(rect, size, pin)
+    rect.inflate(v, RectPoint::CENTRE, 0.0f, 0.0f); // expect: moves a high side that is the pin, and subtracts the offset; use anchored(rect, size, pin)
+    rect.inflate(v, RectPoint::CENTRE, v); // expect: moves a high side that is the pin, and subtracts the offset; use anchored(rect, size, pin)
+    rect.inflate(1.0f, RectPoint::CENTRE, 0.0f, 0.0f); // expect: moves a high side that is the pin, and subtracts the offset; use anchored(rect, size, pin)
+    rect.inflate(1.0f, RectPoint::CENTRE, v); // expect: moves a high side that is the pin, and subtracts the offset; use anchored(rect, size, pin)
+    rect.inflatedCopy(rect, 1.0f, 1.0f, RectPoint::CENTRE, 0.0f, 0.0f); // expect: moves a high side that is the pin, and subtracts the offset; use anchored(rect, size, pin)
+    rect.inflatedCopy(rect, 1.0f, 1.0f, RectPoint::CENTRE, v); // expect: moves a high side that is the pin, and subtracts the offset; use anchored(rect, size, pin)
+    rect.inflatedCopy(rect, v, RectPoint::CENTRE, 0.0f, 0.0f); // expect: moves a high side that is the pin, and subtracts the offset; use anchored(rect, size, pin)
+    rect.inflatedCopy(rect, v, RectPoint::CENTRE, v); // expect: moves a high side that is the pin, and subtracts the offset; use anchored(rect, size, pin)
+    rect.inflatedCopy(rect, 1.0f, RectPoint::CENTRE, 0.0f, 0.0f); // expect: moves a high side that is the pin, and subtracts the offset; use anchored(rect, size, pin)
+    rect.inflatedCopy(rect, 1.0f, RectPoint::CENTRE, v); // expect: moves a high side that is the pin, and subtracts the offset; use anchored(rect, size, pin)
+    rect.inflatedCopy(1.0f, 1.0f, RectPoint::CENTRE, 0.0f, 0.0f); // expect: moves a high side that is the pin, and subtracts the offset; use anchored(rect, size, pin)
+    rect.inflatedCopy(1.0f, 1.0f, RectPoint::CENTRE, v); // expect: moves a high side that is the pin, and subtracts the offset; use anchored(rect, size, pin)
+    rect.inflatedCopy(v, RectPoint::CENTRE, 0.0f, 0.0f); // expect: moves a high side that is the pin, and subtracts the offset; use anchored(rect, size, pin)
+    rect.inflatedCopy(v, RectPoint::CENTRE, v); // expect: moves a high side that is the pin, and subtracts the offset; use anchored(rect, size, pin)
+    rect.inflatedCopy(1.0f, RectPoint::CENTRE, 0.0f, 0.0f); // expect: moves a high side that is the pin, and subtracts the offset; use anchored(rect, size, pin)
+    rect.inflatedCopy(1.0f, RectPoint::CENTRE, v); // expect: moves a high side that is the pin, and subtracts the offset; use anchored(rect, size, pin)
+    rect.resize(1.0f, 1.0f, RectPoint::CENTRE, 0.0f, 0.0f); // expect: moves a high side that is the pin, and subtracts the offset; use anchored(rect, size, pin)
+    rect.resize(1.0f, 1.0f, RectPoint::CENTRE, v); // expect: moves a high side that is the pin, and subtracts the offset; use anchored(rect, size, pin)
+    rect.resize(v, RectPoint::CENTRE, 0.0f, 0.0f); // expect: moves a high side that is the pin, and subtracts the offset; use anchored(rect, size, pin)
+    rect.resize(v, RectPoint::CENTRE, v); // expect: moves a high side that is the pin, and subtracts the offset; use anchored(rect, size, pin)
+    rect.resize(1.0f, RectPoint::CENTRE, 0.0f, 0.0f); // expect: moves a high side that is the pin, and subtracts the offset; use anchored(rect, size, pin)
+    rect.resize(1.0f, RectPoint::CENTRE, v); // expect: moves a high side that is the pin, and subtracts the offset; use anchored(rect, size, pin)
+    rect.resizedCopy(rect, 1.0f, 1.0f, RectPoint::CENTRE, 0.0f, 0.0f); // expect: moves a high side that is the pin, and subtracts the offset; use anchored(rect, size, pin)
+    rect.resizedCopy(rect, 1.0f, 1.0f, RectPoint::CENTRE, v); // expect: moves a high side that is the pin, and subtracts the offset; use anchored(rect, size, pin)
+    rect.resizedCopy(rect, v, RectPoint::CENTRE, 0.0f, 0.0f); // expect: moves a high side that is the pin, and subtracts the offset; use anchored(rect, size, pin)
+    rect.resizedCopy(rect, v, RectPoint::CENTRE, v); // expect: moves a high side that is the pin, and subtracts the offset; use anchored(rect, size, pin)
+    rect.resizedCopy(rect, 1.0f, RectPoint::CENTRE, 0.0f, 0.0f); // expect: moves a high side that is the pin, and subtracts the offset; use anchored(rect, size, pin)
+    rect.resizedCopy(rect, 1.0f, RectPoint::CENTRE, v); // expect: moves a high side that is the pin, and subtracts the offset; use anchored(rect, size, pin)
+    rect.resizedCopy(1.0f, 1.0f, RectPoint::CENTRE, 0.0f, 0.0f); // expect: moves a high side that is the pin, and subtracts the offset; use anchored(rect, size, pin)
+    rect.resizedCopy(1.0f, 1.0f, RectPoint::CENTRE, v); // expect: moves a high side that is the pin, and subtracts the offset; use anchored(rect, size, pin)
+    rect.resizedCopy(v, RectPoint::CENTRE, 0.0f, 0.0f); // expect: moves a high side that is the pin, and subtracts the offset; use anchored(rect, size, pin)
+    rect.resizedCopy(v, RectPoint::CENTRE, v); // expect: moves a high side that is the pin, and subtracts the offset; use anchored(rect, size, pin)
+    rect.resizedCopy(1.0f, RectPoint::CENTRE, 0.0f, 0.0f); // expect: moves a high side that is the pin, and subtracts the offset; use anchored(rect, size, pin)
+    rect.resizedCopy(1.0f, RectPoint::CENTRE, v); // expect: moves a high side that is the pin, and subtracts the offset; use anchored(rect, size, pin)
+    isTrue(matrix == matrix); // expect: compares bytes, so that 0.0 differs from -0.0; compare the elements
+    isTrue(matrix != matrix); // expect: compares bytes, so that 0.0 differs from -0.0; compare the elements
+    matrix.translate(v); // expect: adds to m[2] and m[5], without scale and rotation; use matrix * translation
+    matrix.translate(1.0f, 2.0f); // expect: adds to m[2] and m[5], without scale and rotation; use matrix * translation
+    matrix.translatedCopy(v); // expect: adds to m[2] and m[5], without scale and rotation; use matrix * translation
+    matrix.translatedCopy(1.0f, 2.0f); // expect: adds to m[2] and m[5], without scale and rotation; use matrix * translation
+    matrix.translatedCopy(matrix, v); // expect: adds to m[2] and m[5], without scale and rotation; use matrix * translation
+    matrix.translatedCopy(matrix, 1.0f, 2.0f); // expect: adds to m[2] and m[5], without scale and rotation; use matrix * translation
+    matrix.makeInverseTransform(angle, v, v); // expect: is not the inverse of makeTransform; use makeTransform(...), then inverse()
+    matrix.makeInverseTransform(1.0f, v, v); // expect: is not the inverse of makeTransform; use makeTransform(...), then inverse()
+}
+
+void share(Delegate<void, void>& a, const Delegate<void, void>& b, Delegate<void>& c, const Delegate<void>& d, const SharedPtr<int>& pointer,
+           const AllExceptions& exception, StringOwnerMap<unsigned char>& map) {
+    c = d;
+    a.rebind(b);
+    a = b; // expect: counts references in reverse; use Delegate<void>, or a.rebind(b)
+    pointer.makeThreadsafe(); // expect: does nothing; use makeSharedThreadsafe(...)
+    exception.getLineString(); // expect: returns the name of the macro; use getLine()
+    const StringOwnerMap<unsigned char> copyOfMap(map); // expect: copies no entry; pass a reference to the map
+    map = copyOfMap; // expect: copies no entry; pass a reference to the map
+}
+
+class Source : public EventBase {
+    void remove(const DelegatePOD& delegate) {
+        removeDelegate(delegate); // expect: does not say whether it removed anything; use tryRemoveDelegate(...)
+    }
+};

@@ -3,6 +3,9 @@
 #pragma once
 
 #include "Vorn/FloatRect.h"
+#include "Vorn/Private/Surprise.h"
+
+VORN_ALLOW_SURPRISES_BEGIN // the operations call each other
 
 namespace Vorn {
 
@@ -180,3 +183,5 @@ inline FloatRect FloatRect::resizedCopy(float newSize, unsigned int pinOrigin, c
 }
 
 } // namespace Vorn
+
+VORN_ALLOW_SURPRISES_END

@@ -25,3 +25,11 @@
     _Pragma("GCC diagnostic push") _Pragma("GCC diagnostic ignored \"-Wdeprecated-declarations\"")
 #define VORN_ALLOW_SURPRISES_END _Pragma("GCC diagnostic pop")
 /// @}
+
+/// Stands behind a parameter of a constructor that keeps a reference to its argument: clang warns if the object
+/// outlives a temporary argument. Other compilers do not know it.
+#if defined(__clang__)
+#define VORN_LIFETIMEBOUND [[clang::lifetimebound]]
+#else
+#define VORN_LIFETIMEBOUND
+#endif

@@ -23,6 +23,7 @@
 /// Threads: as a SharedPtr or WeakPtr to the target.
 #pragma once
 
+#include "Vorn/Private/Surprise.h"
 #include "Vorn/SharedObjects/DelegateBinding.h"
 #include "Vorn/SharedObjects/SharedPtr.h"
 #include "Vorn/SharedObjects/WeakPtr.h"
@@ -394,6 +395,7 @@ public:
     ///     a.rebind(b);   // instead of a = b;
     /// This also affects code that assigns internally, such as std::swap and `std::vector::erase`. `Delegate<void>` has
     /// none of this.
+    VORN_SURPRISE("counts references in reverse; use Delegate<void>, or a.rebind(b)")
     Delegate& operator=(const Delegate& other) {
         DelegateBase::operator=(other);
         return *this;

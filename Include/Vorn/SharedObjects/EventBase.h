@@ -14,6 +14,7 @@
 /// Threads: an event belongs to one thread.
 #pragma once
 
+#include "Vorn/Private/Surprise.h"
 #include "Vorn/SharedObjects/DelegateBase.h"
 
 #include <memory>
@@ -130,6 +131,7 @@ protected:
     /// @warning Removing a pending delegate that is not the first one leaks its node and reference. After the last
     ///     pending delegate has been removed, later pending delegates are leaked, counted and never called; if it was
     ///     the only one, this applies to all later dispatches.
+    VORN_SURPRISE("does not say whether it removed anything; use tryRemoveDelegate(...)")
     DelegateNode* removeDelegate(const DelegatePOD& delegate);
 
     /// The same as `removeDelegate`, but returns true if the delegate was found. `spare` receives the spare node.

@@ -14,6 +14,7 @@
 
 #include "Vorn/Assert.h"
 #include "Vorn/Config.h"
+#include "Vorn/Private/Surprise.h"
 #include "Vorn/SharedObjects/RefCounter.h"
 #include "Vorn/SharedObjects/SharedObjectBase.h"
 
@@ -62,6 +63,7 @@ public:
     /// none. Checked.
     /// @warning Request a thread-safe control block when the object is first shared: `makeSharedThreadsafe`, or
     ///     `REF_COUNTER_THREADSAFE`.
+    VORN_SURPRISE("does nothing; use makeSharedThreadsafe(...)")
     void makeThreadsafe() const;
 
 protected:

@@ -84,7 +84,8 @@ VORN_API std::size_t hashOf(const String& s);
 /// Builds no buffer in the record. A text that is held only in UTF-16 is converted into a temporary std::string.
 VORN_API bool isText(const String& s, std::string_view text);
 
-/// Writes the text in UTF-8 to the stream; nothing for a null string. U+0000 is written as 0xC0 0x80. Builds no buffer.
+/// Writes the text in UTF-8 to the stream, padded with the stream's fill character to its width in code points, and
+/// sets the width to 0. A null string is an empty text. U+0000 is written as 0xC0 0x80. Builds no buffer.
 VORN_API std::ostream& operator<<(std::ostream& stream, const String& s);
 
 /// Compares a String or UTF8String with a std::string or std::string_view as `isText` does. No argument is converted.

@@ -18,6 +18,7 @@
 
 #include "Vorn/Assert.h"
 #include "Vorn/Config.h"
+#include "Vorn/Private/Surprise.h"
 #include "Vorn/String/String.h"
 #include "Vorn/Types.h"
 
@@ -150,9 +151,11 @@ public:
     }
 
     /// Builds an empty map; copies nothing, since each map owns its entries alone.
+    VORN_SURPRISE("copies no entry; pass a reference to the map")
     StringOwnerMap(const StringOwnerMap&) : StringOwnerMap() {}
 
     /// Does nothing: this map keeps its entries.
+    VORN_SURPRISE("copies no entry; pass a reference to the map")
     StringOwnerMap& operator=(const StringOwnerMap&) { return *this; }
 
     /// Destroys the entries. Strings and substrings that still exist stay valid: external text is copied first.

@@ -11,10 +11,13 @@
 
 #include "Vorn/Assert.h"
 #include "Vorn/Config.h"
+#include "Vorn/Private/Surprise.h"
 #include "Vorn/Private/UnicodeBits.h"
 #include "Vorn/String/UTF32.h"
 #include "Vorn/String/UTF8.h"
 #include "Vorn/Types.h"
+
+VORN_ALLOW_SURPRISES_BEGIN // the operations call each other
 
 namespace Vorn {
 
@@ -42,6 +45,7 @@ public:
     /// Narrows a code to a unit, but SETS THE LOWEST BIT of every even valid code: 0x40 gives 0x41.
     /// @warning Surrogates and 0xFDD0 to 0xFDEF are returned unchanged, and every code from 0xFFFE upward gives 0xFFFF.
     ///     To narrow a code, compare it with 0xFFFD and cast it.
+    VORN_SURPRISE("sets the lowest bit of even codes; cast codes up to 0xFFFD, and for texts use toUTF16(text)")
     static constexpr UTF16Char getUCS2Char(unsigned int c) noexcept {
         const unsigned int above = 0u - static_cast<unsigned int>(c > 0xFFFD);
         const unsigned int value = VornPrivate::select(above, 0xFFFF, c);
@@ -77,6 +81,7 @@ public:
     /// The unit or packed pair of a code, but SETS THE LOWEST BIT of every even valid code below 0xFFFE.
     /// @warning Every code from 0xFFFE upward is packed without a check: 0xFFFE gives 0xDBFFDFFE and 0x110000 gives
     ///     0xD800DC00. For a pair write `getSurrogatePair(c)`; a code below 0x10000 is its own unit.
+    VORN_SURPRISE("sets the lowest bit of even codes; use UTF16::getSurrogatePair(code), and cast codes up to 0xFFFD")
     static constexpr unsigned int getUTF16(unsigned int c) noexcept {
         const unsigned int unit = getUCS2Char(c);
         return VornPrivate::select(VornPrivate::belowMask(unit, 0xFFFF), unit, VornPrivate::packSurrogates(c));
@@ -101,6 +106,7 @@ public:
     ///
     /// Throws `Exception<2>`: "p || seq < 0x80 : Invalid sequence!" for a word such as 0x10C080.
     /// @warning To convert bytes, call `getUTF16` with four bytes or with a buffer.
+    VORN_SURPRISE("is wrong for ASCII and for sequences of 4 bytes; use toUTF16(text)")
     static unsigned int getUTF16ForUTF8(unsigned int seq) {
         if (VornPrivate::isPacked4Bytes(seq)) {
             const unsigned int code = VornPrivate::markOverlong(VornPrivate::unpackCode4(seq), true);
@@ -124,6 +130,7 @@ public:
     /// two, three and four bytes do; `i` has moved.
     /// @warning A truncated 4-byte sequence is read beyond `length`. Call this only for validated text, such as that of
     ///     a String; for other text use the readers of UTF32.
+    VORN_SURPRISE("can read behind `length`; use codePoints(text)")
     static unsigned int getUTF16(const unsigned char* buffer, unsigned int& i, unsigned int length) {
         if (i >= length) return VornPrivate::END_OF_BUFFER;
         const unsigned char lead = buffer[i];
@@ -146,3 +153,5 @@ public:
 };
 
 } // namespace Vorn
+
+VORN_ALLOW_SURPRISES_END

@@ -20,9 +20,12 @@
 
 #include "Vorn/Assert.h"
 #include "Vorn/Config.h"
+#include "Vorn/Private/Surprise.h"
 #include "Vorn/Private/UnicodeBits.h"
 #include "Vorn/String/UTF8.h"
 #include "Vorn/Types.h"
+
+VORN_ALLOW_SURPRISES_BEGIN // the operations call each other
 
 namespace Vorn {
 
@@ -133,6 +136,7 @@ public:
     /// unit, `i` is then greater than `length`. Throws `Exception<2>` if no second surrogate follows the first one, as
     /// `getUTF32Char(first, second)` does; `i` has moved by one unit.
     /// @warning To read a pair, call `getUTF32Char(first, second)`.
+    VORN_SURPRISE("returns 0xFDEF for every surrogate pair; use codePoints(text)")
     static unsigned int getUTF32Char(const UTF16Char* buffer, unsigned int& i, unsigned int length) {
         if (i >= length) return VornPrivate::END_OF_BUFFER;
         const unsigned int c = getUTF32Char(buffer[i]);
@@ -158,3 +162,5 @@ private:
 };
 
 } // namespace Vorn
+
+VORN_ALLOW_SURPRISES_END

@@ -15,8 +15,11 @@
 
 #include "Vorn/Assert.h"
 #include "Vorn/Config.h"
+#include "Vorn/Private/Surprise.h"
 #include "Vorn/Private/UnicodeBits.h"
 #include "Vorn/Types.h"
+
+VORN_ALLOW_SURPRISES_BEGIN // the operations call each other
 
 namespace Vorn {
 
@@ -25,6 +28,7 @@ class VORN_API UTF8 {
 public:
     /// Returns 1 for a byte that begins a character, 0x00 to 0x7F and 0xC2 to 0xF3, else 0; also 0 for 0xF4, which DOES
     /// begin characters.
+    VORN_SURPRISE("returns 0 for 0xF4, which begins characters; use codePoints(text)")
     static constexpr unsigned int validUTF8Lead(unsigned char c) noexcept {
         return (VornPrivate::rangeMask(c, 0x00, 0x7F) | VornPrivate::rangeMask(c, 0xC2, 0xF3)) & 1;
     }
@@ -94,6 +98,7 @@ public:
     /// @warning Two bits of `first` are lost or misplaced: 0xDA00 0xDC00 gives the word of 0xD800 0xDC00, and 0xDBC0
     ///     0xDC00 gives the malformed 0xF0C08080. Noncharacters are not refused. For any pair write
     ///     `getUTF8(UTF32::getUTF32Char(first, second))`.
+    VORN_SURPRISE("is wrong for pairs from 0xD8C0 on; use UTF8::getUTF8(UTF32::getUTF32Char(first, second))")
     static unsigned int getUTF8(UTF16Char first, UTF16Char second) {
         VORN_INTERNAL_ASSERT((first & 0xFC00) == 0xD800, "invalid first surrogate!");
         VORN_INTERNAL_ASSERT((second & 0xFC00) == 0xDC00, "invalid second surrogate!");
@@ -102,6 +107,7 @@ public:
 
     /// The packed sequence of a packed surrogate pair, WRONG from 0xD8C0DC00 upward; see `getUTF8(first, second)`.
     /// Throws `Exception<2>`: "(pair & 0xFC00FC00) == 0xD800DC00 : invalid surrogate pair!".
+    VORN_SURPRISE("is wrong for pairs from 0xD8C0 on; use UTF8::getUTF8(UTF32::getUTF32Char(first, second))")
     static unsigned int getUTF8ForUTF16(unsigned int pair) {
         VORN_INTERNAL_ASSERT((pair & 0xFC00FC00) == 0xD800DC00, "invalid surrogate pair!");
         return packSurrogatePair(pair >> 16, pair & 0xFFFF);
@@ -110,6 +116,7 @@ public:
     /// Returns 1 if a packed 3-byte sequence is a surrogate or a noncharacter, else 0; also 0 for overlong forms.
     /// Throws `Exception<2>`: "(seq & 0x00F0C0C0) == 0x00E08080 : Invalid 3-byte UTF-8 sequence!".
     /// @warning To detect an overlong form, compare the decoded value with 0x800.
+    VORN_SURPRISE("returns 0 for most overlong forms; use tryMakeString(text)")
     static unsigned int invalid3ByteUnicode(unsigned int seq) {
         VORN_INTERNAL_ASSERT((seq & 0x00F0C0C0) == 0x00E08080, "Invalid 3-byte UTF-8 sequence!");
         return (VornPrivate::rangeMask(seq, 0xEDA080, 0xEDBFBF) | VornPrivate::rangeMask(seq, 0xEFB790, 0xEFB7AF) |
@@ -123,6 +130,7 @@ public:
     /// The overlong forms of surrogates and of 0xFDD0 to 0xFDEF give 1.
     /// Throws `Exception<2>`: "(seq & 0xF8C0C0C0) == 0xF0808080 : Invalid 4-byte UTF-8 sequence!".
     /// @warning To detect an overlong form, compare the decoded value with 0x10000.
+    VORN_SURPRISE("returns 0 for most overlong forms; use tryMakeString(text)")
     static unsigned int invalid4ByteUnicode(unsigned int seq) {
         VORN_INTERNAL_ASSERT((seq & 0xF8C0C0C0) == 0xF0808080, "Invalid 4-byte UTF-8 sequence!");
         return (VornPrivate::rangeMask(seq & 0xFFFFF, 0xFBFBE, 0xFBFBF) | VornPrivate::signMask(0xF48FBFBE - seq) |
@@ -132,11 +140,13 @@ public:
     }
 
     /// `invalid3ByteUnicode` of three bytes. Throws as that does.
+    VORN_SURPRISE("returns 0 for most overlong forms; use tryMakeString(text)")
     static unsigned int invalidUnicode(unsigned char b1, unsigned char b2, unsigned char b3) {
         return invalid3ByteUnicode(VornPrivate::packBytes(b1, b2, b3));
     }
 
     /// `invalid4ByteUnicode` of four bytes. Throws as that does.
+    VORN_SURPRISE("returns 0 for most overlong forms; use tryMakeString(text)")
     static unsigned int invalidUnicode(unsigned char b1, unsigned char b2, unsigned char b3, unsigned char b4) {
         return invalid4ByteUnicode(VornPrivate::packBytes(b1, b2, b3, b4));
     }
@@ -150,3 +160,5 @@ private:
 };
 
 } // namespace Vorn
+
+VORN_ALLOW_SURPRISES_END

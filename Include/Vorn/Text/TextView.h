@@ -17,6 +17,7 @@
 
 #include "Vorn/Assert.h"
 #include "Vorn/Config.h"
+#include "Vorn/Private/Surprise.h"
 #include "Vorn/String/String.h"
 #include "Vorn/Types.h"
 
@@ -81,7 +82,7 @@ public:
 
     /// The text of a string, in an encoding that its record has. Builds no buffer. If the record has both buffers and
     /// one was converted inexactly, views the other one.
-    TextView(const String& s) : TextView() { // NOLINT(google-explicit-constructor)
+    TextView(const String& s VORN_LIFETIMEBOUND) : TextView() { // NOLINT(google-explicit-constructor)
         const StringData* const data = s.getData();
         if (!data) return;
         const UTF16Char* const units = data->getPrivateBuffer<UTF16Char>();
@@ -105,7 +106,8 @@ public:
         : TextView(text.data(), text.size()) {}
 
     template <class Unit, class Traits, class Allocator, VornPrivate::IfTextUnit<Unit> = 0>
-    TextView(const std::basic_string<Unit, Traits, Allocator>& text) // NOLINT(google-explicit-constructor)
+    // NOLINTNEXTLINE(google-explicit-constructor)
+    TextView(const std::basic_string<Unit, Traits, Allocator>& text VORN_LIFETIMEBOUND)
         : TextView(text.data(), text.size()) {}
 
     /// A text of `length` units.

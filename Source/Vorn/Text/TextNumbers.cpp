@@ -149,7 +149,7 @@ void assertBase(unsigned int base) {
 
 template <class T>
 unsigned int printFloat(char* buffer, T value) noexcept {
-    return static_cast<unsigned int>(std::to_chars(buffer, buffer + NumberText::CAPACITY, value).ptr - buffer);
+    return static_cast<unsigned int>(std::to_chars(buffer, buffer + NumberText::DECIMAL_CAPACITY, value).ptr - buffer);
 }
 
 } // namespace VornPrivate
@@ -210,7 +210,7 @@ unsigned int NumberText::print(char* buffer, float value) noexcept { return Vorn
 unsigned int NumberText::print(char* buffer, double value) noexcept { return VornPrivate::printFloat(buffer, value); }
 
 unsigned int NumberText::print(char* buffer, bool value) noexcept {
-    return copy(value ? "true" : "false", value ? 4 : 5, buffer, CAPACITY);
+    return copy(value ? "true" : "false", value ? 4 : 5, buffer, DECIMAL_CAPACITY);
 }
 
 String NumberText::makeString(const char* text, unsigned int size) {

@@ -88,6 +88,29 @@ TEST(Interop, ANullStringTakesTheWidthOfItsField) {
     EXPECT_EQ(stream.str(), "   x");
 }
 
+TEST(Interop, AWidthCountsCodePoints) {
+    const UTF16Text wide = utf16Of({0xE9, 0x1F600, 0});
+    const struct {
+        String text;
+        const char* expected;
+    } rows[] = {
+        {"abc"_vs, "...abc|"},
+        {"\xC3\xA9t\xC3\xA9"_vs, "...\xC3\xA9t\xC3\xA9|"},
+        {"\xF0\x9F\x98\x80"_vs, ".....\xF0\x9F\x98\x80|"},
+        {"a\xC0\x80"_vs, "....a\xC0\x80|"},
+        {over(wide), "...\xC3\xA9\xF0\x9F\x98\x80\xC0\x80|"},
+        {"longer than the field \xC3\xA9"_vs, "longer than the field \xC3\xA9|"},
+    };
+    for (const auto& row : rows) {
+        std::ostringstream stream;
+        stream << std::setfill('.') << std::setw(6) << row.text << '|';
+        EXPECT_EQ(stream.str(), row.expected);
+    }
+    std::ostringstream left;
+    left << std::left << std::setfill('.') << std::setw(3) << "\xC3\xA9"_vs << '|';
+    EXPECT_EQ(left.str(), "\xC3\xA9..|");
+}
+
 TEST(Interop, StandardStringsMakeNoStringInAComparison) {
     const std::string text = "door";
     const String string = "door"_vs;
