@@ -15,8 +15,9 @@
 /// The types are `bool`, all integers except the character types, `float` and `double`. `signed char` and `unsigned
 /// char` are integers, `char` is a character.
 ///
-/// Cost: as std::from_chars and std::to_chars; integers of base 10 without a call, for texts in UTF-8. Reading
-/// allocates nothing, except for a floating-point number of more than 127 units in UTF-16; `toText` allocates a String.
+/// Cost: integers of base 10 in UTF-8 as std::from_chars and std::to_chars; reading another number takes about 4 ns
+/// more than std::from_chars. Reading allocates nothing, except for a floating-point number of more than 127 units in
+/// UTF-16; `toText` allocates a String.
 ///
 /// Threads: the functions use their arguments only.
 #pragma once
@@ -183,13 +184,13 @@ NumberPrefix<T> parsePrefix(TextView text, unsigned int base = 10) {
 /// Reads a text that is a number as a whole; empty if it is none, or out of range. See `parsePrefix`.
 /// @{
 template <class T>
-std::optional<T> parse(TextView text) {
+[[gnu::always_inline]] inline std::optional<T> parse(TextView text) { // a call returns an optional through memory
     T value{};
     if (NumberText::readWhole(text, value, 10) != NumberError::NONE) return std::nullopt;
     return value;
 }
 template <class T>
-std::optional<T> parse(TextView text, unsigned int base) {
+[[gnu::always_inline]] inline std::optional<T> parse(TextView text, unsigned int base) {
     static_assert(VornPrivate::IS_INTEGER<T>, "only integers have a base: write parse<T>(text)");
     T value{};
     if (NumberText::readWhole(text, value, base) != NumberError::NONE) return std::nullopt;
