@@ -37,8 +37,9 @@ std::vector<Operation> textPieceOperations() {
         {"TextPieces_Views",
          Outcome::ALLOCATES_NOTHING,
          {"TextPart::trim", "TextPart::substring", "TextPart::removePrefix", "TextPart::removeSuffix",
-          "TextSplitter::findNext", "TextSplitter::findLast", "TextSplitter::setSet", "TextSplitter::setText",
-          "CharacterSet::getSingle", "CharacterSet::addChecked", "anyOf(TextView)"},
+          "TextPart::slice", "TextPart::startOfLast", "TextSplitter::findNext", "TextSplitter::findLast",
+          "TextSplitter::setSet", "TextSplitter::setText", "CharacterSet::getSingle", "CharacterSet::addChecked",
+          "anyOf(TextView)"},
          [](Attempt& attempt) {
              attempt([] {
                  const TextView text = " a, b; c\r\n";
@@ -46,6 +47,7 @@ std::vector<Operation> textPieceOperations() {
                  for (TextView piece : split(text, ", ")) trimEnd(piece, U'\u2003');
                  for (TextView piece : splitNonEmpty(text)) trimStart(piece);
                  splitOnceAtEnd(text, ';');
+                 dropLast(slice(text, 1, 4), 1);
              });
          }},
         {"TextPieces_LongSeparator",
@@ -95,10 +97,12 @@ std::vector<Operation> textPieceOperations() {
          }},
         {"TextChange",
          Outcome::THROWS,
-         {"TextChange::replace", "TextChange::repeat", "TextChange::pad", "TextChange::changeCase"},
+         {"TextChange::replace", "TextChange::replaceRange", "TextChange::repeat", "TextChange::pad",
+          "TextChange::changeCase"},
          [](Attempt& attempt) {
              onEachString(attempt, [](const String& s) {
                  replaceAll(s, ",", LONG);
+                 replaceRange(s, 0, 1, LONG);
                  repeat(s, 5);
                  padStart(s, 100);
                  toUpperASCII(s);

@@ -21,6 +21,8 @@ struct TextPart {
 
     VORN_API static TextPart trim(TextView text, const CharacterSet& set, bool atStart, bool atEnd) noexcept;
     VORN_API static TextPart substring(TextView text, unsigned int start, unsigned int count);
+    VORN_API static TextPart slice(TextView text, unsigned int offset, unsigned int length);
+    VORN_API static unsigned int startOfLast(TextView text, unsigned int count) noexcept;
     VORN_API static TextPart removePrefix(TextView text, TextView prefix) noexcept;
     VORN_API static TextPart removeSuffix(TextView text, TextView suffix) noexcept;
 

@@ -27,6 +27,8 @@ namespace Vorn {
 /// Support of the templates below, not for direct use. `string` is the text if it is a String, or null.
 struct TextChange {
     VORN_API static String replace(TextView text, const String* string, TextView from, TextView to, bool onlyFirst);
+    VORN_API static String replaceRange(TextView text, const String* string, unsigned int offset, unsigned int length,
+                                        TextView to);
     VORN_API static String repeat(TextView text, const String* string, unsigned int count);
     VORN_API static String pad(TextView text, const String* string, unsigned int width, char32_t fill, bool atStart);
     VORN_API static String changeCase(TextView text, const String* string, bool toUpper);
@@ -51,6 +53,29 @@ String replaceAll(const Text& text, TextView from, TextView to) {
 template <class Text, VornPrivate::IfText<Text> = 0>
 String replaceFirst(const Text& text, TextView from, TextView to) {
     return TextChange::replace(text, TextChange::stringOf(text), from, to, true);
+}
+
+/// Returns the text with `to` in place of the part from `offset` on, which has `length` units or what remains. Offset
+/// and length are in units of the text, as `find` and its like return them.
+///
+/// Throws `Exception<4>`: "Invalid offset!" for an offset behind the end, and if the part begins or ends inside a
+/// character.
+template <class Text, VornPrivate::IfText<Text> = 0>
+String replaceRange(const Text& text, unsigned int offset, unsigned int length, TextView to) {
+    return TextChange::replaceRange(text, TextChange::stringOf(text), offset, length, to);
+}
+
+/// Returns the text with `piece` inserted at an offset. Throws as `replaceRange` does.
+template <class Text, VornPrivate::IfText<Text> = 0>
+String insert(const Text& text, unsigned int offset, TextView piece) {
+    return replaceRange(text, offset, 0, piece);
+}
+
+/// Returns the text without the part from `offset` on, which has `length` units or what remains. Throws as
+/// `replaceRange` does.
+template <class Text, VornPrivate::IfText<Text> = 0>
+String erase(const Text& text, unsigned int offset, unsigned int length = NOT_FOUND) {
+    return replaceRange(text, offset, length, TextView());
 }
 
 /// Returns the text `count` times, one after the other.

@@ -65,6 +65,35 @@ VornPrivate::PartOf<Text> substring(Text&& text, unsigned int start, unsigned in
     return VornPrivate::partOf<Text>(text, [=](TextView view) { return TextPart::substring(view, start, count); });
 }
 
+/// Returns the last `count` code points, or the whole text if it has no more. Reads these code points only.
+template <class Text, VornPrivate::IfText<Text> = 0>
+VornPrivate::PartOf<Text> last(Text&& text, unsigned int count) {
+    return VornPrivate::partOf<Text>(text, [=](TextView view) {
+        const unsigned int start = TextPart::startOfLast(view, count);
+        return TextPart{start, view.getLength() - start};
+    });
+}
+
+/// Returns the text without its last `count` code points; the empty text if it has no more.
+template <class Text, VornPrivate::IfText<Text> = 0>
+VornPrivate::PartOf<Text> dropLast(Text&& text, unsigned int count) {
+    return VornPrivate::partOf<Text>(text, [=](TextView view) {
+        return TextPart{0, TextPart::startOfLast(view, count)};
+    });
+}
+
+/// Returns the part from an offset on, which is as `find` and its like return it: in units of the text. `length` is
+/// limited to what remains.
+///
+///     String value = slice(line, find(line, ':') + 1);
+///
+/// Throws `Exception<4>`: "Invalid offset!" for an offset behind the end, and if the part would begin or end inside a
+/// character.
+template <class Text, VornPrivate::IfText<Text> = 0>
+VornPrivate::PartOf<Text> slice(Text&& text, unsigned int offset, unsigned int length = NOT_FOUND) {
+    return VornPrivate::partOf<Text>(text, [=](TextView view) { return TextPart::slice(view, offset, length); });
+}
+
 /// Returns the text without `prefix`, once, if it starts with it; otherwise the whole text.
 template <class Text, VornPrivate::IfText<Text> = 0>
 VornPrivate::PartOf<Text> removePrefix(Text&& text, TextView prefix) {

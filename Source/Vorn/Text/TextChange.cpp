@@ -41,6 +41,18 @@ String TextChange::replace(TextView text, const String* string, TextView from, T
     return take(result);
 }
 
+String TextChange::replaceRange(TextView text, const String* string, unsigned int offset, unsigned int length,
+                                TextView to) {
+    const TextPart part = TextPart::slice(text, offset, length);
+    if (part.length == 0 && to.isEmpty()) return unchanged(text, string);
+    ChangedText result(text);
+    reserve(result, text.getLength() - part.length + measure(to, text.getEncoding()));
+    append(result, text.slice(0, part.start), string);
+    append(result, to, false);
+    append(result, text.slice(part.start + part.length), string);
+    return take(result);
+}
+
 String TextChange::repeat(TextView text, const String* string, unsigned int count) {
     if (count == 1) return unchanged(text, string);
     ChangedText result(text);

@@ -42,6 +42,20 @@ TextPart TextPart::substring(TextView text, unsigned int start, unsigned int cou
     return {begin, length < rest.getLength() ? length : rest.getLength()};
 }
 
+TextPart TextPart::slice(TextView text, unsigned int offset, unsigned int length) {
+    if (!isBoundary(text, offset)) VORN_THROW(E::PARAMETER, "Invalid offset!");
+    const unsigned int remaining = text.getLength() - offset;
+    if (length > remaining) length = remaining;
+    if (!isBoundary(text, offset + length)) VORN_THROW(E::PARAMETER, "Invalid offset!");
+    return {offset, length};
+}
+
+unsigned int TextPart::startOfLast(TextView text, unsigned int count) noexcept {
+    unsigned int start = text.getLength();
+    for (; count > 0 && start > 0; --count) start -= decodeBefore(text, start).units;
+    return start;
+}
+
 TextPart TextPart::removePrefix(TextView text, TextView prefix) noexcept {
     unsigned int offset = 0;
     for (unsigned int i = 0; i < prefix.getLength();) {

@@ -196,6 +196,40 @@ TEST(TextChange, ReplacesAsTheModel) {
     }
 }
 
+TEST(TextChange, ReplacesEachRange) {
+    for (const Codes& codes : TEXTS) {
+        forEachForm(codes, [&](const auto& form, const char* name) {
+            const bool inUTF8 = TextView(form).isUTF8();
+            const unsigned int length = TextView(form).getLength();
+            for (unsigned int start = 0; start <= codes.size(); ++start) {
+                for (unsigned int end = start; end <= codes.size(); ++end) {
+                    SCOPED_TRACE(std::string(name) + ": " + reference::shown(codes) + "; from " +
+                                 std::to_string(start) + " to " + std::to_string(end));
+                    const unsigned int offset = offsetOfCodePoint(form, start);
+                    const unsigned int units = offsetOfCodePoint(form, end) - offset;
+                    const Codes before(codes.begin(), codes.begin() + start), behind(codes.begin() + end, codes.end());
+                    for (const Codes& to : {Codes{}, Codes{'-'}, Codes{0x1F600, 0, 0xE9}}) {
+                        const Codes expected = joined(joined(before, to), behind);
+                        expectString(replaceRange(form, offset, units, makeString(utf8Of(to))), expected, inUTF8);
+                        expectString(replaceRange(form, offset, units, utf16Of(to)), expected, inUTF8);
+                        if (start == end) expectString(insert(form, offset, utf16Of(to)), expected, inUTF8);
+                    }
+                    expectString(erase(form, offset, units), joined(before, behind), inUTF8);
+                    if (end == codes.size()) expectString(erase(form, offset), before, inUTF8);
+                }
+            }
+            EXPECT_THROW(insert(form, length + 1, "a"), Exception<4>);
+            EXPECT_THROW(insert(form, 0, "\xFF"), Exception<7>);
+            for (unsigned int at = 0; at < length; ++at) {
+                if (isBoundary(form, at)) continue;
+                EXPECT_THROW(insert(form, at, ""), Exception<4>) << at;
+                EXPECT_THROW(erase(form, 0, at), Exception<4>) << at;
+            }
+        });
+    }
+    EXPECT_THROW(insert("a\xFF", 1, "b"), Exception<7>);
+}
+
 TEST(TextChange, RepeatsPadsAndChangesCase) {
     for (const Codes& codes : TEXTS) {
         forEachForm(codes, [&](const auto& form, const char* name) {
@@ -228,6 +262,8 @@ TEST(TextChange, ReturnsAnUnchangedStringAsItIs) {
                   EXPECT_EQ(replaceAll(s, "q", "y").getData(), s.getData());
                   EXPECT_EQ(replaceFirst(s, "q", "y").getData(), s.getData());
                   EXPECT_EQ(repeat(s, 1).getData(), s.getData());
+                  EXPECT_EQ(insert(s, 2, "").getData(), s.getData());
+                  EXPECT_EQ(erase(s, 2, 0).getData(), s.getData());
                   EXPECT_EQ(padStart(s, 3).getData(), s.getData());
                   EXPECT_EQ(toLowerASCII(s).getData(), s.getData());
               }),

@@ -157,6 +157,21 @@ TEST(TextPieces, TakesPartsAsTheModel) {
             EXPECT_EQ(codesOf(substring(form, start, count)), part);
             EXPECT_EQ(codesOf(substring(form, start)), reference::slice(text, start, text.size()));
             EXPECT_THROW(substring(form, static_cast<unsigned int>(text.size()) + 1), Exception<4>);
+            EXPECT_EQ(codesOf(last(form, count)),
+                      reference::slice(text, text.size() - std::min<std::size_t>(count, text.size()), text.size()));
+            EXPECT_EQ(codesOf(dropLast(form, count)),
+                      reference::slice(text, 0, text.size() - std::min<std::size_t>(count, text.size())));
+            const unsigned int length = TextView(form).getLength();
+            const unsigned int offset = offsetOfCodePoint(form, start);
+            const unsigned int units = offsetOfCodePoint(form, static_cast<unsigned int>(end)) - offset;
+            EXPECT_EQ(codesOf(slice(form, offset, units)), part);
+            EXPECT_EQ(codesOf(slice(form, offset)), reference::slice(text, start, text.size()));
+            EXPECT_THROW(slice(form, length + 1), Exception<4>);
+            for (unsigned int at = 0; at < length; ++at) {
+                if (isBoundary(form, at)) continue;
+                EXPECT_THROW(slice(form, at), Exception<4>) << at;
+                EXPECT_THROW(slice(form, 0, at), Exception<4>) << at;
+            }
             EXPECT_EQ(codesOf(removePrefix(form, partText)),
                       isPrefix ? reference::slice(text, part.size(), text.size()) : text);
             EXPECT_EQ(codesOf(removeSuffix(form, partText)),
