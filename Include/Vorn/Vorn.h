@@ -43,6 +43,7 @@
 #include "Vorn/String/UTF8.h"
 #include "Vorn/String/UTF8String.h"
 #include "Vorn/String/Unicode.h"
+#include "Vorn/Text.h"
 #include "Vorn/Text/CharacterSet.h"
 #include "Vorn/Text/CodePoints.h"
 #include "Vorn/Text/MakeString.h"

@@ -301,6 +301,23 @@ TEST(Snippets, Format) {
     EXPECT_EQ(line, "        door at (1.5, -2.0)");
 }
 
+TEST(Snippets, Text) {
+    using namespace Vorn;
+    const std::string line = "# Title ";
+    std::string shown;
+    const auto show = [&](const String& text) { shown = toUTF8(text); };
+    const String title = makeString(line);
+    if (startsWith(title, "#")) show(trim(slice(title, 1)));
+    EXPECT_EQ(shown, "Title");
+}
+
+TEST(Snippets, Slice) {
+    using namespace Vorn;
+    const String line = makeString("key:value");
+    String value = slice(line, find(line, ':') + 1);
+    EXPECT_EQ(toUTF8(value), "value");
+}
+
 TEST(Snippets, TextPieces) {
     using namespace Vorn;
     const CharacterSet quotes = anyOf("'\"");
