@@ -8,6 +8,7 @@
 namespace {
 
 using Vorn::SharedPtr;
+using Vorn::WeakPtr;
 
 /// An object of the scene. It notifies its listeners when it is hit.
 class SceneNode : public Vorn::TreeNode<SceneNode> {
@@ -62,8 +63,7 @@ private:
 
 void printTree(SceneNode& root) {
     for (SceneNode& node : root.depthFirst()) {
-        int depth = 0;
-        for (SceneNode* parent = node.getParent(); parent; parent = parent->getParent()) ++depth;
+        const int depth = static_cast<int>(node.getDepth());
         std::printf("%*s%u: %s\n", 2 + 2 * depth, "", node.getIndex(), node.name.c_str());
     }
 }

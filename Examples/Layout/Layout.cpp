@@ -11,7 +11,10 @@
 #include "PanelLayout.h"
 #include "Picture.h"
 
-#include <algorithm>
+#include <Vorn/Text/TextBuilder.h>
+#include <Vorn/Text/TextChange.h>
+#include <Vorn/Text/TextConversion.h>
+
 #include <cerrno>
 #include <cstdio>
 #include <exception>
@@ -26,11 +29,9 @@ namespace {
 
 using Vorn::FloatRect;
 
-std::string inColumn(const std::string& text, std::size_t width) {
-    return std::string(width - std::min(width, text.size()), ' ') + text;
-}
+std::string inColumn(const std::string& text, unsigned int width) { return toUTF8(Vorn::padStart(text, width)); }
 
-std::string sides(const FloatRect& rect, float factor, unsigned int precision, std::size_t width) {
+std::string sides(const FloatRect& rect, float factor, unsigned int precision, unsigned int width) {
     std::string text;
     for (unsigned int side = 0; side < 4; ++side) text += inColumn(fixedText(rect[side] * factor, precision), width);
     return text;
@@ -38,11 +39,7 @@ std::string sides(const FloatRect& rect, float factor, unsigned int precision, s
 
 std::string sizeText(const Vorn::Vector2& size) { return fixedText(size.x, 1) + " x " + fixedText(size.y, 1); }
 
-std::string nameOf(const Panel& panel) {
-    std::string name;
-    panel.name.copyTo(name);
-    return '"' + name + '"';
-}
+std::string nameOf(const Panel& panel) { return toUTF8(Vorn::concat('"', panel.name, '"')); }
 
 void report(const PanelFile& file, const PanelLayout& layout) {
     std::cout << "panels: " << file.panels.size() << ", page: " << sizeText(file.pageSize)

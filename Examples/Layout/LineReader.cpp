@@ -3,8 +3,10 @@
 #include "NumberText.h"
 
 #include <Vorn/ParseFloat.h>
-#include <Vorn/ParseInt.h>
-#include <Vorn/String/UTF32.h>
+#include <Vorn/Text/CodePoints.h>
+#include <Vorn/Text/MakeString.h>
+#include <Vorn/Text/TextNumbers.h>
+#include <Vorn/Text/TextSearch.h>
 
 #include <algorithm>
 
@@ -14,8 +16,6 @@ using Vorn::String;
 
 constexpr std::string_view BLANKS = " \t";
 constexpr std::string_view DIGITS = "0123456789";
-
-const unsigned char* bytesOf(std::string_view text) { return reinterpret_cast<const unsigned char*>(text.data()); }
 
 std::string quoted(std::string_view text) { return text.empty() ? "nothing" : "\"" + std::string(text) + "\""; }
 
@@ -52,13 +52,9 @@ String LineReader::name() {
     m_rest.remove_prefix(end + 1);
     if (text.empty()) throw LineError("the name is empty");
 
-    const String result(bytesOf(text), static_cast<unsigned int>(text.size()), Vorn::STRING_DATA_EXTERNAL, false);
-    const auto length = static_cast<unsigned int>(text.size());
-    for (unsigned int i = 0; i < length;) {
-        const Vorn::UTF32Char code = Vorn::UTF32::getUTF32Char(bytesOf(text), i, length);
+    for (const Vorn::UTF32Char code : Vorn::codePoints(text))
         if (code < 0x20) throw LineError("the name holds a control character"); // which XML does not allow
-    }
-    return result;
+    return Vorn::makeString(text);
 }
 
 float LineReader::number(float least, float most) {
@@ -68,7 +64,8 @@ float LineReader::number(float least, float most) {
     // word, because the parser would then skip an exponent of one digit.
     unsigned int count = 0;
     float value = 0.0f;
-    if (text.find_first_of(DIGITS) != std::string_view::npos) value = Vorn::parseFloat(bytesOf(text), &count);
+    if (Vorn::findAnyOf(text, DIGITS) != Vorn::NOT_FOUND)
+        value = Vorn::parseFloat(reinterpret_cast<const unsigned char*>(text.data()), &count);
     if (count == 0 || count != text.size() || !(value >= least && value <= most))
         refuseNumber(text, shortText(least, 2), shortText(most, 2));
     return value;
@@ -76,18 +73,15 @@ float LineReader::number(float least, float most) {
 
 unsigned int LineReader::number(unsigned int least, unsigned int most) {
     const std::string_view text = word();
-    unsigned int count = 0;
-    unsigned int value = 0;
-    if (!text.empty() && text.size() < 10) // the value of more digits can wrap around
-        value = Vorn::parseUDec<unsigned int>(bytesOf(text), &count, static_cast<unsigned int>(text.size()));
-    if (count == 0 || count != text.size() || value < least || value > most)
-        refuseNumber(text, std::to_string(least), std::to_string(most));
-    return value;
+    const std::optional<unsigned int> value = Vorn::parse<unsigned int>(text);
+    if (!value || *value < least || *value > most) refuseNumber(text, std::to_string(least), std::to_string(most));
+    return *value;
 }
 
 unsigned int LineReader::colour() {
     const std::string_view text = word();
-    if (text.size() != 6 || text.find_first_not_of("0123456789ABCDEFabcdef") != std::string_view::npos)
+    const std::optional<unsigned int> value = Vorn::parse<unsigned int>(text, 16);
+    if (!value || text.size() != 6)
         throw LineError("a colour of six hexadecimal digits is expected, not " + quoted(text));
-    return Vorn::parseUHex<unsigned int>(bytesOf(text), nullptr, 6);
+    return *value;
 }

@@ -14,7 +14,7 @@ public:
 };
 
 /// Reads words, numbers and names in order. Throws LineError for unexpected text. The line is borrowed and must be
-/// followed by a line break or a zero byte, because the number parsers read the byte after a number.
+/// followed by a line break or a zero byte, because the parser of floats reads the byte after a number.
 class LineReader {
 public:
     explicit LineReader(std::string_view line) : m_rest(line) {}
@@ -28,7 +28,7 @@ public:
     /// Reads the text up to the next blank; empty at the end of the line.
     std::string_view word();
 
-    /// Reads a name in double quotes. The string refers to the line.
+    /// Reads a name in double quotes.
     Vorn::String name();
 
     /// Reads a number from `least` to `most`, which is an integer if the limits are integers.

@@ -1,22 +1,20 @@
 #include "NumberText.h"
 
 #include <Vorn/PrintFloat.h>
+#include <Vorn/Text/TextConversion.h>
+#include <Vorn/Text/TextPieces.h>
+#include <Vorn/Text/TextSearch.h>
 
 std::string fixedText(float value, unsigned int precision) {
     // Without a buffer the function returns the size, which is large for the largest floats.
     std::string text(
         Vorn::printDec(value, static_cast<unsigned char*>(nullptr), 0, precision, Vorn::FLOAT_EXPONENT_NONE), ' ');
-    Vorn::printDec(value, reinterpret_cast<unsigned char*>(text.data()), static_cast<unsigned int>(text.size()),
-                   precision, Vorn::FLOAT_EXPONENT_NONE);
-    if (text.find_first_not_of("-0.") == std::string::npos && text.front() == '-') text.erase(0, 1);
-    return text;
+    Vorn::printDec(value, text.data(), static_cast<unsigned int>(text.size()), precision, Vorn::FLOAT_EXPONENT_NONE);
+    const bool isZero = Vorn::findNoneOf(text, "-0.") == Vorn::NOT_FOUND;
+    return isZero ? toUTF8(Vorn::removePrefix(text, "-")) : text;
 }
 
 std::string shortText(float value, unsigned int precision) {
-    std::string text = fixedText(value, precision);
-    if (text.find('.') != std::string::npos) {
-        text.erase(text.find_last_not_of('0') + 1);
-        if (text.back() == '.') text.pop_back();
-    }
-    return text;
+    const std::string text = fixedText(value, precision);
+    return Vorn::contains(text, '.') ? toUTF8(Vorn::removeSuffix(Vorn::trimEnd(text, '0'), ".")) : text;
 }

@@ -2,9 +2,11 @@
 
 #include "NumberText.h"
 
-#include <Vorn/PrintInt.h>
-#include <Vorn/String/StringData.h>
-#include <Vorn/String/UTF32.h>
+#include <Vorn/Text/CodePoints.h>
+#include <Vorn/Text/TextBuilder.h>
+#include <Vorn/Text/TextChange.h>
+#include <Vorn/Text/TextConversion.h>
+#include <Vorn/Text/TextNumbers.h>
 
 #include <algorithm>
 
@@ -20,26 +22,11 @@ std::string coordinate(float value) { return shortText(value, 2); }
 std::string point(const Vector2& at) { return coordinate(at.x) + " " + coordinate(at.y); }
 
 std::string colourText(unsigned int colour) {
-    // A bit above the six digits keeps leading zeros; its own digit is then replaced by "#".
-    unsigned char text[7];
-    Vorn::printHex(colour | 0x1000000u, Vorn::HEX_WITHOUT_PREFIX, text, sizeof text);
-    text[0] = '#';
-    return std::string(text, text + sizeof text);
+    return toUTF8(Vorn::concat('#', toUpperASCII(padStart(Vorn::toText(colour, 16), 6, U'0'))));
 }
 
 std::string escaped(const Vorn::String& name) {
-    std::string text;
-    name.copyTo(text);
-    std::string result;
-    for (const char c : text) {
-        switch (c) {
-        case '&': result += "&amp;"; break;
-        case '<': result += "&lt;"; break;
-        case '>': result += "&gt;"; break;
-        default: result += c;
-        }
-    }
-    return result;
+    return toUTF8(replaceAll(replaceAll(replaceAll(name, "&", "&amp;"), "<", "&lt;"), ">", "&gt;"));
 }
 
 // Approximate widths in font sizes, because no font is available. East Asian letters and emoji are square.
@@ -47,14 +34,9 @@ constexpr float LETTER_WIDTH = 0.6f;
 constexpr float SQUARE_WIDTH = 1.0f;
 
 float estimateWidth(const Vorn::String& name) {
-    const Vorn::StringData& data = *name.getData();
-    const unsigned char* const text = data.getBuffer<unsigned char>();
-    const unsigned int length = data.getUTF8Length();
     float width = 0.0f;
-    for (unsigned int i = 0; i < length;) {
-        const Vorn::UTF32Char code = Vorn::UTF32::getUTF32Char(text, i, length);
+    for (const Vorn::UTF32Char code : codePoints(name))
         width += (code >= 0x2E80 && code < 0xFB00) || code >= 0x1F000 ? SQUARE_WIDTH : LETTER_WIDTH;
-    }
     return width;
 }
 
