@@ -3,6 +3,7 @@
 #include "Vorn/Assert.h"
 #include "Vorn/Private/TextDecoding.h"
 #include "Vorn/Text/MakeString.h"
+#include "Vorn/TextBlock.h"
 
 #include <boost/thread/mutex.hpp>
 
@@ -20,35 +21,35 @@ namespace {
 
 using VornPrivate::NameRecord;
 
-/// True for UTF-8 that has no second spelling of U+0000.
-bool isPlain(TextView text) { return text.isUTF8() && !std::memchr(text.getUTF8(), 0xC0, text.getLength()); }
+/// True for UTF-8 without the byte 0xC0, so that each U+0000 is a zero byte.
+bool isCanonical(TextView text) { return text.isUTF8() && !std::memchr(text.getUTF8(), 0xC0, text.getLength()); }
 
 /// A text in UTF-8 with U+0000 as a zero byte, so that one text has one spelling.
-class PlainText {
+class CanonicalText {
 public:
-    explicit PlainText(TextView text) { // which is not empty
-        if (isPlain(text)) {
+    explicit CanonicalText(TextView text) { // which is not empty
+        if (isCanonical(text)) {
             m_view = std::string_view(reinterpret_cast<const char*>(text.getUTF8()), text.getLength());
             return;
         }
         unsigned char* dest = m_small;
-        const std::size_t most = std::size_t(text.getLength()) * (text.isUTF8() ? 1 : 3);
+        const std::uint64_t most = std::uint64_t(text.getLength()) * (text.isUTF8() ? 1 : 3);
         if (most > sizeof m_small) {
-            m_large.reset(new unsigned char[most]);
+            m_large = VornPrivate::allocateText<unsigned char>(most);
             dest = m_large.get();
         }
         const unsigned char* const begin = dest;
         for (unsigned int i = 0; i < text.getLength();) {
             const VornPrivate::DecodedCharacter character = VornPrivate::decodeAt(text, i);
-            m_isMalformed |= character.isMalformed;
+            m_isMalformed = character.isMalformed;
+            if (m_isMalformed) return; // U+FFFD can take more bytes than the units
             dest = VornPrivate::encodeTo(dest, character.code);
             i += character.units;
-            if (m_isMalformed) return;
         }
         m_view = std::string_view(reinterpret_cast<const char*>(begin), static_cast<std::size_t>(dest - begin));
     }
-    PlainText(const PlainText&) = delete;
-    PlainText& operator=(const PlainText&) = delete;
+    CanonicalText(const CanonicalText&) = delete;
+    CanonicalText& operator=(const CanonicalText&) = delete;
 
     /// True if the text was converted and is malformed. A text that was not converted equals no stored one then.
     bool isMalformed() const { return m_isMalformed; }
@@ -136,26 +137,26 @@ const NameRecord* makeRecord(TextView text, std::string_view plain, std::uint64_
 bool Name::find(TextView text, const VornPrivate::NameRecord*& record) {
     if (text.isEmpty()) return true;
     record = findSpelled(text);
-    if (record || isPlain(text)) return record;
-    const PlainText plain(text);
-    if (!plain.isMalformed()) record = findRecord(plain.view(), hashOf(plain.view()));
+    if (record || isCanonical(text)) return record;
+    const CanonicalText canonical(text);
+    if (!canonical.isMalformed()) record = findRecord(canonical.view(), hashOf(canonical.view()));
     return record;
 }
 
 const VornPrivate::NameRecord* Name::intern(TextView text) {
     if (text.isEmpty()) return nullptr;
     if (const NameRecord* const known = findSpelled(text)) return known;
-    const PlainText plain(text);
-    const std::uint64_t hash = hashOf(plain.view());
-    if (!plain.isMalformed()) {
-        if (const NameRecord* const known = findRecord(plain.view(), hash)) return known;
+    const CanonicalText canonical(text);
+    const std::uint64_t hash = hashOf(canonical.view());
+    if (!canonical.isMalformed()) {
+        if (const NameRecord* const known = findRecord(canonical.view(), hash)) return known;
     }
     const std::lock_guard<boost::mutex> guard(lockOfTable());
-    if (!plain.isMalformed()) {
-        if (const NameRecord* const known = findRecord(plain.view(), hash)) return known;
+    if (!canonical.isMalformed()) {
+        if (const NameRecord* const known = findRecord(canonical.view(), hash)) return known;
     }
     Table& table = roomyTable();
-    const NameRecord* const record = makeRecord(text, plain.view(), hash); // throws for malformed text
+    const NameRecord* const record = makeRecord(text, canonical.view(), hash); // throws for malformed text
     table.insert(record);
     ++s_count;
     return record;

@@ -86,6 +86,18 @@ TEST(Name, RefusesMalformedText) {
     EXPECT_EQ(Name(u"\xFFFD"), replacement);
 }
 
+// A text with 0xC0 is converted into a buffer of its own length, in which U+FFFD has no room at the end.
+TEST(Name, RefusesTextsThatEndMalformed) {
+    for (std::size_t length = 180; length != 260; ++length) {
+        for (const char* const end : {"\xC0", "\xC0\x80\xFF", "\xC0\x80\xE4\xB8"}) {
+            SCOPED_TRACE(length);
+            const std::string text = std::string(length, 'a') + end;
+            EXPECT_THROW(Name{text}, Exception<7>);
+            EXPECT_EQ(Name::lookUp(text), std::nullopt);
+        }
+    }
+}
+
 TEST(Name, HashesLiteralsAtCompileTime) {
     const auto action = [](Name name) {
         switch (name.getHash()) {
