@@ -21,12 +21,7 @@ using Vorn::UTF32Char;
 
 /// Returns true if all bytes are 0x01 to 0x7F. Short texts take a few operations.
 inline bool isPlainText(const unsigned char* text, unsigned int length) {
-    constexpr unsigned int WORD = sizeof(std::uint64_t), SHORT = 64;
-    if (length < WORD || length > SHORT) return findPlainEnd(text, 0, length) == length;
-    std::uint64_t odd = oddUnits<unsigned char>(loadWord<std::uint64_t>(text + length - WORD)); // overlaps the others
-    for (unsigned int i = 0; i + WORD < length; i += WORD)
-        odd |= oddUnits<unsigned char>(loadWord<std::uint64_t>(text + i));
-    return odd == 0;
+    return length <= SHORT_UNITS ? isShortPlain(text, length) : findPlainEnd(text, 0, length) == length;
 }
 
 /// Calls `f` with the units and the length of a text.

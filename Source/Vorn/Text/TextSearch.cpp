@@ -1,5 +1,6 @@
 #include "Vorn/Text/TextSearch.h"
 
+#include "Vorn/Kernels/TextKernels.h"
 #include "Vorn/Text/CodePoints.h"
 #include "Vorn/Text/ExactConversion.h"
 #include "Vorn/Text/NeedleInText.h"
@@ -41,29 +42,6 @@ std::size_t findForward(ForwardUnits<UTF16Char> text, ForwardUnits<UTF16Char> ne
     return findUnits(text, needle);
 }
 
-bool isBoundary(const unsigned char* text, unsigned int length, unsigned int at) {
-    if (at == 0 || at >= length || !isTrailByte(text[at])) return true;
-    // A trail byte is inside a character if one of up to three bytes before it leads one that reaches it.
-    for (unsigned int back = 1; back <= 3 && back <= at; ++back) {
-        if (isTrailByte(text[at - back])) continue;
-        return decodeNext(text + at - back, text + length).units <= back;
-    }
-    return true;
-}
-bool isBoundary(const UTF16Char* text, unsigned int length, unsigned int at) {
-    return at == 0 || at >= length || !isLowSurrogate(text[at]) || !isHighSurrogate(text[at - 1]);
-}
-
-// The first boundary at or behind an offset.
-unsigned int boundaryFrom(TextView text, unsigned int at) {
-    const auto isIn = [&](unsigned int i) {
-        return text.isUTF8() ? isBoundary(text.getUTF8(), text.getLength(), i)
-                             : isBoundary(text.getUTF16(), text.getLength(), i);
-    };
-    while (!isIn(at)) ++at;
-    return at;
-}
-
 template <class CharType>
 unsigned int findFrom(TextView text, TextView needle, unsigned int from) {
     const NeedleInText<CharType> pair(text, needle);
@@ -88,18 +66,19 @@ unsigned int findBefore(TextView text, TextView needle, unsigned int before) {
     return pair.toOriginal(static_cast<unsigned int>(size - found - pair.needleLength()));
 }
 
-template <class CharType>
-unsigned int countUnits(const CharType* text, unsigned int length, CharType unit) {
-    unsigned int count = 0;
-    for (unsigned int i = 0; i < length; ++i) count += text[i] == unit;
-    return count;
+std::size_t countUnits(const unsigned char* text, unsigned int length, unsigned char unit) {
+    return textKernels().count8(text, length, unit);
+}
+std::size_t countUnits(const UTF16Char* text, unsigned int length, UTF16Char unit) {
+    return textKernels().count16(text, length, unit);
 }
 
 template <class CharType>
 unsigned int countIn(TextView text, TextView needle) {
     const NeedleInText<CharType> pair(text, needle);
     if (pair.isNowhere()) return 0;
-    if (pair.needleLength() == 1) return countUnits(pair.text(), pair.textLength(), *pair.needle());
+    if (pair.needleLength() == 1)
+        return static_cast<unsigned int>(countUnits(pair.text(), pair.textLength(), *pair.needle()));
     unsigned int count = 0;
     const ForwardUnits<CharType> units{pair.needle(), pair.needleLength()};
     for (ForwardUnits<CharType> rest{pair.text(), pair.textLength()};; ++count) {
@@ -113,7 +92,7 @@ unsigned int countIn(TextView text, TextView needle) {
 
 unsigned int findNext(TextView text, TextView needle, unsigned int from) {
     if (from > text.getLength()) return NOT_FOUND;
-    if (needle.isEmpty()) return boundaryFrom(text, from);
+    if (needle.isEmpty()) return boundaryAtOrBehind(text, from);
     // Most needles are ASCII in the encoding of the text.
     const unsigned char* const bytes = needle.getUTF8();
     if (text.getUTF8() && bytes && isPlainText(bytes, needle.getLength())) {
@@ -129,12 +108,7 @@ unsigned int find(TextView text, TextView needle) { return findNext(text, needle
 
 unsigned int findPrevious(TextView text, TextView needle, unsigned int before) {
     if (before == 0) return NOT_FOUND;
-    if (needle.isEmpty()) {
-        if (before > text.getLength()) return text.getLength();
-        unsigned int at = before - 1;
-        while (boundaryFrom(text, at) != at) --at;
-        return at;
-    }
+    if (needle.isEmpty()) return boundaryAtOrBefore(text, before - 1);
     return text.isUTF8() ? findBefore<unsigned char>(text, needle, before)
                          : findBefore<UTF16Char>(text, needle, before);
 }
@@ -201,10 +175,10 @@ bool endsWith(TextView text, CodePoint c) noexcept {
 
 namespace {
 
-// A set of characters: a bit for each one of ASCII, and the text for all others.
-class CharacterSet {
+// The characters of a text: a bit for each one of ASCII, and the text for all others. It allocates nothing.
+class CharactersIn {
 public:
-    explicit CharacterSet(TextView set) : m_others(set) {
+    explicit CharactersIn(TextView set) : m_others(set) {
         for (unsigned int i = 0; i < set.getLength();) {
             const DecodedCharacter character = decodeAt(set, i);
             if (character.code < 128)
@@ -234,8 +208,8 @@ private:
 
 unsigned int findInSet(TextView text, TextView characters, unsigned int from, bool isIn) {
     if (from > text.getLength()) return NOT_FOUND;
-    const CharacterSet set(characters);
-    for (unsigned int i = boundaryFrom(text, from); i < text.getLength();) {
+    const CharactersIn set(characters);
+    for (unsigned int i = boundaryAtOrBehind(text, from); i < text.getLength();) {
         const DecodedCharacter character = decodeAt(text, i);
         if (set.contains(character) == isIn) return i;
         i += character.units;
@@ -244,7 +218,7 @@ unsigned int findInSet(TextView text, TextView characters, unsigned int from, bo
 }
 
 unsigned int findLastInSet(TextView text, TextView characters, bool isIn) {
-    const CharacterSet set(characters);
+    const CharactersIn set(characters);
     for (unsigned int i = text.getLength(); i != 0;) {
         const DecodedCharacter character = decodeBefore(text, i);
         i -= character.units;
@@ -296,7 +270,7 @@ unsigned int findFolded(TextView text, TextView needle, unsigned int from) {
 
 unsigned int findNextIgnoringASCIICase(TextView text, TextView needle, unsigned int from) {
     if (from > text.getLength()) return NOT_FOUND;
-    if (needle.isEmpty()) return boundaryFrom(text, from);
+    if (needle.isEmpty()) return boundaryAtOrBehind(text, from);
     return text.isUTF8() ? findFolded<unsigned char>(text, needle, from) : findFolded<UTF16Char>(text, needle, from);
 }
 

@@ -1,5 +1,6 @@
 #include "Vorn/Text/TextStreams.h"
 
+#include "Vorn/Private/TextDecoding.h"
 #include "Vorn/Text/CodePoints.h"
 #include "Vorn/Text/MakeString.h"
 #include "Vorn/Text/TextConversion.h"
@@ -12,8 +13,6 @@
 namespace Vorn {
 
 namespace {
-
-bool isTrailByte(int byte) { return (byte & 0xC0) == 0x80; }
 
 // Stores a text that was read. Sets the stream's `failbit` if it is malformed or missing.
 bool store(std::istream& stream, bool isRead, const std::string& text, String& dest) {
@@ -49,7 +48,7 @@ bool TextStreams::readWord(std::istream& stream, String& word) {
     constexpr int END = std::istream::traits_type::eof();
     int c = buffer.sgetc();
     for (; c != END && !types.is(std::ctype_base::space, static_cast<char>(c)); c = buffer.snextc()) {
-        if (!isTrailByte(c) && left-- == 0) break;
+        if (!VornPrivate::isTrailByte(static_cast<unsigned int>(c)) && left-- == 0) break;
         text.push_back(static_cast<char>(c));
     }
     stream.width(0);
