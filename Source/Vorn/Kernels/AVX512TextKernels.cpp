@@ -106,8 +106,8 @@ struct Encoded {
     std::size_t units; ///< 0 if the units cannot be encoded
 };
 
-/// Encodes units. `Specified` pairs are encoded as by `encodePair`, and others by the rules of Unicode.
-template <bool Specified, bool Whole>
+/// Encodes units. Surrogate pairs are encoded as by `encodePair`, or exactly.
+template <bool ByEncodePair, bool Whole>
 inline Encoded encode(const UTF16Char* source, std::size_t length, bool pairs) {
     std::size_t size = Whole ? 16 : smaller(length, 16);
     const __m512i units = _mm512_cvtepu16_epi32(
@@ -134,11 +134,11 @@ inline Encoded encode(const UTF16Char* source, std::size_t length, bool pairs) {
             // The word behind each one.
             const __m512i next = _mm512_alignr_epi32(_mm512_setzero_si512(), units, 1);
             const __m512i added =
-                _mm512_add_epi32(bitAnd(units, Specified ? 0xFFFF : 0x3FF), splat(Specified ? 4 : 0x40));
-            __m512i bytes = bitAnd(_mm512_srli_epi32(added, 8), Specified ? 3 : 7);
-            bytes = _mm512_or_si512(bytes, Specified ? _mm512_slli_epi32(bitAnd(units, 0xFC), 6)
-                                                     : _mm512_slli_epi32(bitAnd(added, 0xFC), 6));
-            bytes = _mm512_add_epi32(bytes, splat(Specified ? 0x90F0 : 0x80F0));
+                _mm512_add_epi32(bitAnd(units, ByEncodePair ? 0xFFFF : 0x3FF), splat(ByEncodePair ? 4 : 0x40));
+            __m512i bytes = bitAnd(_mm512_srli_epi32(added, 8), ByEncodePair ? 3 : 7);
+            bytes = _mm512_or_si512(bytes, ByEncodePair ? _mm512_slli_epi32(bitAnd(units, 0xFC), 6)
+                                                        : _mm512_slli_epi32(bitAnd(added, 0xFC), 6));
+            bytes = _mm512_add_epi32(bytes, splat(ByEncodePair ? 0x90F0 : 0x80F0));
             bytes = _mm512_or_si512(bytes, _mm512_slli_epi32(bitAnd(units, 3), 20));
             bytes = _mm512_or_si512(bytes, _mm512_slli_epi32(bitAnd(next, 0x3C0), 10));
             bytes = _mm512_or_si512(bytes, _mm512_slli_epi32(bitAnd(next, 0x3F), 24));

@@ -64,8 +64,8 @@ struct TextKernels {
     std::size_t (*skipASCII16)(const UTF16Char* text, std::size_t length) noexcept;
 
     /// Converts text that has been validated, also with U+0000 and overlong forms of two bytes. Writes no more than
-    /// `room` units, and none behind the last one of the whole text. As specified, a character of four bytes becomes
-    /// its second surrogate alone.
+    /// `room` units, and none behind the last one of the whole text. As in `stringDataConvertToUTF16`, a character of
+    /// four bytes becomes its second surrogate alone.
     TextProgress (*toUTF16)(const unsigned char* source, std::size_t length, UTF16Char* dest,
                             std::size_t room) noexcept;
     /// Converts units to UTF-8, also U+0000 and unpaired surrogates. A first surrogate is encoded with the unit behind

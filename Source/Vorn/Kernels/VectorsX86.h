@@ -28,9 +28,7 @@ struct V16 {
     static Bytes bitXor(Bytes a, Bytes b) { return _mm_xor_si128(a, b); }
     static Bytes max8(Bytes a, Bytes b) { return _mm_max_epu8(a, b); }
     static Bytes min8(Bytes a, Bytes b) { return _mm_min_epu8(a, b); }
-    static Bytes sub8(Bytes a, Bytes b) { return _mm_sub_epi8(a, b); }
     static Bytes subtractSaturated8(Bytes a, Bytes b) { return _mm_subs_epu8(a, b); }
-    static Bytes add16(Bytes a, Bytes b) { return _mm_add_epi16(a, b); }
     static Bytes sub16(Bytes a, Bytes b) { return _mm_sub_epi16(a, b); }
     static Bytes subtractSaturated16(Bytes a, Bytes b) { return _mm_subs_epu16(a, b); }
     static bool isZero(Bytes v) {
@@ -85,9 +83,7 @@ struct V32 {
     static Bytes bitXor(Bytes a, Bytes b) { return _mm256_xor_si256(a, b); }
     static Bytes max8(Bytes a, Bytes b) { return _mm256_max_epu8(a, b); }
     static Bytes min8(Bytes a, Bytes b) { return _mm256_min_epu8(a, b); }
-    static Bytes sub8(Bytes a, Bytes b) { return _mm256_sub_epi8(a, b); }
     static Bytes subtractSaturated8(Bytes a, Bytes b) { return _mm256_subs_epu8(a, b); }
-    static Bytes add16(Bytes a, Bytes b) { return _mm256_add_epi16(a, b); }
     static Bytes sub16(Bytes a, Bytes b) { return _mm256_sub_epi16(a, b); }
     static Bytes subtractSaturated16(Bytes a, Bytes b) { return _mm256_subs_epu16(a, b); }
     static bool isZero(Bytes v) { return _mm256_testz_si256(v, v); }
@@ -138,7 +134,6 @@ struct V64 {
     static Bytes max8(Bytes a, Bytes b) { return _mm512_max_epu8(a, b); }
     static Bytes min8(Bytes a, Bytes b) { return _mm512_min_epu8(a, b); }
     static Bytes subtractSaturated8(Bytes a, Bytes b) { return _mm512_subs_epu8(a, b); }
-    static Bytes add16(Bytes a, Bytes b) { return _mm512_add_epi16(a, b); }
     static Bytes sub16(Bytes a, Bytes b) { return _mm512_sub_epi16(a, b); }
     static Bytes subtractSaturated16(Bytes a, Bytes b) { return _mm512_subs_epu16(a, b); }
     static bool isZero(Bytes v) { return _mm512_test_epi8_mask(v, v) == 0; }
