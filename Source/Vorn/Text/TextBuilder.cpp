@@ -31,8 +31,10 @@ void TextBuilder::reserve(unsigned int length) { VornPrivate::reserve(m_store, l
 
 namespace {
 
-// The encoding of a text with more items: UTF-16 if all texts are in it. `hasText` becomes true if there is a text.
+// The encoding of a text with more items: UTF-16 if all texts are in it. `hasText` is true if the text in front of them
+// has one in `encoding`, and becomes true if there is a text among them.
 TextEncoding encodingWith(const TextItem* items, std::size_t count, TextEncoding encoding, bool& hasText) {
+    if (!hasText) encoding = TextEncoding::UTF8;
     for (std::size_t i = 0; i < count; ++i) {
         const TextView text = items[i].getText();
         if (!items[i].isText() || text.isEmpty()) continue;

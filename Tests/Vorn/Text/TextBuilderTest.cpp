@@ -150,6 +150,21 @@ TEST(TextBuilder, GrowsInLinearTimeAndIsReusable) {
     expectString(moved.take(), {}, true);
 }
 
+TEST(TextBuilder, ForgetsTheEncodingOfRemovedTexts) {
+    TextBuilder builder;
+    for (const bool isTaken : {false, true}) {
+        builder.reserve(64);
+        builder.append(u"wide");
+        EXPECT_FALSE(TextView(builder.build()).isUTF8());
+        if (isTaken)
+            builder.take();
+        else
+            builder.clear();
+        EXPECT_TRUE(TextView(builder.append(42, 'x').build()).isUTF8()) << "taken: " << isTaken;
+        EXPECT_EQ(codesOf(builder.take()), codesOf("42x"));
+    }
+}
+
 TEST(TextBuilder, RefusesTextsThatAreTooLong) {
     TextBuilder builder;
     EXPECT_THROW(builder.reserve(0xFFFFFFFF), Exception<4>);
