@@ -107,10 +107,10 @@ VORN_API String makeStaticString(TextView text);
 
 /// The string of a literal ("...", u8"..." or u"..."), made by `makeStaticString` at the first use of this place. Later
 /// uses, in any thread, allocate nothing. The value is a `const Vorn::String&` that is valid until the program ends.
-/// Throws `Exception<7>` for a malformed literal.
-#define VORN_TEXT(literal)                                                                                 \
-    ([]() -> const ::Vorn::String& {                                                                       \
-        static const ::Vorn::String vornText =                                                             \
-            ::Vorn::makeStaticString(::Vorn::TextView((literal), sizeof(literal) / sizeof(*literal) - 1)); \
-        return vornText;                                                                                   \
+/// Throws `Exception<7>` for a malformed literal. Anything but a literal does not compile.
+#define VORN_TEXT(literal)                                                                                  \
+    ([]() -> const ::Vorn::String& {                                                                        \
+        static const ::Vorn::String vornText =                                                              \
+            ::Vorn::makeStaticString(::Vorn::TextView(literal "", sizeof(literal) / sizeof(*literal) - 1)); \
+        return vornText;                                                                                    \
     }())

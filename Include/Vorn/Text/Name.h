@@ -163,8 +163,9 @@ struct hash<Vorn::Name> {
 } // namespace std
 
 /// The name of a literal, found at the first use of this place and stored if it is new. Throws as the constructor does.
-#define VORN_NAME(literal)                           \
-    ([]() -> const ::Vorn::Name& {                   \
-        static const ::Vorn::Name vornName(literal); \
-        return vornName;                             \
+/// Anything but a literal does not compile.
+#define VORN_NAME(literal)                                                                                        \
+    ([]() -> const ::Vorn::Name& {                                                                                \
+        static const ::Vorn::Name vornName(::Vorn::TextView(literal "", sizeof(literal) / sizeof(*literal) - 1)); \
+        return vornName;                                                                                          \
     }())
