@@ -41,6 +41,8 @@ ListeningObject listeningObject(const Owner& owner) {
     if constexpr (IS_SHARED_PTR<Owner>) {
         return {owner.get(), owner ? sizeof(*owner.get()) : 0, sharedRecord(owner)};
     } else if constexpr (IS_WEAK_PTR<Owner>) {
+        // Another object can have the address of one that has been destroyed.
+        if (owner.isExpired()) return {nullptr, 0, weakRecord(owner)};
         return {weakObject(owner), sizeof(typename Owner::Element), weakRecord(owner)};
     } else if constexpr (std::is_pointer_v<Owner>) {
         if (owner) return listeningObject(*owner);

@@ -115,6 +115,23 @@ TEST_F(SignalUser, RemovesAMethodHoweverItsObjectIsHeld) {
     EXPECT_EQ(shared.getWeakCount(), 0);
 }
 
+TEST_F(SignalUser, RemovesNothingOfAnObjectAtTheAddressOfAnother) {
+    struct Plain {
+        void add(int value) { total += value; }
+        int total = 0;
+    };
+    Plain plain;
+    WeakPtr<Plain> gone;
+    {
+        const SharedPtr<Plain> first(&plain, [](Plain*) {}); // its memory is used again
+        gone = first;
+    }
+    event.add<&Plain::add>(plain);
+    EXPECT_EQ(event.removeAll(gone), 0u);
+    EXPECT_FALSE(event.remove<&Plain::add>(gone));
+    EXPECT_EQ(event.removeAll(plain), 1u);
+}
+
 TEST_F(SignalUser, ConnectsCallablesOfAnySize) {
     std::array<int, 50> large{};
     large[49] = 7;
