@@ -70,6 +70,9 @@ std::size_t terminatedLength(const Unit* text) {
 
 namespace Vorn {
 
+class TextView;
+VORN_API bool equals(TextView a, TextView b) noexcept;
+
 /// A non-owning view of a text in UTF-8 or UTF-16.
 /// @warning The view dangles after the text has been destroyed or moved; see `StringData::getTerminatedBuffer`. Pass
 ///     views as arguments; to keep a text, use `makeString`.
@@ -141,6 +144,10 @@ public:
                  length < remaining ? length : remaining, m_encoding);
         return part;
     }
+
+    /// Compares the code points of a view and of a text of any kind; see `equals` of TextOrder.h.
+    friend bool operator==(TextView a, TextView b) noexcept { return equals(a, b); }
+    friend bool operator!=(TextView a, TextView b) noexcept { return !equals(a, b); }
 
 private:
     // True if the UTF-16 buffer of a record that has both buffers holds the text, and the UTF-8 buffer a conversion of

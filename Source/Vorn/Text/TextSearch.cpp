@@ -93,9 +93,9 @@ unsigned int countIn(TextView text, TextView needle) {
 unsigned int findNext(TextView text, TextView needle, unsigned int from) {
     if (from > text.getLength()) return NOT_FOUND;
     if (needle.isEmpty()) return boundaryAtOrBehind(text, from);
-    // Most needles are ASCII in the encoding of the text.
+    // Most needles are short ASCII in the encoding of the text.
     const unsigned char* const bytes = needle.getUTF8();
-    if (text.getUTF8() && bytes && isPlainText(bytes, needle.getLength())) {
+    if (text.getUTF8() && bytes && needle.getLength() <= SHORT_UNITS && isShortPlain(bytes, needle.getLength())) {
         const std::size_t found =
             findForward(ForwardUnits<unsigned char>{text.getUTF8() + from, text.getLength() - from},
                         ForwardUnits<unsigned char>{bytes, needle.getLength()});

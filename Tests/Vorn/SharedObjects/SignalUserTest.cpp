@@ -411,9 +411,9 @@ TEST_F(SignalUser, EventsMoveAndSwap) {
     EXPECT_TRUE(events[0].isDisabled());
     EXPECT_FALSE(events[50].isDisabled());
     EXPECT_TRUE(connection);
-    Event<int>& self = events[0];
-    self = std::move(self);
-    EXPECT_EQ(self.getDelegateCount(), 1u);
+    Event<int>& same = events[0];
+    events[0] = std::move(same);
+    EXPECT_EQ(events[0].getDelegateCount(), 1u);
     events[0] = Event<int>();
     EXPECT_FALSE(connection);
     EXPECT_FALSE(std::is_copy_constructible_v<Event<int>>);

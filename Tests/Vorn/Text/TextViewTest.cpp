@@ -58,6 +58,18 @@ TEST(TextView, ViewsTheBufferThatIsExact) {
     EXPECT_EQ(shown(fromUnits), "UTF16 56256 56320");
 }
 
+TEST(TextView, EqualsTextOfEachKind) {
+    const TextView view("a\xC3\xA9");
+    const std::string standard("a\xC3\xA9");
+    EXPECT_TRUE(view == TextView(u"a\u00E9"));
+    EXPECT_TRUE(view == u"a\u00E9");
+    EXPECT_TRUE(standard == view);
+    EXPECT_TRUE(String(standard.c_str()) == view);
+    EXPECT_FALSE(view == "a");
+    EXPECT_TRUE(view != "a");
+    EXPECT_FALSE("a\xC3\xA9" != view);
+}
+
 TEST(TextView, SlicesByUnits) {
     const TextView text("abcdef");
     EXPECT_EQ(shown(text.slice(2)), shown("cdef"));
