@@ -314,8 +314,10 @@ TEST(Snippets, Text) {
 TEST(Snippets, Slice) {
     using namespace Vorn;
     const String line = makeString("key:value");
-    String value = slice(line, find(line, ':') + 1);
-    EXPECT_EQ(toUTF8(value), "value");
+    const unsigned int colon = find(line, ':');
+    String key = slice(line, 0, colon);
+    EXPECT_EQ(toUTF8(key), "key");
+    EXPECT_TRUE(equals(slice("key", 0, find("key", ':')), "key"));
 }
 
 TEST(Snippets, TextPieces) {

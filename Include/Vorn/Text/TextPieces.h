@@ -85,7 +85,10 @@ VornPrivate::PartOf<Text> dropLast(Text&& text, unsigned int count) {
 /// Returns the part from an offset on, which is as `find` and its like return it: in units of the text. `length` is
 /// limited to what remains.
 ///
-///     String value = slice(line, find(line, ':') + 1);
+///     const unsigned int colon = find(line, ':');
+///     String key = slice(line, 0, colon);   // the whole line if there is no colon
+///
+/// NOT_FOUND + 1 is 0, so that `slice(line, find(line, ':') + 1)` would be the whole line, too: write `splitOnce`.
 ///
 /// Throws `Exception<4>`: "Invalid offset!" for an offset behind the end, and if the part would begin or end inside a
 /// character.
