@@ -3,6 +3,7 @@
 #include "Vorn/String/UTF16.h"
 #include "Vorn/String/UTF32.h"
 #include "Vorn/String/UTF8.h"
+#include "Vorn/Text.h"
 
 namespace {
 
@@ -31,14 +32,16 @@ const Surprises CODE_POINT_SURPRISES = {
          EXPECT_EQ(UTF8::validUTF8Lead(0xF3), 1u);
          EXPECT_TRUE(isAccepted("\xF4\x80\x80\x80"));
      },
-     [] { EXPECT_EQ(UTF32::getUTF32Char(byte(0xF4)), UTF32::getUTF32Char(byte(0xF3))) << "the same sentinel"; }},
+     [] { EXPECT_EQ(*codePoints("\xF4\x80\x80\x80").begin(), 0x100000u); }},
     {"`UTF32::getUTF32Char(byte)`",
      [] {
          for (const unsigned int lead : {0xC0u, 0xC1u, 0xC2u}) EXPECT_EQ(UTF32::getUTF32Char(byte(lead)), 0xFDD2u);
      },
      [] {
-         EXPECT_LT(UTF32::getUTF32Char(byte(0xC1), byte(0xBF)), 0x80u);
-         EXPECT_GE(UTF32::getUTF32Char(byte(0xC2), byte(0x80)), 0x80u);
+         EXPECT_EQ(*codePoints("\xC1\xBF").begin(), 0xFFFDu);
+         EXPECT_EQ(*codePoints("\xC0\xBF").begin(), 0xFFFDu);
+         EXPECT_EQ(*codePoints("\xC0\x80").begin(), 0u);
+         EXPECT_EQ(*codePoints("\xC2\x80").begin(), 0x80u);
      }},
     {"sentinel 0xFDD2",
      [] {
@@ -63,14 +66,14 @@ const Surprises CODE_POINT_SURPRISES = {
          EXPECT_EQ(UTF8::getUTF8(0x110000u), 0xFDEFu);
      },
      [] {
-         const auto word = [](unsigned int code) { return code <= 0x10FFFF ? UTF8::getUTF8(code) : 0xFDEF; };
-         EXPECT_EQ(word(0x80000080u), 0xFDEFu);
-         EXPECT_EQ(word(0xE9u), 0xC3A9u);
+         EXPECT_THROW(concat(char32_t(0x80000080)), Exception<7>);
+         EXPECT_EQ(toUTF8(concat(char32_t(0xE9))), "\xC3\xA9");
      }},
     {"`UTF8::getUTF8(0)`", [] { EXPECT_EQ(UTF8::getUTF8(0u), 0u); },
      [] {
-         const char text[] = "\xC0\x80";
-         EXPECT_TRUE(String(text).haveEmbeddedNulls());
+         const String text = concat(char32_t(0));
+         EXPECT_TRUE(text.haveEmbeddedNulls());
+         EXPECT_STREQ(text.getCString(), "\xC0\x80");
      }},
     {"`UTF8::getUTF8(first, second)`, `getUTF8ForUTF16`",
      [] {
@@ -81,6 +84,7 @@ const Surprises CODE_POINT_SURPRISES = {
                    UTF8::getUTF8(UTF32::getUTF32Char(unit(0xD8BF), unit(0xDC00))));
      },
      [] {
+         EXPECT_EQ(toUTF8(u"\U00090000"), "\xF2\x90\x80\x80");
          EXPECT_EQ(UTF8::getUTF8(UTF32::getUTF32Char(unit(0xDA00), unit(0xDC00))), 0xF2908080u);
          EXPECT_EQ(UTF8::getUTF8(UTF32::getUTF32Char(unit(0xD83F), unit(0xDFFE))), 0xFDEFu);
      }},
@@ -92,8 +96,8 @@ const Surprises CODE_POINT_SURPRISES = {
          EXPECT_EQ(UTF8::invalid4ByteUnicode(0xF08FB790), 1u) << "U+FDD0";
      },
      [] {
-         EXPECT_LT(UTF32::getUTF32Char(byte(0xE0), byte(0x80), byte(0x80)), 0x800u);
-         EXPECT_LT(UTF32::getUTF32Char(byte(0xF0), byte(0x80), byte(0x80), byte(0x80)), 0x10000u);
+         EXPECT_FALSE(tryMakeString("\xE0\x80\x80"));
+         EXPECT_FALSE(tryMakeString("\xF0\x80\x80\x80"));
      }},
     {"`UTF16::getUCS2Char(code)`",
      [] {
@@ -102,7 +106,8 @@ const Surprises CODE_POINT_SURPRISES = {
      },
      [] {
          const unsigned int code = 0x40;
-         EXPECT_EQ(code <= 0xFFFD ? unit(code) : unit(0), 0x40u);
+         EXPECT_EQ(UTF16Char(code), 0x40u);
+         EXPECT_TRUE(toUTF16("@B") == u"@B");
      }},
     {"`UTF16::getUCS2Char(byte)`",
      [] {
@@ -111,9 +116,7 @@ const Surprises CODE_POINT_SURPRISES = {
              EXPECT_TRUE(result >= 0xFDD0 && result <= 0xFDEF) << value;
          }
      },
-     [] {
-         for (unsigned int value = 0; value < 0x80; ++value) EXPECT_EQ(UTF16::getUCS2Char(byte(value)), value);
-     }},
+     [] { EXPECT_TRUE(toUTF16("\xC3\xA9") == u"\u00E9"); }},
     {"`UTF16::getUTF16(code)`",
      [] {
          EXPECT_EQ(UTF16::getUTF16(0x40u), 0x41u);
@@ -130,8 +133,8 @@ const Surprises CODE_POINT_SURPRISES = {
     {"`UTF16::getUTF16(b1, b2, b3, b4)`",
      [] { EXPECT_EQ(UTF16::getUTF16(byte(0xF0), byte(0x80), byte(0x80), byte(0x80)), 0xDBC0DC00u); },
      [] {
-         EXPECT_LT(UTF32::getUTF32Char(byte(0xF0), byte(0x80), byte(0x80), byte(0x80)), 0x10000u);
-         EXPECT_EQ(UTF32::getUTF32Char(byte(0xF0), byte(0x90), byte(0x80), byte(0x80)), 0x10000u);
+         EXPECT_EQ(toUTF16("\xF0\x80\x80\x80").front(), u'\uFFFD');
+         EXPECT_TRUE(toUTF16("\xF0\x90\x80\x80") == u"\U00010000");
      }},
     {"`UTF16::getUTF16ForUTF8(seq)`",
      [] {
@@ -140,7 +143,7 @@ const Surprises CODE_POINT_SURPRISES = {
          EXPECT_EQ(UTF16::getUTF16ForUTF8(0xF09F9880) >> 16, (pair >> 16) - 0xC0);
          EXPECT_EQ(UTF16::getUTF16ForUTF8(0xFF123456), 0xFF123456u);
      },
-     [] { EXPECT_EQ(UTF16::getUTF16(byte(0xF0), byte(0x9F), byte(0x98), byte(0x80)), 0xD83DDE00u); }},
+     [] { EXPECT_TRUE(toUTF16("A\xF0\x9F\x98\x80") == u"A\U0001F600"); }},
     {"`UTF16::getUTF16(buffer, i, length)`",
      [] {
          const Byte text[] = {0xF0, 0x9F, 0x98, 0x80};
@@ -148,11 +151,10 @@ const Surprises CODE_POINT_SURPRISES = {
          EXPECT_EQ(UTF16::getUTF16(text, i, 2), 0xD83DDE00u) << "reads four bytes of two";
      },
      [] {
-         EXPECT_FALSE(isAccepted("\xF0\x9F"));
-         const Byte text[] = {0xF0, 0x9F};
-         unsigned int i = 0;
-         const unsigned int c = UTF32::getUTF32Char(text, i, 2);
-         EXPECT_TRUE(c >= 0xFDD0 && c <= 0xFDEF) << c;
+         const Byte text[] = {0xF0, 0x9F, 0x98, 0x80};
+         std::vector<UTF32Char> read;
+         for (const UTF32Char c : codePoints(TextView(text, 2))) read.push_back(c);
+         EXPECT_EQ(read, std::vector<UTF32Char>{0xFFFD});
      }},
     {"`UTF32::getUTF32CharForUTF8(seq)`",
      [] {
@@ -164,14 +166,14 @@ const Surprises CODE_POINT_SURPRISES = {
      [] { EXPECT_LT(UTF32::getUTF32CharForUTF8(0xE08480), 0x800u); }},
     {"`UTF32::getUTF32Char(lead, trail)`", [] { EXPECT_EQ(UTF32::getUTF32Char(byte(0xC0), byte(0x80)), 0u); },
      [] {
-         EXPECT_FALSE(UTF32::getUTF32Char(byte(0xC0), byte(0x80)) >= 0x80);
-         EXPECT_TRUE(UTF32::getUTF32Char(byte(0xC2), byte(0x80)) >= 0x80);
+         EXPECT_EQ(*codePoints("\xC1\x81").begin(), 0xFFFDu);
+         EXPECT_EQ(*codePoints("\xC0\x80").begin(), 0u);
      }},
     {"`UTF32::getUTF32Char(b1, b2, b3)`",
      [] { EXPECT_EQ(UTF32::getUTF32Char(byte(0xE0), byte(0x81), byte(0x81)), 0x41u); },
      [] {
-         EXPECT_FALSE(UTF32::getUTF32Char(byte(0xE0), byte(0x81), byte(0x81)) >= 0x800);
-         EXPECT_TRUE(UTF32::getUTF32Char(byte(0xE0), byte(0xA0), byte(0x80)) >= 0x800);
+         EXPECT_EQ(*codePoints("\xE0\x81\x81").begin(), 0xFFFDu);
+         EXPECT_EQ(*codePoints("\xE0\xA0\x80").begin(), 0x800u);
      }},
     {"`UTF32::getUTF32Char(bytes, i, length)`",
      [] {
@@ -182,12 +184,9 @@ const Surprises CODE_POINT_SURPRISES = {
      },
      [] {
          const Byte text[] = {0x41, 0xE2, 0, 0};
-         unsigned int i = 0, steps = 0;
-         while (i < 2u) {
-             UTF32::getUTF32Char(text, i, 2);
-             ++steps;
-         }
-         EXPECT_EQ(steps, 2u);
+         std::vector<UTF32Char> read;
+         for (const UTF32Char c : codePoints(TextView(text, 2))) read.push_back(c);
+         EXPECT_EQ(read, (std::vector<UTF32Char>{0x41, 0xFFFD}));
      }},
     {"`UTF32::getUTF32Char(units, i, length)`",
      [] {
@@ -197,7 +196,12 @@ const Surprises CODE_POINT_SURPRISES = {
          EXPECT_EQ(i, 2u);
          EXPECT_THROW(UTF32::getUTF32Char(unpaired, j, 2), Exception<2>);
      },
-     [] { EXPECT_EQ(UTF32::getUTF32Char(unit(0xD83D), unit(0xDE00)), 0x1F600u); }},
+     [] {
+         const UTF16Char units[] = {unit(0xD83D), unit(0xDE00), unit(0xD83D), unit(0x41)};
+         std::vector<UTF32Char> read;
+         for (const UTF32Char c : codePoints(TextView(units, 4))) read.push_back(c);
+         EXPECT_EQ(read, (std::vector<UTF32Char>{0x1F600, 0xFFFD, 0x41}));
+     }},
     {"the three readers at the end",
      [] {
          const Byte text[] = {0};
@@ -209,9 +213,9 @@ const Surprises CODE_POINT_SURPRISES = {
          EXPECT_EQ(i + j + k, 0u);
      },
      [] {
-         const Byte text[] = {0x41};
-         unsigned int i = 0, count = 0;
-         for (; i < 1u; ++count) EXPECT_EQ(UTF32::getUTF32Char(text, i, 1), 0x41u);
+         unsigned int count = 0;
+         for (const UTF32Char c : codePoints("A")) count += c == 0x41;
          EXPECT_EQ(count, 1u);
+         EXPECT_TRUE(codePoints("").empty());
      }},
 };

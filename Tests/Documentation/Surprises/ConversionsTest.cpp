@@ -154,9 +154,11 @@ const Surprises CONVERSION_SURPRISES = {
          EXPECT_EQ(units[0], 0xAA);
      },
      [] {
-         unsigned char bytes[3];
-         EXPECT_LE(stringDataConvertCopyToUTF8(unitsOf(u"abc").c_str(), infoOf(3), ASCII, bytes, 3), 3u);
-         EXPECT_EQ(bytes[2], 'c');
+         char bytes[2];
+         const ConvertedText converted = toUTF8(u"abc", bytes, 2);
+         EXPECT_EQ(converted.written, 2u);
+         EXPECT_EQ(converted.read, 2u);
+         EXPECT_EQ(bytes[1], 'b');
      }},
     {"`stringDataConvertCopyToUTF8`, `...UTF16`",
      [] {
@@ -168,10 +170,8 @@ const Surprises CONVERSION_SURPRISES = {
          EXPECT_EQ(units[1], 0xAA);
      },
      [] {
-         StringDataBufferInfo info{};
-         const std::unique_ptr<unsigned char[]> buffer(
-             stringDataConvertToUTF8(unitsOf(u"a").c_str(), infoOf(1), ASCII, info));
-         EXPECT_STREQ(reinterpret_cast<const char*>(buffer.get()), "a");
+         EXPECT_STREQ(toUTF8(u"a").c_str(), "a");
+         EXPECT_EQ(toUTF16("a").c_str()[1], u'\0');
      }},
     {"`stringDataConvertToUTF8FromUCS2`, `...FromUTF16`",
      [] {

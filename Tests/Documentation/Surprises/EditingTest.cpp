@@ -26,7 +26,11 @@ void expectThrows(Run&& run) {
 
 const Surprises EDITING_SURPRISES = {
     {"`ASCIITable::check` of a byte above 127",
-     [] { EXPECT_EQ(tableOf("a").check(static_cast<signed char>(0xC3)), 0); }, nullptr},
+     [] { EXPECT_EQ(tableOf("a").check(static_cast<signed char>(0xC3)), 0); },
+     [] {
+         EXPECT_TRUE(anyOf("a\u00E9").contains(0xE9));
+         EXPECT_FALSE(anyOf("a").contains(0xE9));
+     }},
     {"`UTF8String::find` and its like from inside a character",
      [] {
          const UTF8String string("\xC3\xA9"
@@ -57,15 +61,16 @@ const Surprises EDITING_SURPRISES = {
          info.m_length = 3;
      },
      [] {
-         UTF8String string("abc");
-         string.append(U'd');
-         string.erase(0, 1);
-         EXPECT_EQ(textOf(string), "bcd");
-         const std::string inserted = "bc" + std::string("x") + "d";
-         EXPECT_EQ(UTF8String(inserted.c_str()).getLength(), 4u);
+         EXPECT_EQ(toUTF8(insert(UTF8String("abc"), 1, "x")), "axbc");
+         EXPECT_EQ(toUTF8(replaceRange(UTF8String("abc"), 1, 1, "x")), "axc");
      }},
     {"`UTF8String::match`", [] { EXPECT_EQ(UTF8String("xab").match("ab", 1), 1u); },
-     [] { EXPECT_EQ(UTF8String("xab").match("ab", 1) + 2, 3u); }},
+     [] {
+         const UTF8String text("xab");
+         EXPECT_TRUE(startsWith(slice(text, 1), "ab"));
+         EXPECT_FALSE(startsWith(slice(text, 0), "ab"));
+         EXPECT_EQ(text.match("ab", 1) + 2, 3u);
+     }},
     {"`UTF8String::skip(s)`", [] { EXPECT_EQ(UTF8String("ababba").skip("ab"), 4u); },
      [] {
          const UTF8String text("abac");
@@ -107,9 +112,10 @@ const Surprises EDITING_SURPRISES = {
          EXPECT_EQ(string.getData()->getRefCount(), 0u) << "the first copy that is destroyed destroys the record";
      },
      [] {
-         UTF8String string = String("abc");
-         string.reserve(10);
-         const UTF8String copy = string;
+         TextBuilder builder;
+         builder.reserve(10);
+         const String string = builder.append("abc").build();
+         const String copy = string;
          EXPECT_EQ(copy.getData()->getRefCount(), 2u);
      }},
     {"`append` and its like of UTF-16 text that cannot be converted",
@@ -131,10 +137,12 @@ const Surprises EDITING_SURPRISES = {
          EXPECT_NE(textOf(string).substr(0, 3), "abc");
      },
      [] {
-         UTF8String string = String("abc");
-         const std::string kept = textOf(string);
-         string.append(U'd');
-         EXPECT_EQ(textOf(string), kept + "d");
+         const UTF8String text("a\u00E9");
+         EXPECT_THROW(concat(text, char32_t(0x80000080)), Exception<7>);
+         EXPECT_THROW(insert(text, 2, "b"), Exception<4>) << "inside a character";
+         EXPECT_THROW(erase(text, 1, 1), Exception<4>);
+         EXPECT_THROW(replaceRange(text, 0, 2, "b"), Exception<4>);
+         EXPECT_EQ(textOf(text), "a\u00E9");
      }},
     {"Edits that do not lengthen the text",
      [] {
@@ -151,10 +159,10 @@ const Surprises EDITING_SURPRISES = {
          string.append(U'd');
          const String part(string.getData()->substr<unsigned char>(1, 2));
          string.getData()->getBuffer<UTF16Char>();
-         string.reserve(string.getLength() + 1);
-         string.replace(U'X', 1, 1);
+         const String replaced = replaceRange(string, 1, 1, "X");
          EXPECT_EQ(textOf(part), "bc");
-         EXPECT_EQ(string.getData()->getBuffer<UTF16Char>()[1], 'X');
+         EXPECT_EQ(toUTF8(replaced), "aXcd");
+         EXPECT_EQ(replaced.getData()->getBuffer<UTF16Char>()[1], 'X');
      }},
     {"`getCharset`, `haveEmbeddedNulls` after an edit",
      [] {
@@ -166,10 +174,11 @@ const Surprises EDITING_SURPRISES = {
          EXPECT_FALSE(string.haveEmbeddedNulls());
      },
      [] {
-         UTF8String string = String("abc");
-         string.append(0u);
-         const std::string text = textOf(string);
-         EXPECT_TRUE(String(text.c_str()).haveEmbeddedNulls());
+         const UTF8String string = String("abc");
+         EXPECT_EQ(concat(string, U'\u00E9').getCharset(), STRING_DATA_UCS2);
+         EXPECT_TRUE(insert(string, 1, concat(U'\0')).haveEmbeddedNulls());
+         EXPECT_EQ(erase(concat(string, U'\u00E9'), 3).getCharset(), STRING_DATA_ASCII);
+         EXPECT_EQ(replaceRange(string, 0, 1, "\u00E9").getCharset(), STRING_DATA_UCS2);
      }},
     {"`append` and its like of codes from 0x80000080 up",
      [] {

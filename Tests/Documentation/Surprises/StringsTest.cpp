@@ -127,7 +127,12 @@ const Surprises STRING_SURPRISES = {
          EXPECT_STREQ(texts.owner.getCString(), "abc");
          EXPECT_NE(texts.part.getData()->getPrivateBuffer<unsigned char>(), before) << "moved";
      },
-     [] { EXPECT_STREQ(String("abc").getCString(), "abc"); }},
+     [] {
+         const Units text = unitsOf("abc", 3);
+         const String wide(text.c_str(), 3);
+         EXPECT_STREQ(toUTF8(wide).c_str(), "abc");
+         EXPECT_FALSE(wide.getData()->getPrivateBuffer<unsigned char>()) << "not built";
+     }},
     {"`getCString`, `getTerminatedBuffer` of a static or external text",
      [] {
          const String external("abcd", 3), fixed("abcd", 3, STRING_DATA_STATIC);
