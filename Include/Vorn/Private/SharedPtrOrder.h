@@ -82,6 +82,38 @@ template <class T>
 bool operator!=(std::nullptr_t, const SharedPtr<T>& pointer) noexcept {
     return pointer.get();
 }
+template <class T>
+bool operator<(const SharedPtr<T>&, std::nullptr_t) noexcept {
+    return false;
+}
+template <class T>
+bool operator<(std::nullptr_t, const SharedPtr<T>& pointer) noexcept {
+    return pointer.get();
+}
+template <class T>
+bool operator>(const SharedPtr<T>& pointer, std::nullptr_t) noexcept {
+    return pointer.get();
+}
+template <class T>
+bool operator>(std::nullptr_t, const SharedPtr<T>&) noexcept {
+    return false;
+}
+template <class T>
+bool operator<=(const SharedPtr<T>& pointer, std::nullptr_t) noexcept {
+    return !pointer.get();
+}
+template <class T>
+bool operator<=(std::nullptr_t, const SharedPtr<T>&) noexcept {
+    return true;
+}
+template <class T>
+bool operator>=(const SharedPtr<T>&, std::nullptr_t) noexcept {
+    return true;
+}
+template <class T>
+bool operator>=(std::nullptr_t, const SharedPtr<T>& pointer) noexcept {
+    return !pointer.get();
+}
 
 /// Orders SharedPtr and WeakPtr by owner, for sets and maps: `std::map<WeakPtr<Door>, int, OwnerLess>`. An entry stays
 /// where it is after its object has been destroyed, and is found by pointers of either kind.

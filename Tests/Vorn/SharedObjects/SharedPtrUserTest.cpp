@@ -522,6 +522,17 @@ TEST_F(SharedPtrUserTest, ComparesAsTheAddress) {
     const int* const raw = array.get();
     EXPECT_TRUE(low == raw && raw == low && array == raw && raw == array);
     EXPECT_TRUE(nullptr == SharedPtr<int>() && SharedPtr<int>() == nullptr && nullptr != low && low != nullptr);
+    for (const auto& pointer : {low, SharedPtr<int>()}) {
+        const SharedPtr<int> null;
+        EXPECT_EQ(pointer < nullptr, pointer < null);
+        EXPECT_EQ(pointer > nullptr, pointer > null);
+        EXPECT_EQ(pointer <= nullptr, pointer <= null);
+        EXPECT_EQ(pointer >= nullptr, pointer >= null);
+        EXPECT_EQ(nullptr < pointer, null < pointer);
+        EXPECT_EQ(nullptr > pointer, null > pointer);
+        EXPECT_EQ(nullptr <= pointer, null <= pointer);
+        EXPECT_EQ(nullptr >= pointer, null >= pointer);
+    }
     const SharedPtr<Derived> derived = makeShared<Derived>(1);
     const SharedPtr<Plain> base(derived);
     Plain* const rawBase = derived.get();
