@@ -18,11 +18,17 @@ bool Connection::disconnect() {
     return held.m_node->chain->remove(*held.m_node);
 }
 
-bool Connection::isBlocked() const noexcept { return m_node && m_node->isBlocked; }
+bool Connection::isBlocked() const noexcept { return m_node && (m_node->isBlocked || m_node->blocks); }
 
 void Connection::setBlocked(bool isBlocked) {
     if (!m_node) return;
     m_node->isBlocked = isBlocked;
+    m_node->update();
+}
+
+void Connection::addBlocks(int count) noexcept {
+    if (!m_node) return;
+    m_node->blocks += static_cast<unsigned int>(count);
     m_node->update();
 }
 

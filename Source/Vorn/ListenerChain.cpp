@@ -60,15 +60,15 @@ bool isOver(const RefCounter* life) { return life->m_useCount.load(std::memory_o
 } // namespace
 
 ListenerNode::ListenerNode(ListenerChain& owner, const DelegatePOD& delegate, int priority, RefCounter* tiedTo)
-    : DelegateNode(delegate, priority), direct(0), first(owner.m_lastCall + 1), moveOrder(0), chain(&owner),
-      life(tiedTo), references(1), calls(0), movedPriority(priority), isOnce(false), isBlocked(false) {
+    : DelegateNode(delegate, priority), direct(0), first(owner.m_lastCall + 1), order(0), chain(&owner), life(tiedTo),
+      references(1), calls(0), blocks(0), movedPriority(priority), isMoved(false), isOnce(false), isBlocked(false) {
     if (life) VornPrivate::addWeak(life);
 }
 
 bool ListenerNode::isExpired() const { return life ? isOver(life) : VornPrivate::isExpired(getDelegate()); }
 
 void ListenerNode::update() {
-    const bool isAsked = isOnce || isBlocked || life || getDelegate().contextAddRef == &delegateAddWeakRef;
+    const bool isAsked = isOnce || isBlocked || blocks || life || getDelegate().contextAddRef == &delegateAddWeakRef;
     direct = chain && !isAsked ? first : ~std::uint64_t(0);
 }
 
@@ -91,7 +91,7 @@ void ListenerCall::end() {
 
 ListenerTurn::ListenerTurn(ListenerNode& node, const ListenerCall& call, bool isHeld)
     : m_held(nullptr), m_isDue(false) {
-    if (!node.chain || node.isBlocked || node.first > call.number) return;
+    if (!node.chain || node.isBlocked || node.blocks || node.first > call.number) return;
     RefCounter* counter = node.life;
     const DelegatePOD& pod = node.getDelegate();
     if (!counter && isHeld && pod.contextAddRef == &delegateAddWeakRef) counter = static_cast<RefCounter*>(pod.context);
@@ -136,7 +136,7 @@ void ListenerChain::swap(ListenerChain& other) noexcept {
     std::swap(m_delegateCount, other.m_delegateCount);
     std::swap(m_calls, other.m_calls);
     std::swap(m_lastCall, other.m_lastCall);
-    std::swap(m_lastMove, other.m_lastMove);
+    std::swap(m_lastAdd, other.m_lastAdd);
     std::swap(m_hasExpiring, other.m_hasExpiring);
     std::swap(m_isUntidy, other.m_isUntidy);
     adopt();
@@ -167,10 +167,14 @@ void ListenerChain::detach(ListenerNode& node) {
     m_isUntidy = true;
 }
 
+// Links a node in front of those of a higher priority, and of those of equal priority that were added later.
 void ListenerChain::insert(ListenerNode* node) {
     DelegateNode* previous = this;
-    while (previous->getNext() && previous->getNext()->getPriority() <= node->getPriority())
+    while (const ListenerNode* const next = nextOf(previous)) {
+        const int priority = next->getPriority();
+        if (priority > node->getPriority() || (priority == node->getPriority() && next->order > node->order)) break;
         previous = previous->getNext();
+    }
     previous->insertAfter(node);
 }
 
@@ -178,7 +182,7 @@ void ListenerChain::insert(ListenerNode* node) {
 void ListenerChain::move(ListenerNode* node, DelegateNode* previous, int priority) {
     if (m_calls && node->first <= m_lastCall) {
         node->movedPriority = priority;
-        node->moveOrder = ++m_lastMove;
+        node->isMoved = true;
         m_isUntidy = true;
     } else {
         takeNext(previous);
@@ -195,20 +199,17 @@ void ListenerChain::tidy() {
     for (DelegateNode* previous = this; ListenerNode* const node = nextOf(previous);) {
         if (!node->chain && !isBeingCalled(node)) {
             retired.append(takeNext(previous));
-        } else if (node->moveOrder && !m_calls) {
-            takeNext(previous);
-            DelegateNode* before = &moved;
-            while (nextOf(before) && nextOf(before)->moveOrder < node->moveOrder) before = before->getNext();
-            before->insertAfter(node);
+        } else if (node->isMoved && !m_calls) {
+            moved.insertAfter(takeNext(previous));
         } else {
-            m_isUntidy = m_isUntidy || !node->chain || node->moveOrder;
+            m_isUntidy = m_isUntidy || !node->chain || node->isMoved;
             previous = node;
         }
     }
     while (nextOf(&moved)) {
         ListenerNode* const node = takeNext(&moved);
         node->setPriority(node->movedPriority);
-        node->moveOrder = 0;
+        node->isMoved = false;
         insert(node);
     }
 }
@@ -256,9 +257,11 @@ ListenerNode* ListenerChain::add(const DelegatePOD& delegate, int priority, cons
         if (sameDelegate(node->getDelegate(), delegate) && node->life == kind.life) break;
     }
     if (node) {
+        node->order = ++m_lastAdd;
         move(node, previous, priority);
     } else {
         node = new ListenerNode(*this, delegate, priority, kind.life);
+        node->order = ++m_lastAdd;
         insert(node);
         m_delegateCount += isDisabled() ? -1 : 1;
     }

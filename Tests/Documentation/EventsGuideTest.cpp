@@ -130,6 +130,26 @@ const std::vector<Row>& rows() {
              s.add('c', LOW);
              s.owner->event();
          }},
+        {"adds `a` again and then `n`, both with a higher priority",
+         [](Scene& s) {
+             s.add('a', HIGH);
+             s.add('n', HIGH);
+         }},
+        {"adds `n` with a higher priority, and then `a` and `c` again",
+         [](Scene& s) {
+             for (const char name : {'n', 'a', 'c'}) s.add(name, HIGH);
+         }},
+        {"adds `n` with a higher priority and again with a lower one",
+         [](Scene& s) {
+             s.add('n', HIGH);
+             s.add('n', LOW);
+         }},
+        {"adds `n` with a lower priority, again with a higher one, and calls the event",
+         [](Scene& s) {
+             s.add('n', LOW);
+             s.add('n', HIGH);
+             s.owner->event();
+         }},
         {"removes `c` and adds it again",
          [](Scene& s) {
              s.remove('c');
@@ -299,6 +319,73 @@ std::string codeOf(std::string line) {
     line.resize(std::min(line.find("//"), line.size()));
     line.erase(std::remove(line.begin(), line.end(), ' '), line.end());
     return line;
+}
+
+TEST(EventsGuide, TheSentencesOfThePageHold) {
+    Event<int> event;
+    int calls = 0;
+    Connection connection = event.add(&log);
+    connection.block();
+    event.once(&log);
+    EXPECT_TRUE(connection.isBlocked()) << "blocking survives adding again";
+    connection.unblock();
+    logged = 0;
+    event(1);
+    event(1);
+    EXPECT_EQ(logged, 1) << "the last of add and once decides";
+
+    {
+        ScopedConnection first = event.add(&log);
+        const ScopedConnection second = event.add(&log);
+        EXPECT_EQ(event.getDelegateCount(), 1u);
+        EXPECT_TRUE(first.disconnect());
+        EXPECT_FALSE(second.isConnected());
+        EXPECT_EQ(first.get(), Connection()) << "a connection to nothing";
+    }
+    event.add(std::function<void(int)>());
+    EXPECT_THROW(event(1), std::bad_function_call);
+    event.clear();
+
+    Event<Board*, int> shown;
+    shown.add(&Board::show);
+    shown.add(&Board::show);
+    EXPECT_EQ(shown.getDelegateCount(), 2u);
+
+    event.add([&calls] { ++calls; });
+    event.disable();
+    Event<int> other = std::move(event);
+    EXPECT_TRUE(other.isDisabled() && !event.isDisabled());
+    swap(event, other);
+    EXPECT_TRUE(event.isDisabled() && !other.isDisabled());
+    event(1);
+    EXPECT_EQ(calls, 0);
+}
+
+TEST(EventsGuide, ATargetIsReleasedAtTheEndOfTheCallThatCallsIt) {
+    Event<int> event;
+    struct Target {
+        Event<int>& event;
+        void remove() { EXPECT_EQ(event.removeAll(this), 1u); }
+    };
+    auto target = makeShared<Target>(Target{event});
+    const WeakPtr<Target> weak(target);
+    event.add<&Target::remove>(target, 1);
+    target.reset();
+    event.add([&](int depth) {
+        if (depth == 0) return;
+        event(depth - 1);
+        EXPECT_TRUE(weak.lock() == nullptr) << "only the inner call called it";
+    });
+    event(1);
+
+    target = makeShared<Target>(Target{event});
+    const WeakPtr<Target> again(target);
+    event.clear();
+    event.add<&Target::remove>(target);
+    target.reset();
+    event.add([&] { EXPECT_TRUE(again.lock() != nullptr) << "its call is running"; }, 1);
+    event(0);
+    EXPECT_TRUE(again.lock() == nullptr);
 }
 
 TEST(EventsGuide, TheCodeOfThePageStandsHere) {

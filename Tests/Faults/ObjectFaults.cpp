@@ -291,14 +291,15 @@ std::vector<Operation> objectOperations() {
          }},
         {"Connection_Use",
          Outcome::ALLOCATES_NOTHING,
-         {"Connection::Connection", "Connection::disconnect", "Connection::isBlocked", "Connection::isConnected",
-          "Connection::release", "Connection::setBlocked"},
+         {"Connection::Connection", "Connection::addBlocks", "Connection::disconnect", "Connection::isBlocked",
+          "Connection::isConnected", "Connection::release", "Connection::setBlocked"},
          [](Attempt& attempt) {
              IntEvent event;
              Vorn::Connection connection = event.add([] {});
              attempt([&] {
                  const Vorn::Connection copy(connection);
                  connection.block();
+                 const Vorn::ScopedBlock block(connection);
                  EXPECT_TRUE(copy.isBlocked() && copy.isConnected());
                  connection.disconnect();
              });

@@ -14,8 +14,8 @@ struct Listening {
     int since; // number of the first call that calls it
     bool isOnce;
     bool isBlocked;
-    int moved;   // the priority that it gets when no call runs any more
-    int movedAs; // position among the moved ones; 0 if it is not moved
+    int moved; // the priority that it gets when no call runs any more
+    int added; // number of its last `add`
 };
 
 /// The state of an event, and the calls that are running.
@@ -37,19 +37,19 @@ public:
     void add(int id, int priority, bool isOnce) {
         const int position = at(id);
         if (position < 0) {
-            insert({id, priority, m_last + 1, isOnce, false, 0, 0});
+            insert({id, priority, m_last + 1, isOnce, false, priority, ++m_adds});
             return;
         }
         Listening& listening = m_listeners[static_cast<std::size_t>(position)];
         listening.isOnce = isOnce;
+        listening.added = ++m_adds;
         if (!m_calls.empty() && listening.since <= m_last) {
             listening.moved = priority;
-            listening.movedAs = ++m_moves;
             return;
         }
         Listening moving = listening;
         erase(static_cast<std::size_t>(position));
-        moving.priority = priority;
+        moving.priority = moving.moved = priority;
         insert(moving);
     }
 
@@ -99,22 +99,10 @@ public:
     void end() {
         m_calls.pop_back();
         if (!m_calls.empty()) return;
-        std::vector<Listening> moved;
-        for (std::size_t i = 0; i < m_listeners.size();) {
-            if (m_listeners[i].movedAs) {
-                moved.push_back(m_listeners[i]);
-                erase(i);
-            } else {
-                ++i;
-            }
-        }
-        std::sort(moved.begin(), moved.end(),
-                  [](const Listening& a, const Listening& b) { return a.movedAs < b.movedAs; });
-        for (Listening& listening : moved) {
-            listening.priority = listening.moved;
-            listening.movedAs = 0;
-            insert(listening);
-        }
+        for (Listening& listening : m_listeners) listening.priority = listening.moved;
+        std::sort(m_listeners.begin(), m_listeners.end(), [](const Listening& a, const Listening& b) {
+            return a.priority != b.priority ? a.priority < b.priority : a.added < b.added;
+        });
     }
 
 private:
@@ -145,7 +133,7 @@ private:
 
     std::vector<Listening> m_listeners;
     std::vector<Call> m_calls;
-    int m_last = 0, m_moves = 0;
+    int m_last = 0, m_adds = 0;
 };
 
 } // namespace reference

@@ -49,13 +49,14 @@ public:
     bool isConnected() const noexcept;
     explicit operator bool() const noexcept { return isConnected(); } ///< The same as `isConnected`.
 
-    /// Removes the listener from its event. Returns false if it was not connected.
+    /// Removes the listener from its event. The connection is one to nothing afterwards. Returns false if it was not
+    /// connected.
     bool disconnect();
 
     /// Calls do not call the listener any more until `unblock`. Does nothing if it is not connected.
     void block() { setBlocked(true); }
-    void unblock() { setBlocked(false); } ///< Ends `block`.
-    bool isBlocked() const noexcept;      ///< Returns true after `block`.
+    void unblock() { setBlocked(false); } ///< Ends every `block`, but no ScopedBlock.
+    bool isBlocked() const noexcept;      ///< Returns true after `block`, and during a ScopedBlock.
 
     /// Returns true for connections to the same listener, and for two connections to nothing.
     friend bool operator==(const Connection& a, const Connection& b) noexcept { return a.m_node == b.m_node; }
@@ -65,13 +66,18 @@ public:
     const ListenerNode* getNode() const noexcept { return m_node; }
 
 private:
+    friend class ScopedBlock;
+
     void release() noexcept;
     void setBlocked(bool isBlocked);
+    void addBlocks(int count) noexcept;
 
     ListenerNode* m_node; // counted, or null
 };
 
 /// Removes its listener when it is destroyed.
+/// @warning A function or method that is added twice is one listener: the first of two scoped connections to it removes
+///     it.
 class ScopedConnection {
 public:
     ScopedConnection() = default;
@@ -99,16 +105,24 @@ private:
     Connection m_connection;
 };
 
-/// Blocks a listener until it is destroyed. A listener that was blocked already stays so.
+/// Blocks a listener until it is destroyed. The listener is called again after the last of its blocks and, if
+/// `Connection::block` was called, `unblock`.
 class ScopedBlock {
 public:
-    explicit ScopedBlock(Connection connection) : m_connection(std::move(connection)) {
-        if (m_connection.isBlocked()) m_connection = Connection();
-        m_connection.block();
+    ScopedBlock() = default; ///< Blocks nothing.
+    explicit ScopedBlock(Connection connection) noexcept : m_connection(std::move(connection)) {
+        m_connection.addBlocks(1);
     }
-    ScopedBlock(const ScopedBlock&) = delete;
-    ScopedBlock& operator=(const ScopedBlock&) = delete;
-    ~ScopedBlock() { m_connection.unblock(); }
+    ScopedBlock(ScopedBlock&& other) noexcept = default;
+    ~ScopedBlock() { m_connection.addBlocks(-1); }
+
+    /// Ends the block that was held.
+    ScopedBlock& operator=(ScopedBlock&& other) noexcept {
+        ScopedBlock(std::move(other)).swap(*this);
+        return *this;
+    }
+
+    void swap(ScopedBlock& other) noexcept { m_connection.swap(other.m_connection); }
 
 private:
     Connection m_connection;

@@ -11,7 +11,8 @@
 /// they are called: add, remove, call the event again, destroy it. Documentation/Events.md lists the results.
 /// Alternatives: ResultEvent for listeners with results; a Delegate for one listener.
 ///
-/// Cost: one allocation per listener, none for one that is added again. Adding, removing and searching walk the list. A
+/// Cost: one allocation per listener, none for one that is added again, and one more for a callable that is larger than
+/// a pointer or that calls change. Adding, removing and searching walk the list. A
 /// call is one indirect call per listener.
 ///
 /// Failures: only `add` and its other forms allocate. If that throws, nothing has changed.

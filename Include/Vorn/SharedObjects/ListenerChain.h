@@ -42,12 +42,14 @@ public:
 
     std::uint64_t direct;    ///< calls from this number on call the listener without a ListenerTurn
     std::uint64_t first;     ///< number of the first call that calls the listener
-    std::uint64_t moveOrder; ///< position among the listeners to be moved; 0 if it is not to be moved
+    std::uint64_t order;     ///< number of the last `add` of the listener
     ListenerChain* chain;    ///< null after the removal
     RefCounter* life;        ///< of the object that the listener is tied to, with one weak count; or null
     unsigned int references; ///< one of the chain and one of each connection
     unsigned int calls;      ///< calls that hold the node after its event has been destroyed
-    int movedPriority;       ///< the priority after the calls that are running
+    unsigned int blocks;     ///< number of ScopedBlocks
+    int movedPriority;       ///< the priority after the calls that are running, if `isMoved`
+    bool isMoved;            ///< is to be moved
     bool isOnce;
     bool isBlocked;
 
@@ -156,7 +158,7 @@ private:
 
     ListenerCall* m_calls = nullptr; // the innermost running call
     std::uint64_t m_lastCall = 0;    // number of the last call
-    std::uint64_t m_lastMove = 0;    // moveOrder of the last listener to be moved
+    std::uint64_t m_lastAdd = 0;     // number of the last `add`
     bool m_hasExpiring = false;      // listeners may expire
     bool m_isUntidy = false;         // removed listeners are linked, or listeners are to be moved
     bool m_isClosed = false;         // being destroyed
