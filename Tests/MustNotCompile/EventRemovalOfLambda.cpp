@@ -1,5 +1,5 @@
 // Two lambdas are two listeners, even if they are written alike.
-// expect: "a lambda is found again only by the Connection that add returned"
+// expect: "a lambda or a pointer to a member function is found again only by the Connection that add returned"
 #include "Vorn/SharedObjects/Event.h"
 
 int main() {

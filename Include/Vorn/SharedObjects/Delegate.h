@@ -41,6 +41,10 @@ inline constexpr bool IS_WEAK_PTR = false;
 template <class T>
 inline constexpr bool IS_WEAK_PTR<Vorn::WeakPtr<T>> = true;
 
+/// Result; void if a function can have no such result, so that an assertion is the only error.
+template <class Result>
+using ResultOrVoid = std::conditional_t<std::is_function_v<Result>, void, Result>;
+
 /// Returns true for a null pointer to a function or to a member.
 template <class Callable>
 bool isNullCallable(const Callable& callable) {
@@ -330,7 +334,8 @@ class DelegateOperations<Self, Result, void> : public DelegateOperations<Self, R
 
 /// A handle to a callable that takes Args and returns Result.
 template <class Result, class... Args>
-class Delegate : public DelegateBase, public DelegateOperations<Delegate<Result, Args...>, Result, Args...> {
+class Delegate : public DelegateBase,
+                 public DelegateOperations<Delegate<Result, Args...>, VornPrivate::ResultOrVoid<Result>, Args...> {
     static_assert(!std::is_function_v<Result>, "write Delegate<Result, Args...> and not Delegate<Result(Args...)>");
 
 public:

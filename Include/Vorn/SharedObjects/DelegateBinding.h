@@ -208,10 +208,18 @@ struct ValueBinding;
 template <class Signature, auto Function>
 struct FunctionBinding;
 
+/// A pointer to a function without the `noexcept` in its type; any other type as it is.
+template <class Callable>
+struct WithoutNoexcept : TypeIdentity<Callable> {};
+template <class Result, class... Args>
+struct WithoutNoexcept<Result (*)(Args...) noexcept> : TypeIdentity<Result (*)(Args...)> {};
+template <class Result, class... Args>
+struct WithoutNoexcept<Result (*)(Args..., ...) noexcept> : TypeIdentity<Result (*)(Args..., ...)> {};
+
 /// A function that is a constant. `object` is its address, as in the binding of a pointer to it, which is the same one.
 template <class Result, class... Args, auto Function>
 struct FunctionBinding<Result(Args...), Function> {
-    using Identity = ValueBinding<Result(Args...), std::decay_t<decltype(Function)>>;
+    using Identity = ValueBinding<Result(Args...), typename WithoutNoexcept<std::decay_t<decltype(Function)>>::Type>;
     static Result call(void*, void*, Args... args) {
         return Invocation<Result(Args...)>::call(Function, std::forward<Args>(args)...);
     }
@@ -265,7 +273,7 @@ struct WeakMethodBinding<Result(Args...), Object, Method> {
 /// A callable of at most the size of a pointer: `object` holds its bytes.
 template <class Result, class... Args, class Callable>
 struct ValueBinding<Result(Args...), Callable> {
-    using Identity = ValueBinding;
+    using Identity = ValueBinding<Result(Args...), typename WithoutNoexcept<Callable>::Type>;
 
     /// A callable that a call changes must not be called as a copy.
     static constexpr bool FITS = sizeof(Callable) <= sizeof(void*) && std::is_trivially_copyable_v<Callable> &&

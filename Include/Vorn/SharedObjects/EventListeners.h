@@ -18,11 +18,14 @@ using ListenerArgument =
 template <class Callable>
 using EnableForCallable = std::enable_if_t<isConvertedCallable<Callable>(), int>;
 
-/// True for a class that is no kind of listener or connection.
-template <class Class>
-using EnableForClass = std::enable_if_t<std::is_class_v<Class> && !std::is_base_of_v<Vorn::DelegateBase, Class> &&
-                                            !std::is_same_v<Class, Vorn::Connection>,
-                                        int>;
+/// True for what is not found again: a class that is no kind of listener or connection, or a pointer to a member
+/// function.
+template <class Callable>
+using EnableForUnequal =
+    std::enable_if_t<std::is_member_function_pointer_v<Callable> ||
+                         (std::is_class_v<Callable> && !std::is_base_of_v<Vorn::DelegateBase, Callable> &&
+                          !std::is_same_v<Callable, Vorn::Connection>),
+                     int>;
 
 /// True for an object, a pointer, a SharedPtr or a WeakPtr.
 template <class Target>
@@ -79,7 +82,7 @@ public:
     Connection add(const Listener& listener, int priority = 0) { return addListener(listener, priority, {}); }
 
     /// Adds a callable that takes the arguments of the event, or the first of them. A class with a call operator, such
-    /// as a lambda, is a new listener each time; a function is one listener.
+    /// as a lambda, and a pointer to a member function are a new listener each time; a function is one listener.
     /// @warning What a lambda captures by reference must outlive it. See `addWhileAlive`.
     template <class Callable, VornPrivate::EnableForCallable<Callable> = 0>
     Connection add(Callable&& callable, int priority = 0) {
@@ -102,7 +105,8 @@ public:
         return add(Listener::template bind<Method>(std::forward<Target>(target)), priority);
     }
 
-    /// The same as `add`, but the listener is removed before its first call.
+    /// The same as `add`, but the listener is removed before its first call. The last of `add` and `once` of a listener
+    /// decides.
     Connection once(const Listener& listener, int priority = 0) {
         return addListener(listener, priority, {true, false, nullptr});
     }
@@ -133,17 +137,17 @@ public:
     }
 
     /// Removes `listener`. Returns false if the event does not have it. A removed listener is not called any more, also
-    /// by a call that is running. Its target is released at once or, if it is being called, when that call ends.
+    /// by a call that is running. Its target is released at once or, if it is being called, at the end of the call of
+    /// the event that calls it; of several, the outermost one.
     bool remove(const Listener& listener) { return m_chain.remove(listener.getPOD()); }
 
     /// Removes the listener of a connection. Returns false if it is not connected to this event.
     bool remove(const Connection& connection) { return connection.getNode() && m_chain.remove(*connection.getNode()); }
 
     /// Does not compile: two lambdas are two listeners, even if they are written alike.
-    template <class Lambda, VornPrivate::EnableForClass<Lambda> = 0>
-    bool remove(const Lambda&) {
-        static_assert(!std::is_class_v<Lambda>, "a lambda is found again only by the Connection that add returned");
-        return false;
+    template <class Callable, VornPrivate::EnableForUnequal<Callable> = 0>
+    bool remove(const Callable&) {
+        return refuse<Callable>();
     }
 
     /// Removes a function that is a constant.
@@ -172,6 +176,10 @@ public:
 
     /// Returns true if the event has `listener`, new or not.
     bool contains(const Listener& listener) const { return m_chain.find(listener.getPOD()); }
+    template <class Callable, VornPrivate::EnableForUnequal<Callable> = 0>
+    bool contains(const Callable&) const { // does not compile, as `remove`
+        return refuse<Callable>();
+    }
     template <auto Function>
     bool contains() const {
         return contains(Listener::template bind<Function>());
@@ -203,7 +211,7 @@ public:
         }
     }
 
-    /// Calls do nothing until `enable`. A call that is running goes on.
+    /// Calls do nothing until `enable`. A call that is running goes on. Moving and swapping an event take this along.
     void disable() { m_chain.disable(); }
     void enable() { m_chain.enable(); }                            ///< Ends `disable`.
     bool isDisabled() const { return m_chain.isDisabled(); }       ///< Returns true after `disable`.
@@ -236,6 +244,13 @@ protected:
 private:
     template <class Callable>
     static constexpr bool IS_NEW = std::is_class_v<std::decay_t<Callable>>;
+
+    template <class Callable>
+    static bool refuse() {
+        static_assert(std::is_void_v<Callable>, "a lambda or a pointer to a member function is found again only by "
+                                                "the Connection that add returned");
+        return false;
+    }
 
     Connection addListener(const Listener& listener, int priority, const ListenerKind& kind) {
         return Connection(m_chain.add(listener.getPOD(), priority, kind));

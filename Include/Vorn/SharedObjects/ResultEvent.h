@@ -27,6 +27,9 @@ class ResultEvent : public EventListeners<Delegate<Result, VornPrivate::Listener
     static_assert((!std::is_void_v<Args> && ...), "an event without arguments is written ResultEvent<Result>");
     static_assert((!std::is_rvalue_reference_v<Args> && ...), "each listener is given the arguments anew");
 
+    // What `collect` and `callUntil` return; any type for references, which they refuse.
+    using Kept = std::conditional_t<std::is_reference_v<Result>, bool, Result>;
+
 public:
     /// An event without listeners.
     ResultEvent() {} // not defaulted, which would make it an aggregate in C++17
@@ -61,25 +64,37 @@ public:
     }
 
     /// Returns the results in order.
-    std::vector<Result> collect(Args... args) const {
-        std::vector<Result> results;
-        callEach([&](Result result) { results.push_back(std::forward<Result>(result)); }, std::forward<Args>(args)...);
+    std::vector<Kept> collect(Args... args) const {
+        checkKept<Result>();
+        std::vector<Kept> results;
+        if constexpr (!std::is_reference_v<Result>) {
+            callEach([&](Result result) { results.push_back(std::move(result)); }, std::forward<Args>(args)...);
+        }
         return results;
     }
 
     /// Calls the listeners until `predicate` returns true for a result, and returns that result; an empty optional if
     /// there is none. The listeners behind it are not called.
     template <class Predicate>
-    std::optional<Result> callUntil(Predicate&& predicate, Args... args) const {
-        std::optional<Result> found;
-        callEach(
-            [&](Result result) -> bool {
-                if (!predicate(result)) return true;
-                found.emplace(std::forward<Result>(result));
-                return false;
-            },
-            std::forward<Args>(args)...);
+    std::optional<Kept> callUntil(Predicate&& predicate, Args... args) const {
+        checkKept<Result>();
+        std::optional<Kept> found;
+        if constexpr (!std::is_reference_v<Result>) {
+            callEach(
+                [&](Result result) -> bool {
+                    if (!predicate(result)) return true;
+                    found.emplace(std::move(result));
+                    return false;
+                },
+                std::forward<Args>(args)...);
+        }
         return found;
+    }
+
+private:
+    template <class Checked>
+    static void checkKept() {
+        static_assert(!std::is_reference_v<Checked>, "results that are references are visited with callEach");
     }
 };
 

@@ -20,6 +20,7 @@ using namespace Vorn;
 int sum = 0;
 void addFree(int value) { sum += value; }
 void addNothing() { sum += 100; }
+void addNoexceptFree(int value) noexcept { sum += value; }
 
 struct Base {
     virtual ~Base() = default;
@@ -67,6 +68,19 @@ TEST_F(SignalUser, ConnectsFunctions) {
                     "!isNullCallable<Kept>(callable) : null pointer!", "Vorn::Delegate::bindCallable",
                     "Include/Vorn/SharedObjects/Delegate");
     EXPECT_TRUE(event.empty());
+}
+
+TEST_F(SignalUser, AFunctionIsOneListenerWithAndWithoutItsNoexcept) {
+    void (*const plain)(int) = &addNoexceptFree;
+    event.add<&addNoexceptFree>();
+    event.add(&addNoexceptFree);
+    event.add(plain);
+    EXPECT_EQ(event.getDelegateCount(), 1u);
+    event(1);
+    EXPECT_EQ(sum, 1);
+    EXPECT_TRUE(event.remove(plain));
+    event.add(plain);
+    EXPECT_TRUE(event.remove<&addNoexceptFree>());
 }
 
 TEST_F(SignalUser, ConnectsMethodsOfObjectsAndPointers) {
@@ -212,6 +226,36 @@ TEST_F(SignalUser, ConnectionsFollowTheirListener) {
     EXPECT_TRUE(other.remove(same));
     EXPECT_FALSE(same.isConnected());
     EXPECT_FALSE(first.disconnect());
+}
+
+TEST_F(SignalUser, ScopedBlocksAreCounted) {
+    Connection connection = event.add(&addFree);
+    auto first = std::make_unique<ScopedBlock>(connection);
+    ScopedBlock second(connection), none;
+    first.reset();
+    event(1);
+    EXPECT_TRUE(connection.isBlocked());
+    connection.unblock(); // ends no ScopedBlock
+    event(1);
+    connection.block();
+    none = std::move(second);
+    EXPECT_EQ(sum, 0);
+    none = ScopedBlock();
+    event(1);
+    EXPECT_EQ(sum, 0) << "the switch";
+    connection.unblock();
+    EXPECT_FALSE(connection.isBlocked());
+    event(1);
+    EXPECT_EQ(sum, 1);
+    const ScopedBlock moved = ScopedBlock(connection);
+    std::vector<ScopedBlock> several;
+    for (int i = 0; i < 9; ++i) several.emplace_back(connection);
+    several.clear();
+    EXPECT_TRUE(connection.isBlocked());
+    connection.disconnect();
+    event.add(&addFree); // another listener
+    event(1);
+    EXPECT_EQ(sum, 2);
 }
 
 TEST_F(SignalUser, ConnectionsOutliveTheEvent) {
