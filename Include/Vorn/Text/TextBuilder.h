@@ -23,8 +23,10 @@
 #pragma once
 
 #include "Vorn/Config.h"
+#include "Vorn/Private/PlainItems.h"
 #include "Vorn/Private/TextPart.h"
 #include "Vorn/String/String.h"
+#include "Vorn/Text/MakeString.h"
 #include "Vorn/Text/TextNumbers.h"
 #include "Vorn/Text/TextView.h"
 #include "Vorn/Types.h"
@@ -40,15 +42,6 @@ template <class A, class B>
 using IfAdded = std::enable_if_t<(IS_STRING<A> || IS_STRING<B>)&&std::is_convertible_v<const A&, Vorn::TextView> &&
                                      std::is_convertible_v<const B&, Vorn::TextView>,
                                  int>;
-
-/// A text that grows. A block of a capacity of 0 does not exist; another has room for a terminator behind it.
-struct TextStore {
-    void* block = nullptr; // of `unsigned char` or UTF16Char
-    unsigned int length = 0;
-    unsigned int capacity = 0;
-    Vorn::TextEncoding encoding = Vorn::TextEncoding::UTF8;
-    bool hasText = false; // whether the encoding is that of a text
-};
 
 } // namespace VornPrivate
 
@@ -109,6 +102,11 @@ public:
     template <class... Items>
     TextBuilder& append(const Items&... items) {
         static_assert(sizeof...(Items) > 0, "append needs an item");
+        VornPrivate::TextStore longer = m_store;
+        if ((VornPrivate::tryAppend(longer, items) && ...)) {
+            m_store = longer;
+            return *this;
+        }
         const TextItem all[] = {TextItem(items)...};
         appendItems(all, sizeof...(Items));
         return *this;
@@ -152,6 +150,11 @@ struct TextJoining {
 template <class... Items>
 String concat(const Items&... items) {
     static_assert(sizeof...(Items) > 0, "concat needs an item");
+    unsigned char room[512]; // most results are short
+    VornPrivate::TextStore text;
+    text.block = room;
+    text.capacity = sizeof room;
+    if ((VornPrivate::tryAppend(text, items) && ...)) return makeString(TextView(room, text.length));
     const TextItem all[] = {TextItem(items)...};
     return TextJoining::concat(all, sizeof...(Items));
 }

@@ -1,5 +1,6 @@
 #include "Vorn/Text/TextChange.h"
 
+#include "TextScan.h"
 #include "TextStore.h"
 #include "Vorn/Assert.h"
 #include "Vorn/Private/TextDecoding.h"
@@ -32,11 +33,15 @@ String TextChange::replace(TextView text, const String* string, TextView from, T
     pieces.next(cursor);
     if (cursor.isDone || cursor.nextStart == NOT_FOUND) return unchanged(text, string);
 
+    const bool isValid = requireValid(to).isSame;
     ChangedText result(text);
     reserve(result, text.getLength());
+    const auto add = [&](TextView added, bool isKnown) {
+        if (!tryAppendText(result, added, isKnown)) append(result, added, isKnown);
+    };
     for (; !cursor.isDone; pieces.next(cursor)) {
-        append(result, text.slice(cursor.start, cursor.end - cursor.start), string);
-        if (cursor.nextStart != NOT_FOUND) append(result, to, false);
+        add(text.slice(cursor.start, cursor.end - cursor.start), string);
+        if (cursor.nextStart != NOT_FOUND) add(to, isValid);
     }
     return take(result);
 }
@@ -61,7 +66,7 @@ String TextChange::repeat(TextView text, const String* string, unsigned int coun
     reserve(result, length * count);
     if (count == 0 || length == 0) return take(result);
     append(result, text, string);
-    const std::size_t size = length * (text.isUTF8() ? 1 : sizeof(UTF16Char));
+    const std::size_t size = static_cast<std::size_t>(length) * (text.isUTF8() ? 1 : sizeof(UTF16Char));
     auto* const bytes = static_cast<unsigned char*>(result.block);
     for (std::size_t done = size; done < size * count;) { // doubles the text
         const std::size_t added = done < size * count - done ? done : size * count - done;

@@ -21,6 +21,8 @@ using Vorn::UTF16Char;
 
 namespace {
 
+constexpr unsigned int FIRST_CAPACITY = 128;
+
 // Calls `f` with the block.
 template <class F>
 auto withBlock(const TextStore& store, F f) {
@@ -61,6 +63,14 @@ std::uint64_t measure(View text, TextEncoding encoding) noexcept {
 void append(TextStore& store, View text, bool isValid) {
     const unsigned int length = text.getLength();
     if (length == 0) return;
+    if (isValid && text.getEncoding() == store.encoding && length <= store.capacity - store.length) {
+        withUnits(text, [&](const auto* units, unsigned int count) {
+            using CharType = std::remove_const_t<std::remove_pointer_t<decltype(units)>>;
+            std::memcpy(static_cast<CharType*>(store.block) + store.length, units, count * sizeof(CharType));
+        });
+        store.length += length;
+        return;
+    }
     std::uint64_t added = length;
     bool isCopied = isValid;
     if (!isValid) {
@@ -76,7 +86,7 @@ void append(TextStore& store, View text, bool isValid) {
     if (newLength > store.capacity) {
         const std::uint64_t grown = std::uint64_t(store.capacity) + store.capacity / 2;
         const std::uint64_t most = MAX_TEXT_LENGTH;
-        reserve(store, std::max(newLength, std::min(std::max<std::uint64_t>(grown, store.length ? 64 : 0), most)));
+        reserve(store, std::max(newLength, std::min(std::max<std::uint64_t>(grown, FIRST_CAPACITY), most)));
     }
     withBlock(store, [&](auto* block) {
         auto* const dest = block + store.length;

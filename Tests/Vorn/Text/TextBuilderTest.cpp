@@ -130,6 +130,41 @@ TEST(TextBuilder, KeepsItsTextIfAnItemIsRefused) {
     EXPECT_EQ(codesOf(builder.take()), (Codes{0xE9, 'a', 'c'}));
 }
 
+TEST(TextBuilder, KeepsItsTextIfAnItemBehindPlainOnesIsRefused) {
+    TextBuilder builder;
+    builder.reserve(1000);
+    builder.append("ab");
+    EXPECT_THROW(builder.append("c", 1, "\xFF"), Exception<7>);
+    EXPECT_THROW(builder.append("c", 1, '\x80'), Exception<4>);
+    EXPECT_EQ(codesOf(builder.append('d').take()), (Codes{'a', 'b', 'd'}));
+}
+
+// Short plain texts are appended without calls if there is room; one character of another kind stands at each place.
+TEST(TextBuilder, AppendsTextsOfEachLength) {
+    std::vector<unsigned int> lengths = {63, 64, 65, 255, 256, 257, 600};
+    for (unsigned int length = 1; length < 34; ++length) lengths.push_back(length);
+    for (const unsigned int length : lengths) {
+        const unsigned int step = length < 34 ? 1 : 9;
+        for (unsigned int at = 0; at < length; at += step) {
+            for (const unsigned int code : {unsigned('x'), 0u, 1u, 0x7Fu, 0xE9u, 0x1F600u}) {
+                Codes codes(length, 'a');
+                codes[at] = code;
+                Codes expected = {'<'};
+                expected.insert(expected.end(), codes.begin(), codes.end());
+                expected.insert(expected.end(), {'>', '-', '4', '2'});
+                forEachForm(codes, [&](const auto& form, const char* name) {
+                    TextBuilder builder;
+                    builder.reserve(2000);
+                    const String built = builder.append('<', form, '>', -42).take();
+                    ASSERT_EQ(codesOf(built), expected) << name << ", U+" << code << " at " << at << " of " << length;
+                    ASSERT_EQ(codesOf(concat(u'<', form, U'>', -42)), expected) << name << ", concat, " << code;
+                    ASSERT_EQ(tryMakeString(built).error, nullptr) << name << ", U+" << code;
+                });
+            }
+        }
+    }
+}
+
 TEST(TextBuilder, GrowsInLinearTimeAndIsReusable) {
     TextBuilder builder;
     Codes codes;
