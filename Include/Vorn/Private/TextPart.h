@@ -6,7 +6,6 @@
 #include "Vorn/Text/CharacterSet.h"
 #include "Vorn/Text/TextView.h"
 
-#include <cstdint>
 #include <optional>
 #include <string>
 #include <type_traits>
@@ -35,17 +34,22 @@ class TextSplitter {
 public:
     struct Lines {};
 
+    static constexpr unsigned int BLOCK = 256; // bytes that are searched at a time
+    static constexpr unsigned int SPARE = 8;
+
     /// A piece, and where the next one begins.
     struct Cursor {
         unsigned int start = 0;
         unsigned int end = 0;
-        unsigned int nextStart = 0;   // NOT_FOUND behind the last piece
-        unsigned int count = 0;       // the pieces up to this one
-        unsigned int lineFeed = 0;    // the first LF from `start` on, if it has been searched already
-        unsigned int block = 0;       // an offset, from which on `separators` has a bit for each byte
-        std::uint64_t separators = 0; // the separators behind the next one that have been found already
+        unsigned int nextStart = 0; // NOT_FOUND behind the last piece
+        unsigned int count = 0;     // the pieces up to this one
+        unsigned int lineFeed = 0;  // the first LF from `start` on, if it has been searched already
+        unsigned int block = 0;     // the offset that those in `separators` are counted from
+        unsigned int found = 0;     // the separators behind the next one that have been found already
+        unsigned int used = 0;      // of these
         bool isDone = true;
         bool isFirst = true;
+        unsigned char separators[BLOCK + SPARE]; // their last bytes
     };
 
     /// The owner is the record of the text if that is a String, otherwise null.
@@ -64,11 +68,10 @@ public:
 
     /// Moves to the next piece; a new cursor moves to the first one.
     void next(Cursor& cursor) const {
-        if (cursor.separators == 0) return findNext(cursor);
-        cursor.start = cursor.nextStart;
-        cursor.end = cursor.block + static_cast<unsigned int>(__builtin_ctzll(cursor.separators));
-        cursor.nextStart = cursor.end + 1;
-        cursor.separators &= cursor.separators - 1;
+        if (cursor.used == cursor.found)
+            findNext(cursor);
+        else
+            useFound(cursor);
     }
 
     /// Returns the last separator, or a part that starts at NOT_FOUND.
@@ -81,6 +84,14 @@ public:
         const unsigned int length = m_text.getLength();
         if (m_text.isUTF8()) return TextView(data->getPrivateBuffer<unsigned char>(), length);
         return TextView(data->getPrivateBuffer<UTF16Char>(), length);
+    }
+
+    /// The piece at a cursor.
+    TextView getPiece(const Cursor& cursor) const {
+        const TextView text = getText();
+        const unsigned int length = cursor.end - cursor.start;
+        return text.isUTF8() ? TextView(text.getUTF8() + cursor.start, length)
+                             : TextView(text.getUTF16() + cursor.start, length);
     }
 
     StringData* getOwner() const { return m_owner.getData(); }
@@ -96,9 +107,20 @@ private:
     VORN_API void setSet(const CharacterSet& set);
     VORN_API void setText(TextView text);
 
+    // Moves to the piece before a separator that has been found already.
+    void useFound(Cursor& cursor) const {
+        cursor.start = cursor.nextStart;
+        cursor.end = cursor.block + cursor.separators[cursor.used++];
+        cursor.nextStart = cursor.end + 1;
+        if (m_kind == Kind::LINES && cursor.end > cursor.start) {
+            const unsigned char* const end = getText().getUTF8() + cursor.end;
+            if (end[0] == '\n' && end[-1] == '\r') --cursor.end;
+        }
+    }
+
     bool hasOneLength() const;
     TextPart find(TextView text, unsigned int from) const;
-    TextPart findByte(TextView text, Cursor& cursor) const;
+    unsigned int findBlock(TextView text, Cursor& cursor) const;
     unsigned int findLineEnd(TextView text, Cursor& cursor) const;
 
     TextView m_text; // not valid if there is an owner

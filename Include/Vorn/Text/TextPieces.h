@@ -184,7 +184,7 @@ private:
     friend class Iterator;
 
     Piece at(const TextSplitter::Cursor& cursor) const {
-        const TextView view = m_splitter.getText().slice(cursor.start, cursor.end - cursor.start);
+        const TextView view = m_splitter.getPiece(cursor);
         if constexpr (std::is_same_v<Piece, TextPiece>)
             return TextPiece(m_splitter.getOwner(), view, cursor.start);
         else

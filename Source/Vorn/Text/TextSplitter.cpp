@@ -85,21 +85,29 @@ TextPart partAt(TextView text, unsigned int start, TextView separator, bool hasO
     return hasOneLength ? TextPart{start, separator.getLength()} : matchAt(text, start, separator);
 }
 
-constexpr unsigned int BLOCK = 64;
+constexpr unsigned int WORD = 64;
 
-// One bit for each byte of a block that equals `byte`, the first in the lowest bit.
+// One bit for each of 64 bytes that equals `byte`, the first in the lowest bit.
 std::uint64_t bytesEqualTo(const unsigned char* block, unsigned char byte) {
     std::uint64_t equal = 0;
 #if defined(__SSE2__)
     const __m128i wanted = _mm_set1_epi8(static_cast<char>(byte));
-    for (unsigned int k = 0; k < BLOCK; k += 16) {
+    for (unsigned int k = 0; k < WORD; k += 16) {
         const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(block + k));
         equal |= static_cast<std::uint64_t>(_mm_movemask_epi8(_mm_cmpeq_epi8(bytes, wanted))) << k;
     }
 #else
-    for (unsigned int k = 0; k < BLOCK; ++k) equal |= static_cast<std::uint64_t>(block[k] == byte) << k;
+    for (unsigned int k = 0; k < WORD; ++k) equal |= static_cast<std::uint64_t>(block[k] == byte) << k;
 #endif
     return equal;
+}
+
+// As `std::popcount`, which is a call on processors that need not have an instruction for it.
+unsigned int countBits(std::uint64_t bits) {
+    constexpr std::uint64_t PAIRS = 0x5555555555555555, FOURS = 0x3333333333333333, BYTES = 0x0F0F0F0F0F0F0F0F;
+    bits -= (bits >> 1) & PAIRS;
+    bits = (bits & FOURS) + ((bits >> 2) & FOURS);
+    return static_cast<unsigned int>(((bits + (bits >> 4)) & BYTES) * 0x0101010101010101 >> 56);
 }
 
 unsigned int findUnit(TextView text, unsigned int from, char16_t unit) {
@@ -162,17 +170,47 @@ TextPart TextSplitter::find(TextView text, unsigned int from) const {
     }
 }
 
-// As `find`, in blocks of 64 bytes. Pieces are short, and a search for each would cost more than the bytes.
-TextPart TextSplitter::findByte(TextView text, Cursor& cursor) const {
+// Finds the separators of one byte, or line ends, in the next block that has any, and returns NOT_FOUND. Pieces are
+// short, and a search for each would cost more than the bytes. Returns the offset to search from if there is no whole
+// block.
+unsigned int TextSplitter::findBlock(TextView text, Cursor& cursor) const {
+    const unsigned char* const bytes = text.getUTF8();
     const unsigned int length = text.getLength();
-    for (unsigned int i = cursor.start; length - i >= BLOCK; i += BLOCK) {
-        const std::uint64_t found = bytesEqualTo(text.getUTF8() + i, static_cast<unsigned char>(m_bytes[0]));
-        if (found == 0) continue;
-        cursor.block = i;
-        cursor.separators = found & (found - 1);
-        return {i + static_cast<unsigned int>(std::countr_zero(found)), 1};
+    unsigned int start = cursor.start;
+    while (length - start >= WORD) {
+        const unsigned int size = length - start < BLOCK ? (length - start) / WORD * WORD : BLOCK;
+        unsigned int count = 0;
+        for (unsigned int k = 0; k < size; k += WORD) {
+            const unsigned char* const word = bytes + start + k;
+            std::uint64_t found;
+            if (m_kind == Kind::LINES) { // a CR before an LF is no end of its own
+                const std::uint64_t feeds = bytesEqualTo(word, '\n');
+                const std::uint64_t isFeedNext = start + k + WORD < length && word[WORD] == '\n';
+                found = feeds | (bytesEqualTo(word, '\r') & ~(feeds >> 1 | isFeedNext << 63));
+            } else {
+                found = bytesEqualTo(word, static_cast<unsigned char>(m_bytes[0]));
+            }
+            if (found == 0) continue;
+            const unsigned int end = count + countBits(found);
+            const auto add = [&](unsigned int i) {
+                constexpr std::uint64_t LAST = std::uint64_t(1) << 63;
+                cursor.separators[i] =
+                    static_cast<unsigned char>(k + static_cast<unsigned int>(std::countr_zero(found | LAST)));
+                found &= found - 1;
+            };
+            for (unsigned int i = 0; i < SPARE; ++i) add(count + i); // without branches; some are overwritten
+            for (unsigned int i = count + SPARE; i < end; ++i) add(i);
+            count = end;
+        }
+        if (count != 0) {
+            cursor.block = start;
+            cursor.found = count;
+            cursor.used = 0;
+            return NOT_FOUND;
+        }
+        start += size;
     }
-    return find(text, length - (length - cursor.start) % BLOCK);
+    return start;
 }
 
 TextPart TextSplitter::findLast() const {
@@ -210,7 +248,12 @@ void TextSplitter::findNext(Cursor& cursor) const {
     if (cursor.nextStart == NOT_FOUND || cursor.count == m_maximum) return;
     cursor.start = cursor.nextStart;
 
-    if (m_kind == Kind::LINES) {
+    unsigned int from = cursor.start;
+    if (text.isUTF8() && (m_kind == Kind::LINES || (m_kind == Kind::BYTE && !m_skipsEmpty && m_maximum == NOT_FOUND)))
+        from = findBlock(text, cursor);
+    if (from == NOT_FOUND) {
+        useFound(cursor);
+    } else if (m_kind == Kind::LINES) {
         if (cursor.start == length) return;
         cursor.end = findLineEnd(text, cursor);
         cursor.nextStart = cursor.end;
@@ -222,8 +265,7 @@ void TextSplitter::findNext(Cursor& cursor) const {
             cursor.nextStart += isCRLF ? 2 : 1;
         }
     } else {
-        const bool keepsBlock = m_kind == Kind::BYTE && !m_skipsEmpty && m_maximum == NOT_FOUND;
-        TextPart separator = keepsBlock ? findByte(text, cursor) : find(text, cursor.start);
+        TextPart separator = find(text, from);
         if (m_skipsEmpty) {
             while (separator.start == cursor.start) {
                 cursor.start += separator.length;

@@ -84,17 +84,34 @@ TEST(TextPieces, DividesAsTheModel) {
 }
 
 TEST(TextPieces, DividesLongTextsAsTheModel) {
+    constexpr unsigned int ENDS[] = {',', ',', '\r', '\n'};
     Random random(36);
-    for (int i = 0; i < repetitions(400, 40); ++i) {
+    for (int i = 0; i < repetitions(300, 30); ++i) {
         Codes text;
         const unsigned int rarity = 1 + random.below(100);
-        for (unsigned int left = random.below(400); left > 0; --left)
-            text.push_back(random.below(rarity) ? 'a' + random.below(20) : ',');
+        for (unsigned int left = random.below(900); left > 0; --left)
+            text.push_back(random.below(rarity) ? 'a' + random.below(20) : ENDS[random.below(4)]);
         forEachForm(text, [&](const auto& form, const char* name) {
             const std::string input = row(name, text, {','});
             expectPieces(split(form, ','), reference::split(text, {{','}, {}}, NOT_FOUND, false), input);
             expectPieces(split(form, ',', 9), reference::split(text, {{','}, {}}, 9, false), input);
+            expectPieces(lines(form), reference::lines(text), input);
         });
+    }
+}
+
+// A line end at each place of the blocks that are searched.
+TEST(TextPieces, FindsLineEndsAtEachOffset) {
+    for (unsigned int offset = 0; offset < 600; ++offset) {
+        for (const char* const end : {"\n", "\r", "\r\n", "\n\r", "\r\r\n\n"}) {
+            std::string text(offset, 'x');
+            text += end;
+            for (const unsigned int more : {0u, 1u, 70u, 300u}) {
+                const std::string whole = text + std::string(more, 'y');
+                const Codes codes(whole.begin(), whole.end());
+                ASSERT_EQ(piecesOf(lines(whole)), reference::lines(codes)) << reference::shown(codes);
+            }
+        }
     }
 }
 
