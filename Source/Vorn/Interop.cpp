@@ -1,9 +1,11 @@
 #include "Vorn/String/Interop.h"
 
+#include "Vorn/Private/TextDecoding.h"
 #include "Vorn/String/Unicode.h"
 #include "Vorn/Text/TextView.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <ostream>
 
@@ -39,13 +41,28 @@ bool isCorruptInUTF8(const StringData& data) {
            });
 }
 
+// Returns true if the bytes of a record are the exact conversion of its units, which have no surrogates, or its start.
+bool isStartOfConversion(const StringData& data) {
+    const unsigned char* at = data.getPrivateBuffer<unsigned char>();
+    const unsigned char* const end = at + data.getBufferInfo<unsigned char>().m_length;
+    for (const UTF16Char* unit = data.getPrivateBuffer<UTF16Char>(); at != end; ++unit) {
+        unsigned char sequence[4];
+        const std::ptrdiff_t size = VornPrivate::encodeForString(sequence, *unit) - sequence;
+        const std::ptrdiff_t compared = std::min(size, end - at);
+        if (!std::equal(at, at + compared, sequence)) return false;
+        at += compared;
+    }
+    return true;
+}
+
 // Returns true if equality is decided by the UTF-16 buffer: the record has no UTF-8 buffer, or its bytes were converted
-// from the units and are corrupt. Bytes of another length than the conversion gives have been edited since.
+// from the units and are corrupt. Bytes other than the conversion gives, or of another length, have been edited since.
 bool isDecidedByUTF16(const StringData& data) {
     const UTF16Char* const units = data.getPrivateBuffer<UTF16Char>();
     if (!units || !data.getPrivateBuffer<unsigned char>()) return units;
     return isCorruptInUTF8(data) &&
-           stringDataGetUTF8Length(units, data.getBufferInfo<UTF16Char>(), data.getCharset()) == data.getUTF8Length();
+           stringDataGetUTF8Length(units, data.getBufferInfo<UTF16Char>(), data.getCharset()) == data.getUTF8Length() &&
+           (data.getCharset() != STRING_DATA_UCS2 || isStartOfConversion(data));
 }
 
 // Calls `f` with each code of the UTF-16 text.
@@ -77,7 +94,7 @@ void appendUTF8(std::string& text, UTF32Char c) {
 std::string_view utf8Of(const String& s, std::string& storage) {
     const StringData* const data = s.getData();
     if (!data) return {};
-    if (!data->getPrivateBuffer<unsigned char>()) {
+    if (isDecidedByUTF16(*data)) {
         forEachUTF16Code(*data, [&](UTF32Char c) { appendUTF8(storage, c); });
         return storage;
     }

@@ -82,6 +82,18 @@ TEST(Interop, EditedTextIsReadInUTF8) {
     EXPECT_EQ(stream.str(), "emlo");
 }
 
+TEST(Interop, WritesTheTextOfARecordWithMalformedBytes) {
+    const UTF16Char units[] = {0xDBC0, 0xDC00, 'a', 0};
+    const String string(units);
+    string.getData()->getBuffer<unsigned char>(); // malformed bytes
+    std::ostringstream stream;
+    stream << std::setw(3) << string;
+    EXPECT_EQ(stream.str(), " \xF4\x80\x80\x80"
+                            "a");
+    EXPECT_TRUE(string == std::string("\xF4\x80\x80\x80"
+                                      "a"));
+}
+
 TEST(Interop, ANullStringTakesTheWidthOfItsField) {
     std::ostringstream stream;
     stream << std::setw(3) << String() << 'x';

@@ -70,6 +70,17 @@ TEST(TextView, EqualsTextOfEachKind) {
     EXPECT_FALSE("a\xC3\xA9" != view);
 }
 
+// The units of an edited record are those before the edit.
+TEST(TextView, ViewsTheBytesAfterAnEdit) {
+    UTF8String edited("\xC0\x80\xC0\x80\xC3\xA9z");
+    edited.reserve(7);
+    edited.getData()->getBuffer<UTF16Char>();
+    ASSERT_EQ(shown(edited), "UTF8 192 128 192 128 195 169 122");
+    edited.erase(0, 2); // as many bytes as a conversion of both U+0000 would lack
+    EXPECT_EQ(shown(edited), "UTF8 192 128 195 169 122");
+    EXPECT_TRUE(edited == String("\xC0\x80\xC3\xA9z"));
+}
+
 TEST(TextView, SlicesByUnits) {
     const TextView text("abcdef");
     EXPECT_EQ(shown(text.slice(2)), shown("cdef"));
