@@ -50,7 +50,10 @@ NumberText::Integer readInteger(const CharType* begin, const CharType* end, unsi
                                 unsigned long long mostNegative) noexcept {
     const CharType* at = begin;
     bool isNegative = at != end && *at == '-';
-    if (!isNegative && base == Vorn::BASE_OF_PRINT_HEX) isNegative = isLetter(at, end, 'x') && *at == 'x';
+    if (at != end && *at == 'x' && base == Vorn::BASE_OF_PRINT_HEX) {
+        isNegative = true;
+        base = 16; // no prefix follows
+    }
     const NumberText::Integer malformed{0, 0, NumberError::MALFORMED, false};
     if (isNegative) {
         if (mostNegative == 0) return malformed;

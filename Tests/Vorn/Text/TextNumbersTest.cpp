@@ -139,6 +139,7 @@ TEST(TextNumbers, ReadsBases) {
                          {"FF", "255 |"},
                          {"0b1", "177 |"},
                          {"x", "malformed |x"},
+                         {"x0x1F", "0 |x1F"},
                          {"X1", "malformed |X1"}},
                         BASE_OF_PRINT_HEX);
     for (const unsigned int base : {37u, 38u, 0xFFFFFFFFu}) {
