@@ -151,7 +151,7 @@ struct NumberText {
 
     template <class T>
     static NumberError readWhole(TextView text, T& value, unsigned int base) {
-        if constexpr (!std::is_same_v<T, bool>) {
+        if constexpr (VornPrivate::IS_NUMBER<T> && !std::is_same_v<T, bool>) {
             if (base == 10 && text.isUTF8()) { // what is no such number is read again, to find out why
                 const char* const begin = reinterpret_cast<const char*>(text.getUTF8());
                 const char* const last = begin + text.getLength();
