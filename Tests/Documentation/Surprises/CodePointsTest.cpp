@@ -5,6 +5,8 @@
 #include "Vorn/String/UTF8.h"
 #include "Vorn/Text.h"
 
+#include <string>
+
 namespace {
 
 using namespace Vorn;
@@ -213,8 +215,9 @@ const Surprises CODE_POINT_SURPRISES = {
          EXPECT_EQ(i + j + k, 0u);
      },
      [] {
+         const std::string letter(1, 'A');
          unsigned int count = 0;
-         for (const UTF32Char c : codePoints("A")) count += c == 0x41;
+         for (const UTF32Char c : codePoints(letter)) count += c == 0x41;
          EXPECT_EQ(count, 1u);
          EXPECT_TRUE(codePoints("").empty());
      }},

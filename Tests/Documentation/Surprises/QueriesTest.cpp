@@ -38,8 +38,6 @@ String builtWide(const char* text) {
     return string;
 }
 
-const char* const EMOJI = "\xF0\x9F\x98\x80";
-
 } // namespace
 
 const Surprises QUERY_SURPRISES = {
