@@ -214,9 +214,9 @@ public:
     //     Text/TextPieces.h return do not: the first edit of a string with parts copies its text.
 
     /// Appends a character or a text.
-    /// @warning A `char` is converted to a code. One above 0x7F is negative where `char` is signed, becomes a code above
-    ///     0x80000080 and is written as a byte; the compiler cannot tell it from a valid one. Append characters beyond
-    ///     ASCII as codes, such as `append(0xE9)`.
+    /// @warning A `char` is converted to a code. One above 0x7F is negative where `char` is signed, and is written as a
+    ///     byte; the compiler cannot tell it from a valid one. Append characters beyond ASCII as codes, such as
+    ///     `append(0xE9)`.
     /// @{
     void append(unsigned int c);
     void append(String s);
