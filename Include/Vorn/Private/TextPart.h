@@ -9,7 +9,6 @@
 #include <optional>
 #include <string>
 #include <type_traits>
-#include <utility>
 
 namespace Vorn {
 
@@ -53,16 +52,17 @@ public:
     };
 
     /// The owner is the record of the text if that is a String, otherwise null.
-    TextSplitter(TextView text, String owner, const CharacterSet& separators, unsigned int maximum, bool skipsEmpty)
-        : TextSplitter(text, std::move(owner), maximum, skipsEmpty) {
+    TextSplitter(TextView text, const String& owner, const CharacterSet& separators, unsigned int maximum,
+                 bool skipsEmpty)
+        : TextSplitter(text, owner, maximum, skipsEmpty) {
         setSet(separators);
     }
-    TextSplitter(TextView text, String owner, TextView separator, unsigned int maximum, bool skipsEmpty)
-        : TextSplitter(text, std::move(owner), maximum, skipsEmpty) {
+    TextSplitter(TextView text, const String& owner, TextView separator, unsigned int maximum, bool skipsEmpty)
+        : TextSplitter(text, owner, maximum, skipsEmpty) {
         setText(separator);
     }
-    TextSplitter(TextView text, String owner, Lines, unsigned int maximum, bool skipsEmpty)
-        : TextSplitter(text, std::move(owner), maximum, skipsEmpty) {
+    TextSplitter(TextView text, const String& owner, Lines, unsigned int maximum, bool skipsEmpty)
+        : TextSplitter(text, owner, maximum, skipsEmpty) {
         m_kind = Kind::LINES;
     }
 
@@ -99,9 +99,8 @@ public:
 private:
     enum class Kind : unsigned char { BYTE, TEXT, SET, LINES, NOTHING };
 
-    TextSplitter(TextView text, String owner, unsigned int maximum, bool skipsEmpty)
-        : m_text(text), m_owner(std::move(owner)), m_maximum(maximum), m_kind(Kind::NOTHING), m_skipsEmpty(skipsEmpty) {
-    }
+    TextSplitter(TextView text, const String& owner, unsigned int maximum, bool skipsEmpty)
+        : m_text(text), m_owner(owner), m_maximum(maximum), m_kind(Kind::NOTHING), m_skipsEmpty(skipsEmpty) {}
 
     VORN_API void findNext(Cursor& cursor) const;
     VORN_API void setSet(const CharacterSet& set);

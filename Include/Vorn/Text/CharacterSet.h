@@ -65,7 +65,7 @@ public:
     /// Returns true if the set contains the character.
     bool contains(UTF32Char c) const noexcept {
         if (c < 0x80) return (m_ascii[c >> 6] >> (c & 63) & 1) != 0;
-        return m_hasWhiteSpace ? isWhiteSpace(c) : m_others.find(static_cast<char32_t>(c)) != m_others.npos;
+        return m_hasWhiteSpace ? isWhiteSpace(c) : m_others.find(static_cast<char32_t>(c)) != std::u32string::npos;
     }
 
     bool isEmpty() const noexcept { return !hasLongCharacters() && (m_ascii[0] | m_ascii[1]) == 0; }

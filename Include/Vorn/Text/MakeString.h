@@ -108,9 +108,11 @@ VORN_API String makeStaticString(TextView text);
 /// The string of a literal ("...", u8"..." or u"..."), made by `makeStaticString` at the first use of this place. Later
 /// uses, in any thread, allocate nothing. The value is a `const Vorn::String&` that is valid until the program ends.
 /// Throws `Exception<7>` for a malformed literal. Anything but a literal does not compile.
+// NOLINTBEGIN(bugprone-macro-parentheses)
 #define VORN_TEXT(literal)                                                                                  \
     ([]() -> const ::Vorn::String& {                                                                        \
         static const ::Vorn::String vornText =                                                              \
             ::Vorn::makeStaticString(::Vorn::TextView(literal "", sizeof(literal) / sizeof(*literal) - 1)); \
         return vornText;                                                                                    \
     }())
+// NOLINTEND(bugprone-macro-parentheses)

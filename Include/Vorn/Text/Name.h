@@ -164,8 +164,10 @@ struct hash<Vorn::Name> {
 
 /// The name of a literal, found at the first use of this place and stored if it is new. Throws as the constructor does.
 /// Anything but a literal does not compile.
+// NOLINTBEGIN(bugprone-macro-parentheses)
 #define VORN_NAME(literal)                                                                                        \
     ([]() -> const ::Vorn::Name& {                                                                                \
         static const ::Vorn::Name vornName(::Vorn::TextView(literal "", sizeof(literal) / sizeof(*literal) - 1)); \
         return vornName;                                                                                          \
     }())
+// NOLINTEND(bugprone-macro-parentheses)

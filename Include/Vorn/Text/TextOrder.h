@@ -30,7 +30,7 @@ namespace Vorn {
 VORN_API int compare(TextView a, TextView b) noexcept;
 
 /// Returns true if two texts have the same code points.
-VORN_API bool equals(TextView a, TextView b) noexcept;
+VORN_API bool equals(TextView a, TextView b) noexcept; // NOLINT(readability-redundant-declaration): with the view
 
 /// A hash of the code points: equal texts have equal hashes in every encoding. The values are the same in every run of
 /// the program, but not in all versions of the library.
