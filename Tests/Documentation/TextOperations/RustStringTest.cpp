@@ -197,7 +197,7 @@ const TextOperations RUST_STRING_OPERATIONS = {
      }},
     {"`leak`",
      [] {
-         const String text = makeStaticString("é😀");
+         static const String text = makeStaticString("é😀");
          expectText(text, "é😀");
          expectText(VORN_TEXT(u"é"), "é");
      }},
