@@ -44,7 +44,9 @@ Expected<T> integerOf(const std::string& text, unsigned int base) {
     }
     const std::string rest = text.substr(i);
     if (base < 2) {
-        const bool isHex = rest.size() > 2 && rest[0] == '0' && std::tolower(rest[1]) == 'x' && digitOf(rest[2]) < 16;
+        const bool hasPrintedSign = isNegative && text[0] == 'x'; // which stands before digits without a prefix
+        const bool isHex = !hasPrintedSign && rest.size() > 2 && rest[0] == '0' && std::tolower(rest[1]) == 'x' &&
+                           digitOf(rest[2]) < 16;
         const bool isBinary = base == Vorn::BASE_BY_PREFIX && rest.size() > 2 && rest[0] == '0' &&
                               std::tolower(rest[1]) == 'b' && digitOf(rest[2]) < 2;
         if (isHex || isBinary) i += 2;
