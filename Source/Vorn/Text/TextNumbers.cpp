@@ -89,6 +89,13 @@ bool startsWithWord(const CharType* at, const CharType* end, const char* word) n
 }
 
 /// Reads a number; `end` is then its size.
+// Returns the end of hexadecimal digits if an exponent with two signs follows, which some std::from_chars take for one
+// with a sign; otherwise `end`.
+const char* endOfHexDigits(const char* at, const char* end) noexcept {
+    while (at != end && (digitOf(static_cast<unsigned char>(*at)) < 16 || *at == '.')) ++at;
+    return end - at > 2 && (*at | 0x20) == 'p' && at[1] == '+' && at[2] == '-' ? at : end;
+}
+
 template <class T>
 NumberError readFloat(const char* begin, const char* end, T& value, unsigned int& size) noexcept {
     const bool isNegative = begin != end && *begin == '-';
@@ -114,7 +121,7 @@ NumberError readFloat(const char* begin, const char* end, T& value, unsigned int
 
     std::from_chars_result result{number, std::errc::invalid_argument};
     if (end - number > 2 && *number == '0' && (number[1] | 0x20) == 'x' && number[2] != '-') {
-        result = std::from_chars(number + 2, end, value, std::chars_format::hex);
+        result = std::from_chars(number + 2, endOfHexDigits(number + 2, end), value, std::chars_format::hex);
         const int first = number[2] | 0x20; // of "inf" and "nan"; "f" and "a" are digits
         if (first == 'i' || first == 'n') result.ec = std::errc::invalid_argument;
     }
