@@ -24,7 +24,7 @@ struct TextPart {
     VORN_API static TextPart removePrefix(TextView text, TextView prefix) noexcept;
     VORN_API static TextPart removeSuffix(TextView text, TextView suffix) noexcept;
 
-    /// A String over a part of the text of a record, or of none. The view tells the encoding.
+    /// A String over a part of the text of a record, or of none. It has the encoding of the view.
     VORN_API static String share(StringData* parent, TextView text, TextPart part);
 };
 

@@ -170,7 +170,7 @@ private:
     ObjectDeleter m_deleter;
 };
 
-/// Calls a deleter that somebody else owns.
+/// Calls a deleter that it does not own.
 template <class ObjectDeleter>
 class DeleterReference {
 public:

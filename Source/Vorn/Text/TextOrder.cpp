@@ -167,7 +167,7 @@ private:
         m_second = mix(load(block + 16) ^ KEYS[1], load(block + 24) ^ m_second);
     }
 
-    // Mixes the last 0 to 32 bytes. The words of a short rest overlap, and the total length tells them apart.
+    // Mixes the last 0 to 32 bytes. The words of a short rest overlap, and the total length makes them differ.
     static std::size_t finish(std::uint64_t first, std::uint64_t second, const unsigned char* rest, std::size_t count,
                               std::size_t total) {
         std::uint64_t a = 0, b = 0;
