@@ -138,6 +138,9 @@ private:
 /// The control block of an object with a deleter of any type, which it holds. `m_ptr` is the control block itself.
 template <class Object, class ObjectDeleter>
 class HoldingRefCounter final : public Vorn::RefCounter {
+    static_assert(alignof(ObjectDeleter) <= __STDCPP_DEFAULT_NEW_ALIGNMENT__,
+                  "a control block is freed without its alignment: give the deleter an ordinary one");
+
 public:
     template <class Source>
     HoldingRefCounter(Object* object, Source&& deleter, bool isArray, bool isThreadsafe,
