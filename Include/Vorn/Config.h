@@ -2,7 +2,9 @@
 /// Config: macros for the compiler and the platform, used by the other headers.
 #pragma once
 
-#if defined(_WIN32)
+#if defined(_WIN32) && defined(VORN_STATIC) // defined by the CMake package and by pkg-config for the static library
+#define VORN_API
+#elif defined(_WIN32)
 #if defined(VORN_BUILDING_LIBRARY)
 #define VORN_API __declspec(dllexport)
 #else

@@ -4,6 +4,11 @@
 set(INSTALL_PREFIX "${SCRATCH_DIR}/Installed")
 set(PREFIX "${SCRATCH_DIR}/Vorn/moved prefix")
 
+# The consumer of a static library compiles only if VORN_STATIC is defined.
+if(LIBRARY_TYPE STREQUAL STATIC)
+    string(APPEND CXX_FLAGS " -DCONSUMER_OF_STATIC_LIBRARY")
+endif()
+
 # run(command...): runs a command; if it fails, prints its output and stops the test.
 function(run)
     execute_process(COMMAND ${ARGV} RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE output)

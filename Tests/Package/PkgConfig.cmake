@@ -9,7 +9,11 @@ execute_process(COMMAND pkg-config --modversion vorn OUTPUT_VARIABLE found OUTPU
 if(NOT found STREQUAL VERSION)
     message(FATAL_ERROR "pkg-config finds version ${found} instead of ${VERSION}")
 endif()
-execute_process(COMMAND pkg-config --cflags --libs vorn OUTPUT_VARIABLE package_flags
+set(static "")
+if(LIBRARY_TYPE STREQUAL STATIC)
+    set(static --static)
+endif()
+execute_process(COMMAND pkg-config ${static} --cflags --libs vorn OUTPUT_VARIABLE package_flags
     OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
 separate_arguments(package_flags UNIX_COMMAND "${package_flags}")
 separate_arguments(CXX_FLAGS UNIX_COMMAND "${CXX_FLAGS}")

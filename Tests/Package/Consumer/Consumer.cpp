@@ -6,6 +6,10 @@
 #include <iostream>
 #include <string>
 
+#if defined(CONSUMER_OF_STATIC_LIBRARY) != defined(VORN_STATIC)
+#error "VORN_STATIC must be defined for the static library, and only for that"
+#endif
+
 namespace {
 
 int failures = 0;
