@@ -1,5 +1,5 @@
-# Every benchmark of PROGRAM is called "Area/operation/variant/size", and every --benchmark_filter that DOCUMENTS name
-# matches one.
+# Every benchmark of PROGRAM is called "Area/operation/variant/size", with "/manual_time" behind it if it measures its own
+# time, and every --benchmark_filter that DOCUMENTS name matches one.
 function(list_benchmarks result)
     execute_process(COMMAND "${PROGRAM}" --benchmark_list_tests=true ${ARGN}
         OUTPUT_VARIABLE output ERROR_VARIABLE errors RESULT_VARIABLE code)
@@ -13,7 +13,7 @@ endfunction()
 
 list_benchmarks(names)
 foreach(name IN LISTS names)
-    if(NOT name MATCHES "^[A-Z][a-z]+/[^/]+/[^/]+/[0-9]+$")
+    if(NOT name MATCHES "^[A-Z][a-z]+/[^/]+/[^/]+/[0-9]+(/manual_time)?$")
         message(FATAL_ERROR "a benchmark is called \"${name}\", not Area/operation/variant/size")
     endif()
 endforeach()

@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <cstring>
 #include <exception>
+#include <utility>
 #include <vector>
 
 int main(int argumentCount, char** arguments) {
@@ -21,13 +22,17 @@ int main(int argumentCount, char** arguments) {
             remaining.push_back(arguments[i]);
         }
     }
-    std::vector<SampleText> texts;
+    std::vector<SampleText> words, pages;
     try {
-        texts = generateTexts();
+        words = generateWords();
+        pages = generatePages();
         if (corpus) {
-            for (SampleText& text : readTexts(corpus)) texts.push_back(std::move(text));
+            for (SampleText& text : readTexts(corpus)) pages.push_back(std::move(text));
         }
-        registerTextBenchmarks(texts);
+        registerTextBenchmarks(words);
+        registerCopyBenchmarks(words);
+        registerTextBenchmarks(pages);
+        registerKernelBenchmarks(pages);
     } catch (const std::exception& exception) {
         std::fprintf(stderr, "VornBenchmarks: %s\n", exception.what());
         return 1;
@@ -39,5 +44,5 @@ int main(int argumentCount, char** arguments) {
     if (benchmark::ReportUnrecognizedArguments(remainingCount, remaining.data())) return 1;
     benchmark::RunSpecifiedBenchmarks();
     benchmark::Shutdown();
-    return Run::hasFailed() ? 1 : 0;
+    return Run::hasFailed() || haveKernelBenchmarksFailed() ? 1 : 0;
 }

@@ -33,6 +33,12 @@ public:
         check(std::fabs(answer - expected) <= tolerance * (offset + std::fabs(expected)));
     }
 
+    /// Adds a word about the input to the result.
+    void describe(const char* input) { m_state.SetLabel(input); }
+
+    /// The time of one iteration, in benchmarks that measure it themselves.
+    void setSeconds(double seconds) { m_state.SetIterationTime(seconds); }
+
     void countBytes(std::size_t bytes) { m_state.SetBytesProcessed(static_cast<std::int64_t>(bytes) * iterations()); }
     void countItems(std::size_t items) { m_state.SetItemsProcessed(static_cast<std::int64_t>(items) * iterations()); }
 
@@ -41,7 +47,7 @@ public:
         if (!m_hasAnswer) fail("no answer was checked");
     }
 
-    /// Whether any benchmark of this program failed.
+    /// Whether any benchmark of this module failed.
     static bool hasFailed() { return s_hasFailed; }
 
 private:
@@ -62,14 +68,17 @@ private:
     bool m_hasAnswer = false;
 };
 
-/// Adds the benchmark `name` ("Area/operation/variant") of this size. `function` takes a Run.
+/// Adds the benchmark `name` ("Area/operation/variant") of this size. `function` takes a Run. With `measuresItself` it
+/// sets the time of each iteration, and the library appends "/manual_time" to the name.
 template <class Function>
-bool addBenchmark(const std::string& name, std::size_t size, Function function) {
-    benchmark::RegisterBenchmark((name + "/" + std::to_string(size)).c_str(), [=](benchmark::State& state) {
+bool addBenchmark(const std::string& name, std::size_t size, Function function, bool measuresItself = false) {
+    const std::string fullName = name + "/" + std::to_string(size);
+    auto* const added = benchmark::RegisterBenchmark(fullName.c_str(), [=](benchmark::State& state) {
         Run run(state, size);
         function(run);
         run.requireAnswer();
     });
+    if (measuresItself) added->UseManualTime();
     return true;
 }
 

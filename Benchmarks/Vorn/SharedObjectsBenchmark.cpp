@@ -116,9 +116,9 @@ void dispatchBoostSignal(Run& run) {
 }
 
 [[maybe_unused]] const bool dispatches =
-    addBenchmarks("Events/dispatch/Vorn::Event", {1, 10, 100}, dispatchVornEvent) &&
-    addBenchmarks("Events/dispatch/vector of std::function", {1, 10, 100}, dispatchStdFunctions) &&
-    addBenchmarks("Events/dispatch/boost::signals2", {1, 10, 100}, dispatchBoostSignal);
+    addBenchmarks("Events/dispatch/Vorn::Event", {1, 10, 100, 1000}, dispatchVornEvent) &&
+    addBenchmarks("Events/dispatch/vector of std::function", {1, 10, 100, 1000}, dispatchStdFunctions) &&
+    addBenchmarks("Events/dispatch/boost::signals2", {1, 10, 100, 1000}, dispatchBoostSignal);
 
 // Removes one of the listeners and adds it again.
 
@@ -171,8 +171,8 @@ void removeAndAddBoostSignal(Run& run) {
 }
 
 [[maybe_unused]] const bool changes =
-    addBenchmark("Events/remove and add/Vorn::Event", 100, removeAndAddVornEvent) &&
-    addBenchmark("Events/remove and add/boost::signals2", 100, removeAndAddBoostSignal) &&
-    addBenchmark("Events/add again/Vorn::Event", 100, addAgainVornEvent);
+    addBenchmarks("Events/remove and add/Vorn::Event", {1, 10, 100, 1000}, removeAndAddVornEvent) &&
+    addBenchmarks("Events/remove and add/boost::signals2", {1, 10, 100, 1000}, removeAndAddBoostSignal) &&
+    addBenchmarks("Events/add again/Vorn::Event", {1, 10, 100, 1000}, addAgainVornEvent);
 
 } // namespace

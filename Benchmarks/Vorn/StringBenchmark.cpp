@@ -268,7 +268,7 @@ void insertAndEraseIcu(Run& run) {
 }
 
 bool add(const char* name, void (*function)(Run&)) {
-    return addBenchmarks("Strings/" + std::string(name), {16, 256, 65536}, function);
+    return addBenchmarks("Strings/" + std::string(name), {16, 64, 256, 1024, 4096, 16384, 65536}, function);
 }
 
 [[maybe_unused]] const bool registered =

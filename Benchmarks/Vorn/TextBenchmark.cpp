@@ -1,6 +1,7 @@
 #include "Vorn/TextBenchmark.h"
 
 #include "Support/Measure.h"
+#include "Vorn/TextOperations.h"
 
 #include <Vorn/Vorn.h>
 #include <benchmark/benchmark.h>
@@ -16,56 +17,8 @@
 
 namespace {
 
-using Vorn::String;
-using Vorn::StringData;
-using Vorn::UTF16Char;
-
-unsigned int lengthOf(const SampleText& text) { return static_cast<unsigned int>(text.utf8.size()); }
-unsigned int wideLengthOf(const SampleText& text) { return static_cast<unsigned int>(text.utf16.size()); }
-
 icu::UnicodeString icuOf(const SampleText& text) {
     return icu::UnicodeString(text.utf16.data(), static_cast<std::int32_t>(text.utf16.size()));
-}
-
-// Validation: a string over a borrowed buffer.
-
-// The string stands over the text and has found its end and its charset.
-void expectScanned(Run& run, const String& string, const SampleText& text) {
-    const StringData& data = *string.getData();
-    const bool isUTF8 = data.getPrivateBuffer<unsigned char>() != nullptr;
-    const std::size_t length =
-        isUTF8 ? data.getBufferInfo<unsigned char>().m_length : data.getBufferInfo<UTF16Char>().m_length;
-    run.expect(length, isUTF8 ? text.utf8.size() : text.utf16.size());
-    const bool hasPairs = std::any_of(text.utf16.begin(), text.utf16.end(),
-                                      [](char16_t unit) { return unit >= 0xD800 && unit < 0xE000; });
-    const bool isASCII = text.utf8.size() == text.utf16.size();
-    run.expect(data.getCharset(), hasPairs  ? Vorn::STRING_DATA_UNICODE
-                                  : isASCII ? Vorn::STRING_DATA_ASCII
-                                            : Vorn::STRING_DATA_UCS2);
-}
-
-void scanUTF8(Run& run, const SampleText& text) {
-    expectScanned(run, String(text.utf8.c_str(), lengthOf(text)), text);
-    for (auto _ : run.loop()) benchmark::DoNotOptimize(String(text.utf8.c_str(), lengthOf(text)));
-    run.countBytes(text.utf8.size());
-}
-
-void scanUTF8Terminated(Run& run, const SampleText& text) {
-    expectScanned(run, String(text.utf8.c_str()), text);
-    for (auto _ : run.loop()) benchmark::DoNotOptimize(String(text.utf8.c_str()));
-    run.countBytes(text.utf8.size());
-}
-
-void scanUTF16(Run& run, const SampleText& text) {
-    expectScanned(run, String(text.utf16.c_str(), wideLengthOf(text)), text);
-    for (auto _ : run.loop()) benchmark::DoNotOptimize(String(text.utf16.c_str(), wideLengthOf(text)));
-    run.countBytes(text.utf16.size() * 2);
-}
-
-void scanUTF16Terminated(Run& run, const SampleText& text) {
-    expectScanned(run, String(text.utf16.c_str()), text);
-    for (auto _ : run.loop()) benchmark::DoNotOptimize(String(text.utf16.c_str()));
-    run.countBytes(text.utf16.size() * 2);
 }
 
 // ICU converts while it validates: its strings store only UTF-16.
@@ -113,26 +66,6 @@ void scanUTF8StdString(Run& run, const SampleText& text) {
     run.countBytes(text.utf8.size());
 }
 
-// Conversion of a validated text into new memory.
-
-void toUTF16(Run& run, const SampleText& text) {
-    const String string(text.utf8.c_str(), lengthOf(text));
-    const StringData& data = *string.getData();
-    Vorn::StringDataBufferInfo info{};
-    const auto convert = [&] {
-        return std::unique_ptr<UTF16Char[]>(Vorn::stringDataConvertToUTF16(
-            data.getPrivateBuffer<unsigned char>(), data.getBufferInfo<unsigned char>(), data.getCharset(), info));
-    };
-    // Of a character above 0xFFFF, the library is specified to write only the second unit.
-    std::u16string expected;
-    std::copy_if(text.utf16.begin(), text.utf16.end(), std::back_inserter(expected),
-                 [](char16_t unit) { return unit < 0xD800 || unit > 0xDBFF; });
-    run.expect(std::u16string_view(convert().get(), expected.size()), expected);
-    run.expect(info.m_length, wideLengthOf(text));
-    for (auto _ : run.loop()) benchmark::DoNotOptimize(convert().get());
-    run.countBytes(text.utf8.size());
-}
-
 void toUTF16Icu(Run& run, const SampleText& text) {
     std::int32_t length = 0;
     const auto convert = [&] {
@@ -149,20 +82,6 @@ void toUTF16Icu(Run& run, const SampleText& text) {
     run.countBytes(text.utf8.size());
 }
 
-void toUTF8(Run& run, const SampleText& text) {
-    const String string(text.utf16.c_str(), wideLengthOf(text));
-    const StringData& data = *string.getData();
-    Vorn::StringDataBufferInfo info{};
-    const auto convert = [&] {
-        return std::unique_ptr<unsigned char[]>(Vorn::stringDataConvertToUTF8(
-            data.getPrivateBuffer<UTF16Char>(), data.getBufferInfo<UTF16Char>(), data.getCharset(), info));
-    };
-    const auto converted = convert();
-    run.expect(std::string_view(reinterpret_cast<const char*>(converted.get()), info.m_length), text.utf8);
-    for (auto _ : run.loop()) benchmark::DoNotOptimize(convert().get());
-    run.countBytes(text.utf16.size() * 2);
-}
-
 void toUTF8Icu(Run& run, const SampleText& text) {
     std::int32_t length = 0;
     const auto convert = [&] {
@@ -177,14 +96,6 @@ void toUTF8Icu(Run& run, const SampleText& text) {
     run.expect(std::string(convert().get()), text.utf8);
     for (auto _ : run.loop()) benchmark::DoNotOptimize(convert().get());
     run.countBytes(text.utf16.size() * 2);
-}
-
-// One text in two encodings. The bytes of the one in UTF-8 count.
-void equalAcrossEncodings(Run& run, const SampleText& text) {
-    const String utf8(text.utf8.c_str(), lengthOf(text)), utf16(text.utf16.c_str(), wideLengthOf(text));
-    run.expect(utf8, utf16);
-    for (auto _ : run.loop()) benchmark::DoNotOptimize(utf8 == utf16);
-    run.countBytes(text.utf8.size());
 }
 
 // Copies and destroys a value.
@@ -232,6 +143,11 @@ void registerTextBenchmarks(const std::vector<SampleText>& texts) {
             add(rival.operation, rival.variant, text,
                 [function = rival.function, &text](Run& run) { function(run, text); });
         }
+    }
+}
+
+void registerCopyBenchmarks(const std::vector<SampleText>& texts) {
+    for (const SampleText& text : texts) {
         const auto addCopy = [&text](const char* variant, auto value) {
             add("copy", variant, text, [value](Run& run) { copyValue(run, value); });
         };
