@@ -447,12 +447,8 @@ unsigned char* UTF8String::getEditableBuffer(unsigned int length) {
 
 void UTF8String::setChar(unsigned char* dest, unsigned int count, unsigned int c) {
     if (count < 1 || count > 4) return;
-    unsigned int shift = 6 * (count - 1);
-    *dest = static_cast<unsigned char>(((c >> shift) & s_leadMask[count]) + s_leadFlag[count]);
-    while (shift != 0) {
-        shift -= 6;
-        *++dest = static_cast<unsigned char>(0x80 + ((c >> shift) & 0x3F));
-    }
+    for (unsigned int i = count - 1; i > 0; --i, c >>= 6) dest[i] = static_cast<unsigned char>(0x80 + (c & 0x3F));
+    dest[0] = static_cast<unsigned char>((c & s_leadMask[count]) + s_leadFlag[count]);
 }
 
 unsigned int UTF8String::assertValidInsertIndex(int& index) const {

@@ -1,6 +1,6 @@
-# Runs PROGRAM with ARGUMENTS and compares its output with the file EXPECTED, and its exit code with EXIT_CODE
-# (default 0). Line numbers of sources are not compared. With WRITES, the program also writes a file of this name to the working
-# directory, which is compared with the file of the same name in the folder of EXPECTED.
+# Runs PROGRAM with ARGUMENTS, through EMULATOR if there is one, and compares its output with the file EXPECTED, and its
+# exit code with EXIT_CODE (default 0). Line numbers of sources are not compared. With WRITES, the program also writes a
+# file of this name to the working directory, which is compared with the file of the same name in the folder of EXPECTED.
 
 separate_arguments(ARGUMENTS)
 if(NOT DEFINED EXIT_CODE)
@@ -9,7 +9,8 @@ endif()
 if(DEFINED WRITES)
     file(REMOVE "${WRITES}") # a file of an earlier run must not pass the test
 endif()
-execute_process(COMMAND "${PROGRAM}" ${ARGUMENTS} OUTPUT_VARIABLE output ERROR_VARIABLE errors RESULT_VARIABLE result)
+execute_process(COMMAND ${EMULATOR} "${PROGRAM}" ${ARGUMENTS}
+    OUTPUT_VARIABLE output ERROR_VARIABLE errors RESULT_VARIABLE result)
 if(NOT result EQUAL EXIT_CODE)
     message(FATAL_ERROR "exit code ${result}, expected ${EXIT_CODE}\n${output}\n${errors}")
 endif()

@@ -11,8 +11,14 @@
 #include <functional>
 
 /// Bytes of a stack that a thread may have; sanitizers need more of it, and the thread sanitizer keeps its own data
-/// there.
-constexpr std::size_t SMALL_STACK = VORN_TEST_HAS_SANITIZER ? 1024 * 1024 : 64 * 1024;
+/// there. On AArch64, whose pages can have 64 KiB, this is the smallest stack that there is.
+#if VORN_TEST_HAS_SANITIZER
+constexpr std::size_t SMALL_STACK = 1024 * 1024;
+#elif defined(__aarch64__)
+constexpr std::size_t SMALL_STACK = 128 * 1024;
+#else
+constexpr std::size_t SMALL_STACK = 64 * 1024;
+#endif
 
 /// Runs `body` in a thread with a stack of this size.
 inline void runWithStack(std::size_t size, std::function<void()> body) {

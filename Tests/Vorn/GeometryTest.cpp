@@ -1,4 +1,4 @@
-// The references compute in __float128, or check the definition of a result directly.
+// The references compute in floats of 128 bits, or check the definition of a result directly.
 #include "Vorn/Geometry.h"
 
 #include "Support/Floats.h"
@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cfloat> // LDBL_MANT_DIG
 #include <list>
 #include <vector>
 
@@ -19,10 +20,14 @@ using Vorn::Vector2;
 using Four = std::array<float, 4>;
 namespace Pin = Vorn::RectPoint;
 
+#if LDBL_MANT_DIG == 113
+using Wide = long double;
+#else
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wpedantic"
 using Wide = __float128;
 #pragma GCC diagnostic pop
+#endif
 
 Wide squareOf(Wide value) { return value * value; }
 
@@ -216,7 +221,7 @@ TEST(GeometryFunctions, AnchoredKeepsTheSidesOfThePin) {
     expectRaises<1>([&] { Vorn::anchored(around, Vector2(1, 1), 0x80000000u); }, "isPin : invalid pin!");
 }
 
-// The inverse, by the adjugate in __float128.
+// The inverse, by the adjugate in floats of 128 bits.
 struct WideInverse {
     explicit WideInverse(const Matrix3& matrix) {
         const float* const m = matrix.m;

@@ -314,9 +314,10 @@ TEST(ParseInteger, ValuesWrapInTheWidthOfTheirType) {
     expectRows("parseUDec", "unsigned short", {{"65536", WHOLE, 0, 5}, {"70000", WHOLE, 4464, 5}});
     expectRows("parseUDec", "unsigned __int64",
                {{"18446744073709551616", WHOLE, 0, 20}, {"18446744073709551615", WHOLE, -1, 20}});
-    expectRows(
-        "parseInt", "char",
-        {{"-1", WHOLE, -1, 2}, {"200", WHOLE, static_cast<char>(200), 3}, {"-128", WHOLE, static_cast<char>(-128), 4}});
+    expectRows("parseInt", "char",
+               {{"-1", WHOLE, static_cast<char>(-1), 2},
+                {"200", WHOLE, static_cast<char>(200), 3},
+                {"-128", WHOLE, static_cast<char>(-128), 4}});
     expectRows("parseInt", "signed char", {{"200", WHOLE, -56, 3}, {"-129", WHOLE, 127, 4}});
     expectRows("parseDec", "short", {{"32768", WHOLE, -32768, 5}, {"-32769", WHOLE, 32767, 6}});
     expectRows("parseHex", "__int64",
