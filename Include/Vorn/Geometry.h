@@ -14,6 +14,7 @@
 
 #include "Vorn/Assert.h"
 #include "Vorn/FloatRect.h"
+#include "Vorn/GeometryBatch.h"
 #include "Vorn/Matrix3.h"
 #include "Vorn/Private/ExactVector.h" // the roundings
 #include "Vorn/Vector2.h"
@@ -23,6 +24,7 @@
 #include <iterator>
 #include <limits>
 #include <optional>
+#include <type_traits>
 #include <utility>
 
 namespace Vorn {
@@ -56,6 +58,9 @@ constexpr Vector2CornerRect cornersOf(const FloatRect& rect) noexcept {
 /// Throws `Exception<4>`: "no points!" for an empty range.
 template <class Points, class = decltype(std::begin(std::declval<const Points&>()))>
 FloatRect boundsOf(const Points& points) {
+    if constexpr (std::is_convertible_v<const Points&, ConstVectorSpan>) {
+        if (std::size(points) >= 16) return boundsOf(ConstVectorSpan(points)); // for fewer, a loop is as fast
+    }
     VornPrivate::Bounds x, y;
     bool isEmpty = true;
     for (const Vector2& point : points) {

@@ -9,6 +9,7 @@
 #include "Vorn/ExceptionString.h"
 #include "Vorn/FloatRect.h"
 #include "Vorn/Geometry.h"
+#include "Vorn/GeometryBatch.h"
 #include "Vorn/GeometryStreams.h"
 #include "Vorn/Matrix3.h"
 #include "Vorn/ParseFloat.h"
@@ -60,4 +61,5 @@
 #include "Vorn/Types.h"
 #include "Vorn/Vector2.h"
 #include "Vorn/Vector2CornerRect.h"
+#include "Vorn/VectorSpan.h"
 #include "Vorn/XYPair.h"

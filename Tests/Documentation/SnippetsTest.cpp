@@ -543,4 +543,37 @@ TEST(Snippets, Geometry) {
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "(1, 2.5)");
 }
 
+struct Corner {
+    Vorn::Vector2 corner;
+    float radius;
+};
+struct Vertex {
+    Vorn::Vector2 position;
+    Corner box;
+};
+std::vector<Vorn::Vector2> makePoints() { return {Vorn::Vector2::UNIT_X, Vorn::Vector2::UNIT_Y}; }
+std::vector<Vertex> makeVertices() {
+    const Corner corner{Vorn::Vector2::UNIT_Y, 1.0f};
+    return {{Vorn::Vector2::ZERO, corner}, {Vorn::Vector2::UNIT_X, corner}};
+}
+
+TEST(Snippets, GeometryBatch) {
+    std::vector<Vorn::Vector2> points = makePoints();
+    std::vector<Vertex> vertices = makeVertices();
+    Vorn::VectorSpan all = points;
+    Vorn::VectorSpan positions(vertices, &Vertex::position);
+    Vorn::ConstVectorSpan corners(&vertices[0].box.corner, vertices.size(), sizeof(Vertex));
+    EXPECT_EQ(all.count() + positions.count() + corners.count(), 6u);
+
+    const Vorn::Matrix3 matrix(0.0f, -1.0f, 5.0f, 1.0f, 0.0f, 0.0f, 0.0f, 0.0f, 1.0f);
+    std::vector<Vorn::Vector2> transformed(2, Vorn::Vector2::ZERO);
+    Vorn::transform(matrix, points);                                        // in place
+    Vorn::transform(matrix, points, transformed);                           // into another array
+    Vorn::transform(matrix, Vorn::VectorSpan(vertices, &Vertex::position)); // inside larger elements
+    const Vorn::FloatRect bounds = Vorn::boundsOf(points);
+    EXPECT_EQ(bounds, Vorn::FloatRect(4.0f, 0.0f, 5.0f, 1.0f));
+    EXPECT_EQ(transformed[0], Vorn::Vector2(4.0f, 5.0f));
+    EXPECT_EQ(vertices[1].position, Vorn::Vector2(5.0f, 1.0f));
+}
+
 } // namespace

@@ -1,11 +1,13 @@
 #include "Faults/Operation.h"
 #include "Support/Texts.h"
+#include "Vorn/Geometry.h"
 #include "Vorn/Matrix3.h"
 #include "Vorn/ParseFloat.h"
 #include "Vorn/ParseInt.h"
 #include "Vorn/PrintFloat.h"
 #include "Vorn/PrintInt.h"
 
+#include <algorithm>
 #include <limits>
 #include <type_traits>
 
@@ -202,6 +204,20 @@ std::vector<Operation> numberOperations() {
          [](Attempt& attempt) {
              const Vorn::Matrix3 matrix = Vorn::Matrix3::IDENTITY;
              attempt([&] { matrix.inversedCopy(); });
+         }},
+        {"GeometryBatches",
+         Outcome::ALLOCATES_NOTHING,
+         {"transform", "normaliseApproximately", "boundsOf"},
+         [](Attempt& attempt) {
+             Vorn::Vector2 source[20] = {}, target[20] = {};
+             std::fill_n(source, 20, Vorn::Vector2::UNIT_X);
+             attempt([&] {
+                 Vorn::transform(Vorn::Matrix3::IDENTITY, source);
+                 Vorn::transform(Vorn::Matrix3::IDENTITY, source, target);
+                 Vorn::normaliseApproximately(source);
+                 Vorn::normaliseApproximately(source, target);
+                 Vorn::boundsOf(source);
+             });
          }},
     };
 }

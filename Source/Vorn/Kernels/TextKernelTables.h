@@ -6,13 +6,8 @@
 /// processor.
 #pragma once
 
+#include "InstructionSets.h"
 #include "TextKernels.h"
-
-#if defined(__x86_64__) || defined(__i386__)
-#define VORN_X86_KERNELS
-#elif defined(__aarch64__)
-#define VORN_NEON_KERNELS
-#endif
 
 namespace VornPrivate {
 
