@@ -1,6 +1,7 @@
 // How much of a large set of rows, and how many rounds of a random test, run. Optimised builds run everything;
 // sanitizers and unoptimised builds run a part. The environment variable VORN_TEST_EFFORT overrides the build's choice
-// with `full`, `reduced` or `small`; `small` is meant for valgrind and emulators.
+// with `exhaustive`, `full`, `reduced` or `small`. `small` is meant for valgrind and emulators; `exhaustive` runs a
+// hundred times the rounds of `full`, and is meant for single tests that --gtest_filter selects.
 #pragma once
 
 #include "Support/Sanitizers.h"
@@ -10,7 +11,7 @@
 #include <stdexcept>
 #include <string>
 
-enum class Effort { SMALL, REDUCED, FULL };
+enum class Effort { SMALL, REDUCED, FULL, EXHAUSTIVE };
 
 /// What a build runs unless the environment says otherwise.
 #if VORN_TEST_HAS_SANITIZER || !defined(__OPTIMIZE__)
@@ -25,10 +26,11 @@ inline Effort effort() {
         const char* const variable = std::getenv("VORN_TEST_EFFORT");
         const std::string name(variable ? variable : "");
         if (name.empty()) return VORN_TEST_BUILD_EFFORT;
+        if (name == "exhaustive") return Effort::EXHAUSTIVE;
         if (name == "full") return Effort::FULL;
         if (name == "reduced") return Effort::REDUCED;
         if (name == "small") return Effort::SMALL;
-        throw std::invalid_argument("VORN_TEST_EFFORT is \"" + name + "\", not full, reduced or small");
+        throw std::invalid_argument("VORN_TEST_EFFORT is \"" + name + "\", not exhaustive, full, reduced or small");
     }();
     return chosen;
 }
@@ -39,6 +41,7 @@ inline constexpr unsigned int LARGEST_ROW_STEP = 13;
 /// One row in so many of a large table runs. A prime number, so that no column is left out.
 inline unsigned int rowStep() {
     switch (effort()) {
+    case Effort::EXHAUSTIVE:
     case Effort::FULL: return 1;
     case Effort::REDUCED: return 7;
     case Effort::SMALL: break;
@@ -49,6 +52,7 @@ inline unsigned int rowStep() {
 /// Rounds of a random test that runs `full` rounds in an optimised build. Never fewer than `least`.
 inline int repetitions(int full, int least = 1) {
     switch (effort()) {
+    case Effort::EXHAUSTIVE: return 100 * full;
     case Effort::FULL: return full;
     case Effort::REDUCED: return std::max(full / 50, least);
     case Effort::SMALL: break;

@@ -115,7 +115,7 @@ TEST(TextSearch, AllShortTextsOverTwoLetters) {
 
 TEST(TextSearch, RandomTextsOfFewLetters) {
     Random random(707);
-    for (int i = 0; i < 20000; ++i) {
+    for (int i = 0; i < repetitions(20000, 1000); ++i) {
         const unsigned int letters = 1 + random.below(3);
         const auto word = [&](std::size_t length) {
             std::string result;

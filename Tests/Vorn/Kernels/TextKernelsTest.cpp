@@ -399,8 +399,18 @@ TEST_P(TextKernelsTest, ConvertsTextOfAllLengths) {
     }
 }
 
+TEST_P(TextKernelsTest, ConvertsRandomTexts) {
+    std::mt19937 random(7);
+    for (int round = repetitions(100000); round > 0; --round) {
+        const reference::Script& script = reference::scripts()[random() % reference::scripts().size()];
+        const Codes codes = reference::randomText(random, script, static_cast<unsigned int>(random() % 120));
+        const std::size_t units = reference::toUTF16(codes).size();
+        ASSERT_TRUE(convertsToUTF16(kernels(), codes, random() % (units + 40), GuardedEdge::END)) << script.name;
+    }
+}
+
 // The unpaired surrogates of UCS-2 text, and firsts in front of any unit, convert as by the plain rules.
-TEST_P(TextKernelsTest, ConvertsAnyUnits) {
+TEST_P(TextKernelsTest, ConvertsRandomUnits) {
     Random random(5);
     for (int round = repetitions(100000); round > 0; --round) {
         Units text(random.below(120));
@@ -468,10 +478,9 @@ TEST_P(TextKernelsTest, ConvertsAndSkipsASCII) {
     }
 }
 
-TEST_P(TextKernelsTest, MatchesEqualTextUpToTheDifference) {
+TEST_P(TextKernelsTest, MatchesRandomTextsUpToTheDifference) {
     std::mt19937 random(6);
-    const int rounds = repetitions(60000);
-    for (int round = 0; round < rounds; ++round) {
+    for (int round = repetitions(100000); round > 0; --round) {
         const reference::Script& script = reference::scripts()[random() % reference::scripts().size()];
         const Codes codes = reference::randomText(random, script, static_cast<unsigned int>(random() % 100));
         Bytes bytes = reference::toUTF8(codes);
@@ -494,6 +503,47 @@ TEST_P(TextKernelsTest, MatchesEqualTextUpToTheDifference) {
             ASSERT_TRUE(isBoundary) << progress.source << ' ' << progress.dest << ": " << reference::shown(bytes)
                                     << "and " << reference::shown(units);
         }
+    }
+}
+
+TEST_P(TextKernelsTest, SkipsCopiesMatchesAndCountsUnitsOfRandomTexts) {
+    Random random(8);
+    for (int round = repetitions(100000); round > 0; --round) {
+        const std::size_t length = random.below(150);
+        const unsigned int range = random.below(2) ? 2 + random.below(6) : 0x80;
+        Bytes bytes;
+        while (bytes.size() < length) bytes.push_back(static_cast<unsigned char>(1 + random.below(range - 1)));
+        Units units(bytes.begin(), bytes.end());
+        if (random.below(2) && length != 0)
+            bytes[random.below(static_cast<unsigned int>(length))] = static_cast<unsigned char>(random());
+        if (random.below(2) && length != 0)
+            units[random.below(static_cast<unsigned int>(length))] = static_cast<UTF16Char>(random());
+        const GuardedBuffer<unsigned char> text(bytes);
+        const GuardedBuffer<UTF16Char> wide(units);
+        const auto plainEnd = [](const auto& all) {
+            const auto end = std::find_if(all.begin(), all.end(), [](unsigned int u) { return u == 0 || u > 0x7F; });
+            return static_cast<std::size_t>(end - all.begin());
+        };
+        std::size_t equal = 0;
+        while (equal < length && bytes[equal] == units[equal]) ++equal;
+        ASSERT_LE(kernels().matchUnits(text.data(), wide.data(), length), equal) << reference::shown(bytes);
+        ASSERT_LE(kernels().skipASCII8(text.data(), length), plainEnd(bytes)) << reference::shown(bytes);
+        ASSERT_LE(kernels().skipASCII16(wide.data(), length), plainEnd(units)) << reference::shown(units);
+        const GuardedBuffer<UTF16Char> widened(length);
+        const std::size_t wider = kernels().widenASCII(text.data(), length, widened.data());
+        ASSERT_LE(wider, plainEnd(bytes)) << reference::shown(bytes);
+        ASSERT_TRUE(std::equal(bytes.data(), bytes.data() + wider, widened.data())) << reference::shown(bytes);
+        const GuardedBuffer<unsigned char> narrowed(length);
+        const std::size_t narrower = kernels().narrowASCII(wide.data(), length, narrowed.data());
+        ASSERT_LE(narrower, plainEnd(units)) << reference::shown(units);
+        ASSERT_TRUE(std::equal(units.data(), units.data() + narrower, narrowed.data())) << reference::shown(units);
+        const unsigned int unit = random.below(range);
+        ASSERT_EQ(kernels().count8(text.data(), length, static_cast<unsigned char>(unit)),
+                  static_cast<std::size_t>(std::count(bytes.begin(), bytes.end(), unit)))
+            << reference::shown(bytes);
+        ASSERT_EQ(kernels().count16(wide.data(), length, static_cast<UTF16Char>(unit)),
+                  static_cast<std::size_t>(std::count(units.begin(), units.end(), unit)))
+            << reference::shown(units);
     }
 }
 
