@@ -209,9 +209,9 @@ unsigned int StringData::getUTF32CharFromBuffer(int index) const {
     return c;
 }
 
-template unsigned int StringData::getASCIICharFromBuffer<unsigned char>(int index) const;
-template unsigned int StringData::getASCIICharFromBuffer<UTF16Char>(int index) const;
-template unsigned int StringData::getUTF32CharFromBuffer<unsigned char>(int index) const;
-template unsigned int StringData::getUTF32CharFromBuffer<UTF16Char>(int index) const;
+template VORN_API unsigned int StringData::getASCIICharFromBuffer<unsigned char>(int index) const;
+template VORN_API unsigned int StringData::getASCIICharFromBuffer<UTF16Char>(int index) const;
+template VORN_API unsigned int StringData::getUTF32CharFromBuffer<unsigned char>(int index) const;
+template VORN_API unsigned int StringData::getUTF32CharFromBuffer<UTF16Char>(int index) const;
 
 } // namespace Vorn

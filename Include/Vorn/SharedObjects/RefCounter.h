@@ -56,7 +56,9 @@ protected:
 static_assert(sizeof(std::atomic<int>) == 4, "the counts are 32 bits wide");
 
 /// Returns true if `counter` is null, or if its use count and its object pointer are both zero or both not zero.
-VORN_API inline bool validRefCounter(const RefCounter* counter) {
+VORN_API bool validRefCounter(const RefCounter* counter);
+
+inline bool validRefCounter(const RefCounter* counter) {
     return !counter || (counter->m_useCount.load(std::memory_order_relaxed) != 0) == (counter->m_ptr != nullptr);
 }
 

@@ -358,7 +358,9 @@ void StringOwnerMap<CharType>::addStaticString(const CharType* buffer) {
     m_staticBuffers.insert(buffer);
 }
 
+#if !defined(_WIN32) // where g++ exports no inline members of an instantiated class
 extern template class StringOwnerMap<unsigned char>;
 extern template class StringOwnerMap<UTF16Char>;
+#endif
 
 } // namespace Vorn
