@@ -2,7 +2,8 @@
 // leaves the state that its header documents, and leaks nothing. An exported function without a row fails a test.
 #include "Faults/Operation.h"
 
-#include <csignal>
+#include "Support/Aborted.h"
+
 #include <fstream>
 #include <map>
 #include <set>
@@ -45,7 +46,7 @@ void expectAborts(const Operation& operation) {
                 Attempt attempt(n, false);
                 operation.run(attempt);
             },
-            ::testing::KilledBySignal(SIGABRT), "");
+            aborted(), "");
     }
 }
 

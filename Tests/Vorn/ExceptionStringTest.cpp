@@ -1,10 +1,10 @@
 #include "Vorn/ExceptionString.h"
 
+#include "Support/Aborted.h"
 #include "Support/AllocationCounter.h"
 
 #include <gtest/gtest.h>
 
-#include <csignal>
 #include <cstring>
 #include <limits>
 #include <random>
@@ -353,22 +353,21 @@ TEST(ExceptionStringDeathTest, RunningOutOfMemoryAborts) {
             ExceptionString string;
             string.createString(10);
         },
-        ::testing::KilledBySignal(SIGABRT), "");
+        aborted(), "");
 }
 
 TEST(ExceptionStringDeathTest, LengthsThatNoIntHoldsAbort) {
     const ExceptionString half("?", 0x40000000); // never read
-    const auto abort = ::testing::KilledBySignal(SIGABRT);
-    EXPECT_EXIT(ExceptionString(half + half), abort, "");
-    EXPECT_EXIT(ExceptionString(half + half + half + half + ExceptionString("x", 1)), abort, "");
+    EXPECT_EXIT(ExceptionString(half + half), aborted(), "");
+    EXPECT_EXIT(ExceptionString(half + half + half + half + ExceptionString("x", 1)), aborted(), "");
     EXPECT_EXIT(
         {
             ExceptionString string("static", 6);
             string = half + half;
         },
-        abort, "");
-    EXPECT_EXIT(ExceptionString().createString(-1), abort, "");
-    EXPECT_EXIT(ExceptionString().createString(std::numeric_limits<int>::min()), abort, "");
+        aborted(), "");
+    EXPECT_EXIT(ExceptionString().createString(-1), aborted(), "");
+    EXPECT_EXIT(ExceptionString().createString(std::numeric_limits<int>::min()), aborted(), "");
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "Vorn/Exception.h"
 
+#include "Support/Aborted.h"
 #include "Support/AllocationCounter.h"
 #include "Support/Random.h"
 #include "Support/Report.h"
@@ -7,7 +8,6 @@
 #include <gtest/gtest.h>
 
 #include <cerrno>
-#include <csignal>
 #include <cstdio>
 #include <cstring>
 #include <stdexcept>
@@ -211,7 +211,7 @@ TEST(ExceptionDeathTest, FormattingOutOfMemoryAborts) {
             failAllocation(1);
             Vorn::throwAssert(literal("File"), literal("f"), literal("__LINE__"), 4, literal("prefix"), "%d", 1);
         },
-        ::testing::KilledBySignal(SIGABRT), "");
+        aborted(), "");
 }
 
 TEST(AllExceptions, PrintedMessageIsADynamicTextOfItsOwn) {
