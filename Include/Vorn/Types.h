@@ -13,6 +13,16 @@ using UTF16Char = wchar_t;
 using UTF16Char = char16_t;
 #endif
 
+/// A literal of UTF16Char: `VORN_UTF16("text")`, `VORN_UTF16('c')` or `VORN_UTF16("text"_vs)`. Use it where a unit, an
+/// array or a pointer must be of UTF16Char; functions that take a TextView accept `u"text"` on every platform.
+///
+///     const Vorn::UTF16Char title[] = VORN_UTF16("Menü");
+#if WCHAR_MAX <= 0xFFFF
+#define VORN_UTF16(literal) L##literal
+#else
+#define VORN_UTF16(literal) u##literal
+#endif
+
 /// A code point, a sentinel (see Vorn/String/UTF32.h) or a packed word of 32 bits.
 using UTF32Char = unsigned int;
 

@@ -125,6 +125,11 @@ TEST(Snippets, Assert) {
 #undef N
 #undef text
 
+TEST(Snippets, Types) {
+    const Vorn::UTF16Char title[] = VORN_UTF16("Menü");
+    EXPECT_STREQ(Vorn::String(title).getCString(), "Menü");
+}
+
 TEST(Snippets, TextView) {
     struct File {
         Vorn::String getName() const { return "icon.png"; }

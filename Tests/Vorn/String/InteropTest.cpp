@@ -23,14 +23,14 @@ TEST(Interop, LiteralsAreStaticStrings) {
     EXPECT_STREQ(string.getCString(), "door");
     EXPECT_EQ(string.getData()->getAllocationType<unsigned char>(), STRING_DATA_STATIC);
     EXPECT_TRUE(string.getData()->getBufferInfo<unsigned char>().m_nullTerminated);
-    EXPECT_EQ(u"door"_vs, string);
-    EXPECT_EQ((u"door"_vs).getData()->getAllocationType<UTF16Char>(), STRING_DATA_STATIC);
+    EXPECT_EQ(VORN_UTF16("door"_vs), string);
+    EXPECT_EQ((VORN_UTF16("door"_vs)).getData()->getAllocationType<UTF16Char>(), STRING_DATA_STATIC);
     EXPECT_TRUE((""_vs).isEmpty());
 }
 
 TEST(Interop, ComparesWithLiteralsAndStandardStrings) {
     const std::string text = "door";
-    for (const String& string : {"door"_vs, u"door"_vs}) {
+    for (const String& string : {"door"_vs, VORN_UTF16("door"_vs)}) {
         EXPECT_TRUE(string == "door" && "door" == string && string != "doors" && string < "e");
         EXPECT_TRUE(string == text && string == std::string_view(text) && !(string != text));
         EXPECT_TRUE(string != std::string("doors") && string != std::string_view());
@@ -145,7 +145,7 @@ TEST(Interop, RangesOfBytes) {
 }
 
 TEST(Interop, LiteralsAreTerminatedTextsThatNobodyCopies) {
-    const String bytes = "abc"_vs, units = u"abc"_vs;
+    const String bytes = "abc"_vs, units = VORN_UTF16("abc"_vs);
     const StringDataBufferInfo& info8 = bytes.getData()->getBufferInfo<unsigned char>();
     const StringDataBufferInfo& info16 = units.getData()->getBufferInfo<UTF16Char>();
     for (const StringDataBufferInfo* info : {&info8, &info16}) {

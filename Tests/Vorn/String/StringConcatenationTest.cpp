@@ -109,13 +109,13 @@ TEST(StringConcatenation, OfUTF16KeepsHalfOfTheLeftText) {
         UTF16Text expected; // without the right text
     };
     const Row rows[] = {
-        {u"abcd", {'a', 'b', 0, 0}},
-        {u"ab", {'a', 0}},
-        {u"abc", {'a', 'b', 0}},
-        {u"a", {'a'}},
+        {VORN_UTF16("abcd"), {'a', 'b', 0, 0}},
+        {VORN_UTF16("ab"), {'a', 0}},
+        {VORN_UTF16("abc"), {'a', 'b', 0}},
+        {VORN_UTF16("a"), {'a'}},
         {{0x1234, 0x2345, 0x3456}, {0x1234, 0x45, 0}}, // the low byte of the second unit
     };
-    const UTF16Text right = u"right";
+    const UTF16Text right = VORN_UTF16("right");
     const std::string narrow = "narrow";
     for (const Row& row : rows) {
         String string = over(row.left);
@@ -127,7 +127,7 @@ TEST(StringConcatenation, OfUTF16KeepsHalfOfTheLeftText) {
 
         string = over(row.left);
         string += over(narrow);
-        EXPECT_EQ(unitsOf(*string.getData()), row.expected + u"narrow");
+        EXPECT_EQ(unitsOf(*string.getData()), row.expected + VORN_UTF16("narrow"));
     }
 }
 
@@ -136,7 +136,7 @@ struct Refused {
     Refused() : string(over(left)), right(over(rightText)) {
         // The right text becomes its second surrogate, which the scan does not take.
     }
-    UTF16Text left = u"ab";
+    UTF16Text left = VORN_UTF16("ab");
     std::string rightText = "\xF0\x90\x80\x80";
     String string;
     String right;
@@ -198,7 +198,7 @@ TEST(StringConcatenation, StaysInsideItsBlockWhenTheLastCharacterOverruns) {
 
 TEST(StringConcatenation, WithoutMemoryChangesNothing) {
     const std::string left = "left", right = "right";
-    const UTF16Text wideLeft = u"left";
+    const UTF16Text wideLeft = VORN_UTF16("left");
     const String wide = over(right);
     for (const bool isShared : {false, true}) {
         for (const String& start : {over(left), over(wideLeft)}) {

@@ -266,7 +266,7 @@ TEST(StringComparison, RecordsWithoutABufferEqualOnlyEachOther) {
     using VornPrivate::StringDataProbe;
     const String null(StringDataProbe::makeNull()), other(StringDataProbe::makeNull());
     const std::string letter = "a";
-    const UTF16Text wideLetter = u"a";
+    const UTF16Text wideLetter = VORN_UTF16("a");
     EXPECT_TRUE(*null.getData() == *other.getData());
     EXPECT_FALSE(*null.getData() < *other.getData());
     for (const String& text : {over(letter), over(wideLetter)}) {

@@ -17,7 +17,7 @@ const signed char* needleOf(const std::string& text) { return reinterpret_cast<c
 
 TEST(StringQueries, RefuseNullAndEmptyNeedles) {
     const std::string text = "abc";
-    const UTF16Text wide = u"abc";
+    const UTF16Text wide = VORN_UTF16("abc");
     const String noBuffer(VornPrivate::StringDataProbe::makeNull());
     const signed char empty[] = {0};
     for (const String& string : {over(text), over(wide), noBuffer, String::getEmptyString()}) {
@@ -276,7 +276,7 @@ TEST(StringQueries, UnicodeCharAtEndsTheWalkOnBrokenText) {
 TEST(StringQueries, FetchersAssertCharsetAndBuffer) {
     using VornPrivate::StringDataProbe;
     const std::string text = "abc";
-    const UTF16Text wide = u"abc";
+    const UTF16Text wide = VORN_UTF16("abc");
     const String narrow = over(text), utf16 = over(wide);
     StringDataProbe::setCharset(*utf16.getData(), STRING_DATA_UCS2);
     expectRaises<2>([&] { StringDataProbe::getASCIIChar<UTF16Char>(*utf16.getData(), 0); },

@@ -37,7 +37,7 @@ void expectOwnBlock(const StringData& substring, bool utf8) {
 
 TEST(ConvertedSubstring, OfASCIIWidensAndNarrows) {
     const std::string text = "hello world";
-    const UTF16Text units = u"hello world";
+    const UTF16Text units = VORN_UTF16("hello world");
     const String narrow = over(text);
     const String wide = over(units);
     for (int offset = -11; offset <= 11; ++offset) {
@@ -221,7 +221,7 @@ TEST(ConvertedSubstring, LeavesOutASupplementaryCharacterThatIsHalved) {
     const std::string text = "a\xF0\x90\x80\x80";
     const String source = over(text);
     const String substring(source.getData()->substr<UTF16Char>(0, 2));
-    EXPECT_EQ(unitsOf(*substring.getData()), u"a");
+    EXPECT_EQ(unitsOf(*substring.getData()), VORN_UTF16("a"));
     EXPECT_EQ(source.getData()->substr<UTF16Char>(1, 1), &StringData::s_emptyString);
 }
 

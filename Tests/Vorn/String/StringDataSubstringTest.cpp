@@ -66,7 +66,7 @@ TEST(Substring, StandsDirectlyBehindItsParentInTheChain) {
 }
 
 TEST(Substring, OfUTF16StandsInItsOwnChain) {
-    const UTF16Text text = u"0123456789";
+    const UTF16Text text = VORN_UTF16("0123456789");
     const String parent = over(text);
     const String first(parent.getData()->substr<UTF16Char>(2, 6));
     const String inner(first.getData()->substr<UTF16Char>(-2, NPOS));
@@ -76,7 +76,7 @@ TEST(Substring, OfUTF16StandsInItsOwnChain) {
     EXPECT_EQ(inner.getData()->getBufferInfo<UTF16Char>().m_offset, 6u);
     EXPECT_EQ(inner.getData()->getAllocationType<UTF16Char>(), STRING_DATA_EXTERNAL);
     EXPECT_EQ(inner.getData()->getPrevious<Byte>(), nullptr);
-    EXPECT_EQ(unitsOf(*inner.getData()), u"67");
+    EXPECT_EQ(unitsOf(*inner.getData()), VORN_UTF16("67"));
 }
 
 TEST(Substring, TakesOverTheBlockOfADyingOwner) {
@@ -113,7 +113,7 @@ TEST(Substring, OfAStaticBufferIsStaticAndUnlinked) {
     parent = String();
     EXPECT_EQ(textOf(*substring.getData()), "text");
 
-    static constexpr UTF16Char units[] = u"static";
+    static constexpr UTF16Char units[] = VORN_UTF16("static");
     const String wide(units, 6, STRING_DATA_STATIC);
     const String wideCut(wide.getData()->substr<UTF16Char>(1, 2));
     EXPECT_EQ(wideCut.getData()->getAllocationType<UTF16Char>(), STRING_DATA_STATIC);
@@ -123,7 +123,7 @@ TEST(Substring, OfAStaticBufferIsStaticAndUnlinked) {
 
 TEST(Substring, OfTheWholeTerminatedTextIsTerminated) {
     const std::string text = "whole";
-    const UTF16Text units = u"whole";
+    const UTF16Text units = VORN_UTF16("whole");
     const String parent = over(text);
     const String substring(parent.getData()->substr<Byte>(0, NPOS));
     EXPECT_NE(substring.getData(), parent.getData());
@@ -135,7 +135,7 @@ TEST(Substring, OfTheWholeTerminatedTextIsTerminated) {
     const String wide = over(units);
     const String tail(wide.getData()->substr<UTF16Char>(2, 3));
     EXPECT_TRUE(tail.getData()->getBufferInfo<UTF16Char>().m_nullTerminated);
-    EXPECT_EQ(unitsOf(*tail.getData()), u"ole");
+    EXPECT_EQ(unitsOf(*tail.getData()), VORN_UTF16("ole"));
     const String middle(wide.getData()->substr<UTF16Char>(1, 3));
     EXPECT_FALSE(middle.getData()->getBufferInfo<UTF16Char>().m_nullTerminated);
 }
@@ -152,7 +152,7 @@ TEST(Substring, OfTheEndOfAnUnterminatedTextIsNotTerminated) {
 
 TEST(Substring, EmptyResultsAreTheEmptyRecord) {
     const std::string text = "abc";
-    const UTF16Text units = u"abc";
+    const UTF16Text units = VORN_UTF16("abc");
     const String narrow = over(text);
     const String wide = over(units);
     for (const int offset : {0, 1, 3, -1, -3}) {
@@ -170,7 +170,7 @@ TEST(Substring, EmptyResultsAreTheEmptyRecord) {
 
 TEST(Substring, RefusesOffsetsOutsideTheText) {
     const std::string text = "abc";
-    const UTF16Text units = u"abc";
+    const UTF16Text units = VORN_UTF16("abc");
     const String narrow = over(text);
     const String wide = over(units);
     for (const int offset : {4, 100, 0x7FFFFFFF, -4, -100, -0x7FFFFFFF - 1}) {
@@ -267,7 +267,7 @@ TEST(Substring, OfUTF16LeavesOutAFinalFirstSurrogate) {
     const UTF16Text units = utf16Of({0x61, 0x10000, 0x62});
     const String parent = over(units);
     const String substring(parent.getData()->substr<UTF16Char>(0, 2));
-    EXPECT_EQ(unitsOf(*substring.getData()), u"a");
+    EXPECT_EQ(unitsOf(*substring.getData()), VORN_UTF16("a"));
     EXPECT_EQ(parent.getData()->substr<UTF16Char>(1, 1), &StringData::s_emptyString);
     const String whole(parent.getData()->substr<UTF16Char>(1, 2));
     EXPECT_EQ(unitsOf(*whole.getData()), utf16Of({0x10000}));
@@ -291,7 +291,7 @@ TEST(Substring, OfUTF16AssertsThatItsEndsAreCharacters) {
 
 TEST(Substring, RefusesAnUnknownAllocationType) {
     const std::string text = "abc";
-    const UTF16Text units = u"abc";
+    const UTF16Text units = VORN_UTF16("abc");
     StringData narrow(bytesOf(text), 4, STRING_DATA_NONE);
     StringData wide(units.c_str(), 4, STRING_DATA_NONE);
     expectRaises<2>([&] { narrow.substr<Byte>(0, 1); }, "Invalid allocation type!", "Vorn::StringData::substr");

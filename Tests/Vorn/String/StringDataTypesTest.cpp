@@ -1,8 +1,12 @@
 #include "Vorn/String/StringDataTypes.h"
 
+#include "Vorn/Types.h"
+
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstddef>
+#include <iterator>
 #include <type_traits>
 
 namespace {
@@ -17,6 +21,15 @@ TEST(StringDataTypes, ValuesAreShared) {
     EXPECT_EQ(static_cast<int>(Vorn::STRING_DATA_ASCII), 1);
     EXPECT_EQ(static_cast<int>(Vorn::STRING_DATA_UCS2), 2);
     EXPECT_EQ(static_cast<int>(Vorn::STRING_DATA_UNICODE), 3);
+}
+
+TEST(Types, LiteralsOfUTF16CharHoldItsUnits) {
+    const Vorn::UTF16Char text[] = VORN_UTF16("a\u00E9\U0001F600");
+    const unsigned int expected[] = {'a', 0xE9, 0xD83D, 0xDE00, 0};
+    EXPECT_TRUE(std::equal(std::begin(text), std::end(text), std::begin(expected), std::end(expected)));
+    static_assert(std::is_same_v<decltype(VORN_UTF16('c')), Vorn::UTF16Char> && VORN_UTF16('\u4E00') == 0x4E00);
+    static_assert(VORN_UTF16(R"(\)")[0] == '\\' && VORN_UTF16("b"
+                                                              "c")[1] == 'c');
 }
 
 TEST(StringDataTypes, BufferInfoKeepsItsOrder) {

@@ -59,7 +59,7 @@ TEST(UnrelatedThreads, JoinAndConvert) {
         String text("number ");
         const std::string number = std::to_string(thread);
         text += String(number.c_str());
-        text += String(u"\u00E9\U0001F600");
+        text += String(VORN_UTF16("\u00E9\U0001F600"));
         EXPECT_EQ(std::string(text.getCString()), "number " + std::to_string(thread) + "\xC3\xA9\xF0\x9F\x98\x80");
         EXPECT_EQ(text.getUnicodeLength(), 10u);
         UTF8String edited(text);

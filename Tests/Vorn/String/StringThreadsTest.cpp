@@ -53,7 +53,7 @@ TEST(StringThreads, CountEveryEmptySubstring) {
     std::vector<String> kept(THREADS * ROUNDS);
     inThreads([&](int thread) {
         const std::string narrow = "narrow";
-        const std::u16string wide = u"wide";
+        const std::basic_string<UTF16Char> wide = VORN_UTF16("wide");
         const String text(narrow.c_str());
         const String wideText(wide.c_str());
         for (int i = 0; i < ROUNDS; ++i) {

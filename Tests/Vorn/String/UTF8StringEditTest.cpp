@@ -176,7 +176,7 @@ TEST(UTF8StringReserve, WithoutMemoryChangesNothing) {
 
 TEST(UTF8StringReserve, MoreThanATextCanHaveIsRefused) {
     const std::string text = "text";
-    const UTF16Text wide = u"wide";
+    const UTF16Text wide = VORN_UTF16("wide");
     UTF8String none, alone(bytesOf(text), 4), shared(over(text)), fromWide(over(wide));
     const String other = shared;
     const std::pair<const char*, UTF8String*> rows[] = {
@@ -471,7 +471,7 @@ TEST(UTF8StringEdit, ThatDoesNotRebuildLeavesAnOlderUTF16Buffer) {
     UTF8String string = own("abc");
     string.getData()->getTerminatedBuffer<UTF16Char>();
     string.erase(0, 1);
-    EXPECT_EQ(unitsOf(*string.getData()), u"abc");
+    EXPECT_EQ(unitsOf(*string.getData()), VORN_UTF16("abc"));
     EXPECT_EQ(textOf(string), "bc");
     string.append('d');
     EXPECT_EQ(string.getData()->getPrivateBuffer<UTF16Char>(), nullptr);

@@ -35,7 +35,7 @@ struct BrokenText {
 
 TEST(UTF8String, Constructors) {
     const std::string text = "text";
-    const UTF16Text wide = u"text";
+    const UTF16Text wide = VORN_UTF16("text");
     const String shared = over(text);
     EXPECT_EQ(UTF8String().getData(), nullptr);
     EXPECT_EQ(UTF8String(static_cast<StringData*>(nullptr)).getData(), nullptr);

@@ -257,7 +257,8 @@ TEST(MakeString, MakesALiteralOnce) {
     }
     const std::u32string emoji = U"\u00D6ffnen \U0001F600";
     EXPECT_EQ(literalOf(1).getCString(), reference::encodedUTF8(emoji));
-    EXPECT_EQ(std::u16string(literalOf(1).getData()->getBuffer<UTF16Char>()), reference::encodedUTF16(emoji));
+    const std::basic_string<UTF16Char> units = literalOf(1).getData()->getBuffer<UTF16Char>();
+    EXPECT_EQ(std::u16string(units.begin(), units.end()), reference::encodedUTF16(emoji));
     EXPECT_EQ(literalOf(2).getCString(), reference::encodedUTF8(emoji));
     EXPECT_TRUE(literalOf(1) == literalOf(2));
     EXPECT_EQ(std::string(literalOf(3).getCString()), "a\xC0\x80"

@@ -82,8 +82,8 @@ void expectStrings(const std::u32string& codes) {
         EXPECT_TRUE(TextView(asUTF8).isUTF8());
         EXPECT_FALSE(TextView(asUTF16).isUTF8());
         EXPECT_EQ(inHex(std::string(asUTF8.getCString())), inHex(stringBytes(codes)));
-        EXPECT_EQ(inHex(std::u16string(asUTF16.getData()->getPrivateBuffer<UTF16Char>(),
-                                       asUTF16.getData()->getUTF16Length() + 1)),
+        const UTF16Char* const stored = asUTF16.getData()->getPrivateBuffer<UTF16Char>();
+        EXPECT_EQ(inHex(std::u16string(stored, stored + asUTF16.getData()->getUTF16Length() + 1)),
                   inHex(reference::encodedUTF16(codes) + u'\0'));
         EXPECT_EQ((TextView(s).isUTF8() ? asUTF8 : asUTF16).getData(), s.getData());
     }
