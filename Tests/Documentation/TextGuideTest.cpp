@@ -1,18 +1,17 @@
 // Compiles and runs the code of Documentation/TextInTenMinutes.md. Each block of code of the page stands in this file
 // as it is, but for white space and comments.
 #include "Support/AllocationCounter.h"
+#include "Support/GuidePage.h"
 #include "Vorn/Text.h"
 #include "Vorn/Text/FormatFmt.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <fstream>
 #include <iomanip>
 #include <iostream>
 #include <map>
 #include <optional>
-#include <regex>
 #include <sstream>
 #include <string>
 #include <unordered_map>
@@ -22,41 +21,8 @@ namespace {
 
 using namespace Vorn;
 
-// The line without white space and without a comment at its end.
-std::string codeOf(std::string line) {
-    line = std::regex_replace(line, std::regex(R"((^|\s)//($|\s.*))"), "");
-    line.erase(std::remove_if(line.begin(), line.end(), [](unsigned char c) { return std::isspace(c); }), line.end());
-    return line;
-}
-
 TEST(TextGuide, EachBlockOfCodeIsCompiledHere) {
-    std::string source;
-    std::ifstream file(VORN_TEXT_GUIDE_SOURCE);
-    ASSERT_TRUE(file) << VORN_TEXT_GUIDE_SOURCE;
-    for (std::string line; std::getline(file, line);) source += codeOf(line);
-
-    std::ifstream page(VORN_TEXT_GUIDE_PAGE);
-    ASSERT_TRUE(page) << VORN_TEXT_GUIDE_PAGE;
-    unsigned int count = 0;
-    bool isCode = false;
-    std::string code, block;
-    for (std::string line; std::getline(page, line);) {
-        if (line.rfind("```", 0) != 0) {
-            if (isCode) {
-                code += codeOf(line);
-                block += line + '\n';
-            }
-            continue;
-        }
-        if (isCode) {
-            EXPECT_NE(source.find(code), std::string::npos) << "not compiled:\n" << block;
-            ++count;
-        }
-        isCode = !isCode;
-        code.clear();
-        block.clear();
-    }
-    EXPECT_GE(count, 13u);
+    expectCodeStandsIn(VORN_TEXT_GUIDE_SOURCE, GuidePage(VORN_TEXT_GUIDE_PAGE));
 }
 
 TEST(TextGuide, OwnedTextAndLiterals) {
