@@ -29,3 +29,20 @@ if(VORN_LIBRARY_TYPE STREQUAL STATIC)
 endif()
 configure_file(CMake/vorn.pc.in vorn.pc @ONLY)
 install(FILES "${CMAKE_CURRENT_BINARY_DIR}/vorn.pc" DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+
+# gdb looks for the printers of a library in the folder of its full path, below share/gdb/auto-load in /usr; elsewhere,
+# name the folder with `set auto-load scripts-directory`. The prefix is known when the files are installed.
+if(UNIX AND VORN_LIBRARY_TYPE STREQUAL SHARED)
+    set(VORN_PRINTERS "${PROJECT_SOURCE_DIR}/Debuggers/Gdb/VornPrinters.py")
+    install(CODE "
+        set(prefix \"\${CMAKE_INSTALL_PREFIX}\")
+        cmake_path(ABSOLUTE_PATH prefix)
+        file(INSTALL \"${VORN_PRINTERS}\"
+            DESTINATION \"\${prefix}/${CMAKE_INSTALL_DATADIR}/gdb/auto-load\${prefix}/${CMAKE_INSTALL_LIBDIR}\"
+            RENAME \"$<TARGET_FILE_NAME:Vorn>-gdb.py\")")
+endif()
+
+# Visual Studio reads the views of a library that a project links.
+install(FILES Debuggers/Vorn.natvis DESTINATION ${CMAKE_INSTALL_DATADIR}/vorn)
+target_sources(Vorn INTERFACE "$<$<CXX_COMPILER_ID:MSVC>:$<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/Debuggers/Vorn.natvis>\
+$<INSTALL_INTERFACE:${CMAKE_INSTALL_DATADIR}/vorn/Vorn.natvis>>")
