@@ -121,6 +121,12 @@ const std::vector<Row>& rows() {
              s.add('n', HIGH);
          }},
         {"adds `n` with a lower priority", [](Scene& s) { s.add('n', LOW); }},
+        {"adds `n` with a lower priority, and removes `c` and itself",
+         [](Scene& s) {
+             s.add('n', LOW);
+             s.remove('c');
+             s.remove('b');
+         }},
         {"adds `n` with its own priority", [](Scene& s) { s.add('n', OWN); }},
         {"adds `n` with a higher priority", [](Scene& s) { s.add('n', HIGH); }},
         {"adds itself again with its priority", [](Scene& s) { s.add('b', OWN); }},
