@@ -27,9 +27,9 @@ namespace VornPrivate {
 
 /// A view of characters with static storage.
 struct TextView {
-    template <int Size>
-    constexpr TextView(const char (&literal)[Size]) : text(literal), size(Size - 1) {}
-    template <int Capacity>
+    template <std::size_t Size>
+    constexpr TextView(const char (&literal)[Size]) : text(literal), size(int(Size) - 1) {}
+    template <std::size_t Capacity>
     constexpr TextView(const FixedText<Capacity>& fixed) : text(fixed.characters), size(fixed.size) {}
 
     operator Vorn::ExceptionString() const { return Vorn::ExceptionString(text, size); }

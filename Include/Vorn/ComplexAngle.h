@@ -64,7 +64,8 @@ public:
     /// Combines two rotations: the angles are added, the lengths multiplied.
     /// @{
     constexpr ComplexAngle operator*(const Pair& other) const noexcept {
-        return {float(double(other.x) * x - double(other.y) * y), float(double(other.x) * y + double(x) * other.y)};
+        return {float(double(other.x) * double(x) - double(other.y) * double(y)),
+                float(double(other.x) * double(y) + double(x) * double(other.y))};
     }
     constexpr ComplexAngle& operator*=(const Pair& other) noexcept { return *this = *this * other; }
     /// @}
@@ -80,7 +81,9 @@ public:
 
     /// The dot product, `x*other.x + y*other.y`.
     /// @{
-    constexpr float dot(const Pair& other) const noexcept { return float(double(x) * other.x + double(y) * other.y); }
+    constexpr float dot(const Pair& other) const noexcept {
+        return float(double(x) * double(other.x) + double(y) * double(other.y));
+    }
     constexpr float dotProduct(const Pair& other) const noexcept { return dot(other); }
     /// @}
 

@@ -19,7 +19,7 @@
 #define VORN_COLD __attribute__((cold, noinline))
 
 /// The value of `condition`; the compiler expects true.
-#define VORN_LIKELY(condition) __builtin_expect(static_cast<bool>(condition), 1)
+#define VORN_LIKELY(condition) __builtin_expect(!!(condition), 1)
 
 /// Makes the compiler check the arguments of a function that formats like `printf`. Both indices count from 1, and a
 /// member function's `this` is the first argument. `firstIndex` is 0 for a `std::va_list`.

@@ -18,6 +18,10 @@
 /// thread at a time, because `what` stores the line.
 #pragma once
 
+#if !defined(__cpp_exceptions)
+#error "Vorn reports failures as exceptions: compile without -fno-exceptions"
+#endif
+
 #include "Vorn/Config.h"
 #include "Vorn/ExceptionString.h"
 #include "Vorn/Private/Surprise.h"

@@ -85,7 +85,9 @@ public:
     }
 
     /// Height times width: negative if exactly one axis is inverted.
-    constexpr float areaSize() const noexcept { return float((double(bottom) - top) * (double(right) - left)); }
+    constexpr float areaSize() const noexcept {
+        return float((double(bottom) - double(top)) * (double(right) - double(left)));
+    }
 
     /// The centre.
     constexpr Vector2 getCenter() const noexcept { return {horizontal().centre(), vertical().centre()}; }

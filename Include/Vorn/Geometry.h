@@ -100,11 +100,11 @@ inline FloatRect anchored(const FloatRect& around, const Vector2& size, unsigned
     const auto start = [](double low, double high, double length, double distance, bool isLow, bool isHigh) {
         return isLow ? low + distance : isHigh ? high - distance - length : (low + high - length) * 0.5;
     };
-    const double left =
-        start(around.left, around.right, size.x, margin.x, pin & RectPoint::LEFT, pin & RectPoint::RIGHT);
-    const double top =
-        start(around.top, around.bottom, size.y, margin.y, pin & RectPoint::TOP, pin & RectPoint::BOTTOM);
-    return {float(left), float(top), float(left + size.x), float(top + size.y)};
+    const double left = start(double(around.left), double(around.right), double(size.x), double(margin.x),
+                              pin & RectPoint::LEFT, pin & RectPoint::RIGHT);
+    const double top = start(double(around.top), double(around.bottom), double(size.y), double(margin.y),
+                             pin & RectPoint::TOP, pin & RectPoint::BOTTOM);
+    return {float(left), float(top), float(left + double(size.x)), float(top + double(size.y))};
 }
 inline FloatRect anchored(const FloatRect& around, const Vector2& size, unsigned int pin, float margin = 0.0f) {
     return anchored(around, size, pin, Vector2(margin));
@@ -118,12 +118,13 @@ inline FloatRect anchored(const FloatRect& around, const Vector2& size, unsigned
 inline std::optional<Matrix3> inverseAtAnyScale(const Matrix3& matrix) noexcept {
     // Products of floats are exact in double, so each cofactor is rounded once.
     const auto cofactor = [&](int a, int b, int c, int d) {
-        return double(matrix.m[a]) * matrix.m[b] - double(matrix.m[c]) * matrix.m[d];
+        return double(matrix.m[a]) * double(matrix.m[b]) - double(matrix.m[c]) * double(matrix.m[d]);
     };
     const double adjugate[9] = {cofactor(4, 8, 5, 7), cofactor(2, 7, 1, 8), cofactor(1, 5, 2, 4),
                                 cofactor(5, 6, 3, 8), cofactor(0, 8, 2, 6), cofactor(2, 3, 0, 5),
                                 cofactor(3, 7, 4, 6), cofactor(1, 6, 0, 7), cofactor(0, 4, 1, 3)};
-    const double terms[3] = {matrix.m[0] * adjugate[0], matrix.m[1] * adjugate[3], matrix.m[2] * adjugate[6]};
+    const double terms[3] = {double(matrix.m[0]) * adjugate[0], double(matrix.m[1]) * adjugate[3],
+                             double(matrix.m[2]) * adjugate[6]};
     const double determinant = terms[0] + terms[1] + terms[2];
     const double size = std::fabs(terms[0]) + std::fabs(terms[1]) + std::fabs(terms[2]);
     if (!(std::fabs(determinant) > size * 0x1p-26)) return std::nullopt;

@@ -213,8 +213,8 @@ public:
         out = transformCopy(Vector2(vec));
     }
     constexpr Vector2 transformCopy(const Vector2& vec) const noexcept {
-        return {float(double(m[0]) * vec.x + double(m[1]) * vec.y + m[2]),
-                float(double(m[3]) * vec.x + double(m[4]) * vec.y + m[5])};
+        return {float(double(m[0]) * double(vec.x) + double(m[1]) * double(vec.y) + double(m[2])),
+                float(double(m[3]) * double(vec.x) + double(m[4]) * double(vec.y) + double(m[5]))};
     }
     /// @}
 
@@ -235,7 +235,8 @@ static_assert(sizeof(Matrix3) == 36, "nine floats and nothing else");
 
 constexpr Vector2 Vector2::operator*(const Matrix3& matrix) const noexcept {
     const float* const m = matrix.m;
-    return {float(double(m[3]) * y + double(m[0]) * x + m[6]), float(double(m[1]) * x + double(m[4]) * y + m[7])};
+    return {float(double(m[3]) * double(y) + double(m[0]) * double(x) + double(m[6])),
+            float(double(m[1]) * double(x) + double(m[4]) * double(y) + double(m[7]))};
 }
 
 constexpr Vector2& Vector2::operator*=(const Matrix3& matrix) noexcept { return *this = *this * matrix; }

@@ -140,10 +140,13 @@ public:
     void setByCorner(unsigned int corner, const Pair& point) { setByCorner(corner, point.x, point.y); }
     /// @}
 
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wfloat-equal"
     /// Compares the floats exactly: 0.0 equals -0.0, and NaN equals nothing, including itself.
     constexpr bool operator==(const Rect& other) const noexcept {
         return left == other.left && top == other.top && right == other.right && bottom == other.bottom;
     }
+#pragma GCC diagnostic pop
     constexpr bool operator!=(const Rect& other) const noexcept { return !(*this == other); }
 
 private:

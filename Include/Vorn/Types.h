@@ -29,4 +29,11 @@ using UTF32Char = unsigned int;
 static_assert(sizeof(UTF16Char) == 2, "a UTF-16 code unit has 16 bits");
 static_assert(sizeof(UTF32Char) == 4, "a code point has 32 bits");
 
+// The library's functions take the units of its own build, which defines VORN_SHORT_WCHAR for its users if need be.
+#if defined(_WIN32) || defined(VORN_SHORT_WCHAR)
+static_assert(sizeof(wchar_t) == 2, "the library was built with a wchar_t of 16 bits: compile with -fshort-wchar");
+#else
+static_assert(sizeof(wchar_t) == 4, "the library was built with a wchar_t of 32 bits: compile without -fshort-wchar");
+#endif
+
 } // namespace Vorn

@@ -107,14 +107,18 @@ public:
 
     /// The dot product, `x*other.x + y*other.y`.
     /// @{
-    constexpr float dot(const Pair& other) const noexcept { return float(double(x) * other.x + double(y) * other.y); }
+    constexpr float dot(const Pair& other) const noexcept {
+        return float(double(x) * double(other.x) + double(y) * double(other.y));
+    }
     constexpr float dotProduct(const Pair& other) const noexcept { return dot(other); }
     /// @}
 
     /// The cross product, `x*other.y - y*other.x`: positive if the shorter turn from this vector to `other` has the
     /// direction from the x axis to the y axis.
     /// @{
-    constexpr float cross(const Pair& other) const noexcept { return float(double(x) * other.y - double(y) * other.x); }
+    constexpr float cross(const Pair& other) const noexcept {
+        return float(double(x) * double(other.y) - double(y) * double(other.x));
+    }
     constexpr float crossProduct(const Pair& other) const noexcept { return cross(other); }
     /// @}
 
@@ -182,7 +186,7 @@ public:
 
     /// The point halfway to `other`.
     constexpr Vector2 midPoint(const Pair& other) const noexcept {
-        return {float((double(other.x) + x) * 0.5), float((double(other.y) + y) * 0.5)};
+        return {float((double(other.x) + double(x)) * 0.5), float((double(other.y) + double(y)) * 0.5)};
     }
 
     /// The vector turned by a quarter from the x axis to the y axis: `(-y, x)`.
@@ -199,9 +203,9 @@ public:
     /// Reflects the vector at the line through the origin that is perpendicular to `normal`, a vector of length 1.
     /// @{
     constexpr Vector2 reflect(const Pair& normal) const noexcept {
-        const float d = float(double(normal.y) * y + double(normal.x) * x);
+        const float d = float(double(normal.y) * double(y) + double(normal.x) * double(x));
         const float t = d * -2.0f;
-        return {float(double(normal.x) * t + x), float(double(t) * normal.y + y)};
+        return {float(double(normal.x) * double(t) + double(x)), float(double(t) * double(normal.y) + double(y))};
     }
     constexpr void reflect(const Pair& normal, Pair& out) const noexcept { out = reflect(normal); }
     /// @}
@@ -230,7 +234,7 @@ inline float Vector2::inverseLength() const noexcept {
     bits = (0xBE6EB50Cu - bits) >> 1;
     float guess;
     std::memcpy(&guess, &bits, sizeof guess);
-    return float((guess * 0.5) * (3.0 - double(s) * guess * guess));
+    return float((double(guess) * 0.5) * (3.0 - double(s) * double(guess) * double(guess)));
 }
 
 inline float Vector2::length() const noexcept {

@@ -69,8 +69,11 @@ public:
     }
     /// @}
 
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wfloat-equal"
     /// Compares the floats exactly: 0.0 equals -0.0, and NaN equals nothing, including itself.
     constexpr bool operator==(const XYPair& other) const noexcept { return x == other.x && y == other.y; }
+#pragma GCC diagnostic pop
     constexpr bool operator!=(const XYPair& other) const noexcept { return !(*this == other); }
 };
 

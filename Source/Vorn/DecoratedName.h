@@ -89,7 +89,7 @@ private:
         }
     }
 
-    template <class... TemplateArguments, class Result, class... Parameters, int Capacity>
+    template <class... TemplateArguments, class Result, class... Parameters, std::size_t Capacity>
     constexpr void addSignature(Result (*)(Parameters...), const FixedText<Capacity>& name) {
         add("&");
         addType<Result>();

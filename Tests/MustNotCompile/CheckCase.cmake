@@ -1,5 +1,5 @@
 # COMPILER with FLAGS accepts SOURCE as it stands, and with VORN_WRONG_LINE refuses it: an error holds each expected text
-# of COMPILER_ID, GNU or Clang.
+# of COMPILER_ID, GNU or Clang. Flags of a line `// flags: -fno-rtti` are those of the wrong line.
 file(STRINGS "${SOURCE}" lines REGEX "^// expect")
 set(expectations "")
 foreach(line IN LISTS lines)
@@ -20,7 +20,9 @@ execute_process(COMMAND "${COMPILER}" ${FLAGS} -fsyntax-only "${SOURCE}"
 if(NOT result EQUAL 0)
     message(FATAL_ERROR "the right line of ${SOURCE} does not compile:\n${output}")
 endif()
-execute_process(COMMAND "${COMPILER}" ${FLAGS} -fsyntax-only -DVORN_WRONG_LINE "${SOURCE}"
+file(STRINGS "${SOURCE}" wrong_flags REGEX "^// flags: ")
+list(TRANSFORM wrong_flags REPLACE "^// flags: " "")
+execute_process(COMMAND "${COMPILER}" ${FLAGS} ${wrong_flags} -fsyntax-only -DVORN_WRONG_LINE "${SOURCE}"
     OUTPUT_VARIABLE output ERROR_VARIABLE output RESULT_VARIABLE result)
 if(result EQUAL 0)
     message(FATAL_ERROR "the wrong line of ${SOURCE} compiles")

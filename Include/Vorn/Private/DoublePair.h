@@ -50,7 +50,7 @@ struct DoublePair {
 #if defined(VORN_PRIVATE_CONVERT_TOGETHER)
         if (VORN_PRIVATE_CONVERT_TOGETHER) return {loadTogether(source)};
 #endif
-        return {DoubleLanes{source[0], source[1]}};
+        return {DoubleLanes{double(source[0]), double(source[1])}};
     }
 
     /// Rounds both to float and stores them.

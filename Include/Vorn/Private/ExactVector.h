@@ -36,7 +36,7 @@ private:
 class ExactVector {
 public:
     ExactVector(float x, float y) {
-        const double a = double(x) * x, b = double(y) * y;
+        const double a = double(x) * double(x), b = double(y) * double(y);
         const double larger = a > b ? a : b, smaller = a > b ? b : a;
         m_square = a + b;
         m_rest = smaller - (m_square - larger); // m_square + m_rest is the sum without an error
@@ -56,7 +56,7 @@ public:
 
     /// The float nearest to `component` divided by the length, which is not 0.
     float fraction(float component) const {
-        const double square = double(component) * component;
+        const double square = double(component) * double(component);
         const float result = nearest(std::fabs(double(component)) / m_length, [&](double middle) {
             // Compares component^2 with middle^2 * (m_square + m_rest).
             ExactSum difference;
@@ -81,7 +81,8 @@ private:
             std::nextafter(rounded, here < approximation ? std::numeric_limits<float>::infinity() : 0.0f);
         const double there = std::isinf(next) ? 0x1p128 : double(next);
         const double middle = (here + there) * 0.5;
-        if (here == approximation || std::fabs(approximation - middle) > middle * 0x1p-50) return rounded;
+        if (std::fabs(here - approximation) <= 0.0 || std::fabs(approximation - middle) > middle * 0x1p-50)
+            return rounded;
         const int sign = compare(middle);
         if (sign == 0) return rounded; // the approximation is exact, and the tie has been decided
         return (sign > 0) == (there > here) ? next : rounded;
@@ -105,7 +106,7 @@ public:
     void add(float value) {
         if (value < m_low) m_low = value;
         if (value > m_high) m_high = value;
-        m_hasNumber = m_hasNumber || value == value;
+        m_hasNumber = m_hasNumber || !std::isnan(value);
     }
     float low() const { return m_hasNumber ? m_low : std::numeric_limits<float>::quiet_NaN(); }
     float high() const { return m_hasNumber ? m_high : std::numeric_limits<float>::quiet_NaN(); }

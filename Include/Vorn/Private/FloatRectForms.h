@@ -172,10 +172,11 @@ constexpr FloatRect FloatRect::operator*(const Matrix3& matrix) const noexcept {
     const float* const m = matrix.m;
     const Vector2 c = getCenter();
     const Vector2 h = getHalfSize();
-    const double centreX = double(m[0]) * c.x + double(m[1]) * c.y + m[2];
-    const double centreY = double(m[3]) * c.x + double(m[4]) * c.y + m[5];
-    const double halfX = __builtin_fabs(double(m[0]) * h.x + double(m[3]) * h.y); // std::fabs is not constexpr
-    const double halfY = __builtin_fabs(double(m[1]) * h.x + double(m[4]) * h.y);
+    const double centreX = double(m[0]) * double(c.x) + double(m[1]) * double(c.y) + double(m[2]);
+    const double centreY = double(m[3]) * double(c.x) + double(m[4]) * double(c.y) + double(m[5]);
+    const double halfX =
+        __builtin_fabs(double(m[0]) * double(h.x) + double(m[3]) * double(h.y)); // std::fabs is not constexpr
+    const double halfY = __builtin_fabs(double(m[1]) * double(h.x) + double(m[4]) * double(h.y));
     return {float(centreX - halfX), float(centreY - halfY), float(centreX + halfX), float(centreY + halfY)};
 }
 

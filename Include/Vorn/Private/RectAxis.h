@@ -9,8 +9,8 @@ namespace VornPrivate {
 /// The two sides of an axis: left and right, or top and bottom.
 struct RectAxis {
     constexpr float size() const noexcept { return high - low; }
-    constexpr float centre() const noexcept { return float((double(high) + low) * 0.5); }
-    constexpr float halfSize() const noexcept { return float((double(high) - low) * 0.5); }
+    constexpr float centre() const noexcept { return float((double(high) + double(low)) * 0.5); }
+    constexpr float halfSize() const noexcept { return float((double(high) - double(low)) * 0.5); }
 
     constexpr bool contains(float value) const noexcept { return (value >= low) & (value <= high); }
     constexpr bool intersects(RectAxis other) const noexcept { return other.high > low || high > other.low; }
@@ -30,11 +30,13 @@ struct RectAxis {
     constexpr RectAxis swapped() const noexcept { return {high, low}; }
 
     constexpr RectAxis atFractions(RectAxis ratio) const noexcept {
-        return {float(low + double(ratio.low) * size()), float(low + double(ratio.high) * size())};
+        return {float(double(low) + double(ratio.low) * double(size())),
+                float(double(low) + double(ratio.high) * double(size()))};
     }
     constexpr RectAxis fractionsOf(RectAxis other) const noexcept {
         if (!(size() > 0.0f)) return {0.0f, 0.0f};
-        return {float((double(other.low) - low) / size()), float((double(other.high) - low) / size())};
+        return {float((double(other.low) - double(low)) / double(size())),
+                float((double(other.high) - double(low)) / double(size()))};
     }
 
     // Resizing reads the flags LEFT and RIGHT of a pin. For a vertical axis the caller shifts TOP and BOTTOM to their
@@ -44,8 +46,8 @@ struct RectAxis {
     /// the low side is pinned, and by minus the amount if the axis is centred.
     constexpr RectAxis inflated(float amount, unsigned int pin, float offset) const noexcept {
         const int k = 2 * isPinnedHigh(pin) - isCentred(pin);
-        const float newSize = float(2.0 * amount + high - low);
-        const float newLow = float(low + double(amount) * k - offset);
+        const float newSize = float(2.0 * double(amount) + double(high) - double(low));
+        const float newLow = float(double(low) + double(amount) * k - double(offset));
         return {newLow, newLow + newSize};
     }
 
@@ -53,8 +55,8 @@ struct RectAxis {
     /// by minus half the growth if the axis is centred.
     constexpr RectAxis resized(float newSize, unsigned int pin, float offset) const noexcept {
         const double k = isPinnedHigh(pin) - 0.5 * isCentred(pin);
-        const double delta = double(newSize) - high + low;
-        const float newLow = float(low + k * delta - offset);
+        const double delta = double(newSize) - double(high) + double(low);
+        const float newLow = float(double(low) + k * delta - double(offset));
         return {newLow, newLow + newSize};
     }
 

@@ -2,10 +2,12 @@
 // direct use.
 #pragma once
 
+#include <cstddef>
+
 namespace VornPrivate {
 
 /// A terminated text of at most `Capacity` bytes that is built at compile time.
-template <int Capacity>
+template <std::size_t Capacity>
 struct FixedText {
     constexpr void append(char character) { characters[size++] = character; }
     constexpr void append(const char* text, int count) {
@@ -20,7 +22,10 @@ struct FixedText {
 };
 
 constexpr bool startsWith(const char* text, const char* start) {
-    while (*start && *text == *start) ++text, ++start;
+    while (*start && *text == *start) {
+        ++text;
+        ++start;
+    }
     return !*start;
 }
 
@@ -33,13 +38,14 @@ constexpr bool isIdentifierCharacter(char c) {
 /// The build shortens the paths of sources.
 ///
 /// `ownPath` is the path of this header. It shows the folder in which the public headers are.
-template <int Size, int OwnSize = sizeof(__FILE__)>
+template <std::size_t Size, std::size_t OwnSize = sizeof(__FILE__)>
 constexpr FixedText<Size + 8> sourcePath(const char (&path)[Size], const char (&ownPath)[OwnSize] = __FILE__) {
-    int name = 0;       // start of the file name
-    int end = Size - 1; // index after the last character of the result
-    for (int i = 0; i < Size - 1; ++i)
+    constexpr int LENGTH = int(Size) - 1;
+    int name = 0;     // start of the file name
+    int end = LENGTH; // index after the last character of the result
+    for (int i = 0; i < LENGTH; ++i)
         if (path[i] == '/' || path[i] == '\\') name = i + 1;
-    for (int i = Size - 2; i > name; --i) {
+    for (int i = LENGTH - 1; i > name; --i) {
         if (path[i] == '.') {
             end = i;
             break;
@@ -49,9 +55,9 @@ constexpr FixedText<Size + 8> sourcePath(const char (&path)[Size], const char (&
     FixedText<Size + 8> result;
     constexpr int OWN_NAME = sizeof("Private/ReportText.h") - 1;
     constexpr int LIBRARY = sizeof("Vorn/") - 1;
-    constexpr int COMMON = OwnSize - 1 - OWN_NAME; // length of the folder, "Vorn/" included
+    constexpr int COMMON = int(OwnSize) - 1 - OWN_NAME; // length of the folder, "Vorn/" included
     int common = 0;
-    while (common < COMMON && common < Size - 1 && path[common] == ownPath[common]) ++common;
+    while (common < COMMON && common < LENGTH && path[common] == ownPath[common]) ++common;
     const bool isPublicHeader = common == COMMON;
     if (isPublicHeader) result.append("Include/", 8);
     for (int i = isPublicHeader ? COMMON - LIBRARY : 0; i < end; ++i) result.append(path[i] == '\\' ? '/' : path[i]);
@@ -59,14 +65,14 @@ constexpr FixedText<Size + 8> sourcePath(const char (&path)[Size], const char (&
 }
 
 /// Parses the description of a function by the compiler, such as "T Vorn::(anonymous namespace)::f<T>(int) [T = char]".
-template <int Size>
+template <std::size_t Size>
 class FunctionReader {
 public:
     constexpr explicit FunctionReader(const char (&description)[Size]) : m_description(description) {}
 
     constexpr FixedText<Size + 1> qualifiedName() {
         int depth = 0; // of template brackets
-        while (m_position < Size - 1 && !m_complete) {
+        while (m_position < int(Size) - 1 && !m_complete) {
             const char c = m_description[m_position];
             if (depth == 0 && atWord("operator")) {
                 readOperator();
@@ -113,7 +119,7 @@ private:
     // A function in an unnamed namespace is reported without namespaces.
     constexpr void leaveScope(const char* marker) {
         m_name.clear();
-        while (*marker) ++marker, ++m_position;
+        for (; *marker; ++marker) ++m_position;
     }
 
     // A result type that is an expression: "decltype(auto) f()", "decltype ((a + b)) f(T, T)".
@@ -122,7 +128,7 @@ private:
         do {
             const char c = m_description[m_position++];
             depth += c == '(' ? 1 : c == ')' ? -1 : 0;
-        } while (m_position < Size - 1 && (depth > 0 || m_description[m_position - 1] != ')'));
+        } while (m_position < int(Size) - 1 && (depth > 0 || m_description[m_position - 1] != ')'));
     }
 
     // Reads "operator", a blank and the symbol or type, up to the parameters.
@@ -134,7 +140,8 @@ private:
             m_name.append("()", 2);
             m_position += 2;
         }
-        while (m_position < Size - 1 && m_description[m_position] != '(') m_name.append(m_description[m_position++]);
+        while (m_position < int(Size) - 1 && m_description[m_position] != '(')
+            m_name.append(m_description[m_position++]);
         m_complete = true;
     }
 
@@ -145,7 +152,7 @@ private:
 };
 
 /// The qualified name in the description of a function, without result, parameters and template arguments.
-template <int Size>
+template <std::size_t Size>
 constexpr FixedText<Size + 1> qualifiedName(const char (&description)[Size]) {
     return FunctionReader<Size>(description).qualifiedName();
 }

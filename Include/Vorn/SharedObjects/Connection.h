@@ -87,7 +87,8 @@ public:
 
     /// Removes the listener that was held.
     ScopedConnection& operator=(ScopedConnection&& other) noexcept {
-        ScopedConnection(std::move(other)).swap(*this);
+        ScopedConnection taken(std::move(other));
+        taken.swap(*this);
         return *this;
     }
 
@@ -118,7 +119,8 @@ public:
 
     /// Ends the block that was held.
     ScopedBlock& operator=(ScopedBlock&& other) noexcept {
-        ScopedBlock(std::move(other)).swap(*this);
+        ScopedBlock taken(std::move(other));
+        taken.swap(*this);
         return *this;
     }
 

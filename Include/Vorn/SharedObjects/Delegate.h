@@ -297,9 +297,9 @@ private:
             using Bound = BoundObject<Method, Plain>;
             Bound* const bound = const_cast<Plain*>(object);
             return {bound,
-                    {&typeid(VornPrivate::MethodBinding<Result(Args...), Bound, Method>),
-                     &typeid(VornPrivate::SharedMethodBinding<Result(Args...), Bound, Method>),
-                     &typeid(VornPrivate::WeakMethodBinding<Result(Args...), Bound, Method>)}};
+                    {VornPrivate::runtimeType<VornPrivate::MethodBinding<Result(Args...), Bound, Method>>(),
+                     VornPrivate::runtimeType<VornPrivate::SharedMethodBinding<Result(Args...), Bound, Method>>(),
+                     VornPrivate::runtimeType<VornPrivate::WeakMethodBinding<Result(Args...), Bound, Method>>()}};
         } else {
             return {};
         }

@@ -6,6 +6,7 @@
 #pragma once
 
 #include "Vorn/Assert.h"
+#include "Vorn/Private/RuntimeType.h"
 #include "Vorn/SharedObjects/DelegateBase.h"
 #include "Vorn/SharedObjects/SharedRecord.h"
 
@@ -196,7 +197,7 @@ inline bool isExpired(const Vorn::DelegatePOD& pod) {
 
 template <class Binding>
 Vorn::DelegatePOD bindingRecord(void* object, void* context, Vorn::DelegateContextFunction contextAddRef) {
-    return {object, context, eraseCaller(&Binding::call), contextAddRef, &typeid(typename Binding::Identity)};
+    return {object, context, eraseCaller(&Binding::call), contextAddRef, runtimeType<typename Binding::Identity>()};
 }
 
 /// Returns true if `object` is not an address but holds the bytes of a callable.

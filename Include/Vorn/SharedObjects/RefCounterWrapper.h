@@ -67,6 +67,8 @@ public:
     void makeThreadsafe() const;
 
 protected:
+    ~RefCounterWrapper() = default;
+
     /// Releases one use. The last use destroys the object first and frees the control block after it, which is the
     /// opposite order of the free function `releaseUseCount`. `pRefCounter` is not changed. Checked.
     ///

@@ -398,16 +398,20 @@ SharedPtr<To> staticSharedCast(SharedPtr<From>&& pointer) noexcept {
 /// @}
 
 /// Shares the same object as a To, by `dynamic_cast`; null if it is none. The form for an rvalue makes `pointer` null
-/// only if the object is a To.
+/// only if the object is a To. Needs RTTI, unless To is a base.
 /// @{
 template <class To, class From>
 SharedPtr<To> dynamicSharedCast(const SharedPtr<From>& pointer) noexcept {
-    To* const object = dynamic_cast<To*>(pointer.get());
+    static_assert(VornPrivate::IS_DYNAMIC_CAST<typename SharedPtr<From>::Element, To>,
+                  "dynamicSharedCast needs RTTI: compile without -fno-rtti, or use staticSharedCast");
+    To* const object = VornPrivate::dynamicCast<To>(pointer.get());
     return object ? SharedPtr<To>(pointer, object) : SharedPtr<To>();
 }
 template <class To, class From>
 SharedPtr<To> dynamicSharedCast(SharedPtr<From>&& pointer) noexcept {
-    To* const object = dynamic_cast<To*>(pointer.get());
+    static_assert(VornPrivate::IS_DYNAMIC_CAST<typename SharedPtr<From>::Element, To>,
+                  "dynamicSharedCast needs RTTI: compile without -fno-rtti, or use staticSharedCast");
+    To* const object = VornPrivate::dynamicCast<To>(pointer.get());
     return object ? SharedPtr<To>(std::move(pointer), object) : SharedPtr<To>();
 }
 /// @}

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "Vorn/Assert.h"
+#include "Vorn/Private/RuntimeType.h"
 #include "Vorn/SharedObjects/RefCounterWrapper.h"
 
 #include <cstddef>
@@ -27,13 +28,9 @@ public:
 
     /// Returns the one such control block, which is never destroyed: objects are destroyed after `main` as well.
     static Vorn::RefCounter* get() {
-        union Storage {
-            Storage() : record() {}
-            ~Storage() {}
-            DeadRecord record;
-        };
-        static Storage storage;
-        return &storage.record;
+        alignas(DeadRecord) static unsigned char storage[sizeof(DeadRecord)];
+        static DeadRecord* const record = ::new (static_cast<void*>(storage)) DeadRecord;
+        return record;
     }
 };
 
@@ -346,7 +343,9 @@ Vorn::RefCounter* getOrCreateRefCounter(T* object, bool isThreadsafe) {
     if constexpr (std::is_convertible_v<Object*, Vorn::InterfaceBase*> &&
                   !std::is_convertible_v<Object*, Vorn::SharedObjectBase*>) {
         // The type of the object behind an interface is known only through a virtual destructor.
-        Vorn::DynamicObject* const whole = dynamic_cast<Vorn::DynamicObject*>(const_cast<Object*>(object));
+        static_assert(IS_DYNAMIC_CAST<Object, Vorn::DynamicObject>,
+                      "a pointer to an interface needs RTTI: share the object itself and convert its SharedPtr");
+        Vorn::DynamicObject* const whole = dynamicCast<Vorn::DynamicObject>(const_cast<Object*>(object));
         VORN_ASSERT(whole && whole == sharedObject, "an interface's object must be shared or a DynamicObject!",
                     "Vorn::SharedPtr::SharedPtr");
         return createRefCounter(whole, &deleteObject<Vorn::DynamicObject>, false, isThreadsafe, sharedObject,

@@ -23,6 +23,7 @@
 #include "Vorn/Text/TextView.h"
 #include "Vorn/Types.h"
 
+#include <new>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -109,10 +110,11 @@ VORN_API String makeStaticString(TextView text);
 /// uses, in any thread, allocate nothing. The value is a `const Vorn::String&` that is valid until the program ends.
 /// Throws `Exception<7>` for a malformed literal. Anything but a literal does not compile.
 // NOLINTBEGIN(bugprone-macro-parentheses)
-#define VORN_TEXT(literal)                                                                                  \
-    ([]() -> const ::Vorn::String& {                                                                        \
-        static const ::Vorn::String vornText =                                                              \
-            ::Vorn::makeStaticString(::Vorn::TextView(literal "", sizeof(literal) / sizeof(*literal) - 1)); \
-        return vornText;                                                                                    \
+#define VORN_TEXT(literal)                                                                                   \
+    ([]() -> const ::Vorn::String& {                                                                         \
+        alignas(::Vorn::String) static unsigned char vornPlace[sizeof(::Vorn::String)];                      \
+        static const ::Vorn::String* const vornText = ::new (static_cast<void*>(vornPlace))::Vorn::String(   \
+            ::Vorn::makeStaticString(::Vorn::TextView(literal "", sizeof(literal) / sizeof(*literal) - 1))); \
+        return *vornText;                                                                                    \
     }())
 // NOLINTEND(bugprone-macro-parentheses)

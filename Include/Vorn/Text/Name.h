@@ -157,7 +157,9 @@ namespace std {
 /// The hash of names for the containers of the standard library.
 template <>
 struct hash<Vorn::Name> {
-    size_t operator()(Vorn::Name name) const noexcept { return static_cast<size_t>(name.getHash()); }
+    size_t operator()(Vorn::Name name) const noexcept {
+        return name.getHash() & SIZE_MAX; // a cast would be useless where size_t has 64 bits
+    }
 };
 
 } // namespace std
