@@ -4,8 +4,8 @@
 ///     const auto badge = Vorn::anchored(panel, Vorn::Vector2(16.0f, 16.0f), Vorn::RectPoint::TOP_RIGHT, 4.0f);
 ///     const auto area = Vorn::boundsOf(rect, matrix);
 ///
-/// Results have the same bits on every platform. For drawing many objects, the operations of Vector2 with an error of
-/// 0.2 per cent are faster than the exact ones.
+/// Results have the same bits on every platform, with the flags that Vector2.h names. For drawing many objects, the
+/// operations of Vector2 with an error of 0.2 per cent are faster than the exact ones.
 ///
 /// Cost: nothing is allocated.
 ///

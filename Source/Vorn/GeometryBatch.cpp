@@ -38,15 +38,13 @@ bool areSeparate(ConstVectorSpan source, VectorSpan target) noexcept {
 } // namespace
 
 void transform(const Matrix3& matrix, VectorSpan vectors) noexcept {
-    const Matrix3 copy(matrix); // it can be among the vectors' memory
-    VornPrivate::geometryKernels().transform(copy.m, sourceOf(vectors), targetOf(vectors), vectors.count());
+    VornPrivate::geometryKernels().transform(matrix.m, sourceOf(vectors), targetOf(vectors), vectors.count());
 }
 
 void transform(const Matrix3& matrix, ConstVectorSpan source, VectorSpan target) {
     VORN_ASSERT(source.count() == target.count(), "different counts!");
     VORN_ASSERT(areSeparate(source, target), "source overlaps target!");
-    const Matrix3 copy(matrix);
-    VornPrivate::geometryKernels().transform(copy.m, sourceOf(source), targetOf(target), source.count());
+    VornPrivate::geometryKernels().transform(matrix.m, sourceOf(source), targetOf(target), source.count());
 }
 
 void normaliseApproximately(VectorSpan vectors) noexcept {

@@ -1,5 +1,6 @@
-// The main function of tests that depend on the kernels of text. With --kernels=NAME they run with these kernels. With
-// --chosen=NAME they fail unless the library chooses these itself.
+// The main function of tests that depend on kernels. With --kernels=NAME they run with these kernels of text. With
+// --chosen=NAME they fail unless the library chooses these itself, for text and for geometry.
+#include "Vorn/Kernels/GeometryKernels.h"
 #include "Vorn/Kernels/TextKernels.h"
 
 #include <cstdio>
@@ -34,8 +35,9 @@ int main(int argumentCount, char** arguments) {
     const std::string expected = optionOf(argumentCount, arguments, "--chosen=");
     if (!expected.empty()) {
         const std::string chosen = VornPrivate::textKernels().name;
-        std::printf("kernels: %s\n", chosen.c_str());
-        if (chosen != expected) {
+        const std::string geometry = VornPrivate::geometryKernels().name;
+        std::printf("kernels: %s, of geometry: %s\n", chosen.c_str(), geometry.c_str());
+        if (chosen != expected || geometry != expected) {
             std::printf("failed: expected %s\n", expected.c_str());
             return 1;
         }

@@ -29,7 +29,8 @@ struct GeometryKernels {
     const char* name;
     bool (*isSupported)() noexcept;
 
-    /// Writes the products of a matrix, given by the nine elements of a Matrix3, and each vector.
+    /// Writes the products of a matrix, given by the nine elements of a Matrix3, and each vector. The elements are read
+    /// before anything is written.
     void (*transform)(const float* matrix, VectorSource source, VectorTarget target, std::size_t count) noexcept;
     /// Writes the result of `Vector2::normalisedCopy` for each vector.
     void (*normalise)(VectorSource source, VectorTarget target, std::size_t count) noexcept;

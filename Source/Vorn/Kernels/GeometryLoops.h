@@ -12,25 +12,27 @@ namespace {
 
 constexpr std::size_t VECTOR_BYTES = 2 * sizeof(float);
 
-/// Calls `run(at, stride, to, toStride, isPacked)` for blocks of N vectors. The last, incomplete block is padded with
-/// `padding` in memory of its own.
+/// Calls `run.block<IsPacked>(source, target)` for blocks of N vectors, four of them in each round of the loop. The
+/// last, incomplete block is padded with zeros in memory of its own.
 template <std::size_t N, bool IsPacked, class Run>
 void runBlocks(VectorSource source, VectorTarget target, std::size_t count, Run run) noexcept {
-    const std::size_t sourceStride = IsPacked ? VECTOR_BYTES : source.stride;
-    const std::size_t targetStride = IsPacked ? VECTOR_BYTES : target.stride;
-    for (; count >= N; count -= N) {
+    if constexpr (IsPacked) source.stride = target.stride = VECTOR_BYTES;
+    const auto runBlock = [&] {
         run.template block<IsPacked>(source, target);
-        source.start += N * sourceStride;
-        target.start += N * targetStride;
-    }
+        source.start += N * source.stride;
+        target.start += N * target.stride;
+    };
+    for (; count >= 4 * N; count -= 4 * N)
+        for (int k = 0; k < 4; ++k) runBlock();
+    for (; count >= N; count -= N) runBlock();
     if (count == 0) return;
     float block[2 * N] = {};
     unsigned char* const start = reinterpret_cast<unsigned char*>(block);
     for (std::size_t i = 0; i < count; ++i)
-        __builtin_memcpy(start + i * VECTOR_BYTES, source.start + i * sourceStride, VECTOR_BYTES);
+        __builtin_memcpy(start + i * VECTOR_BYTES, source.start + i * source.stride, VECTOR_BYTES);
     run.template block<true>({start, VECTOR_BYTES}, {start, VECTOR_BYTES});
     for (std::size_t i = 0; i < count; ++i)
-        __builtin_memcpy(target.start + i * targetStride, start + i * VECTOR_BYTES, VECTOR_BYTES);
+        __builtin_memcpy(target.start + i * target.stride, start + i * VECTOR_BYTES, VECTOR_BYTES);
 }
 
 template <std::size_t N, class Run>
