@@ -5,6 +5,7 @@ from tables import PAGE_SIZE, SCRIPTS, SHORT_SIZES, STANDARD_HEADERS, number, ta
 
 AVX2 = KERNELS + "AVX2"
 SSE42 = KERNELS + "SSE4.2"
+POINTS = 4096
 
 
 class Texts:
@@ -126,11 +127,25 @@ def aims(results):
             for script in scripts
             for size in SHORT_SIZES
         )
-        rows.append(
-            simple_row(
-                f"`String` of 4 to 64 units, {work}, without the allocation", "8 ns at most", slowest, slowest <= 8, " ns"
-            )
-        )
+        name = f"`String` of 4 to 64 units, {work}, without the allocation"
+        rows.append(simple_row(name, "8 ns at most", slowest, slowest <= 8, " ns"))
+
+    def points(variant):
+        glm = results.find("Geometry", "transform of an array", "glm", POINTS)
+        return glm.median / results.find("Geometry", "transform of an array", variant, POINTS).median
+
+    supported = [KERNELS + name for name in results.kernels()]
+    is_met = points("Vorn") >= 1 and not (AVX2 in supported and points(AVX2) < 1.5)
+    rows.append(
+        [
+            f"transform of {POINTS} points",
+            "glm's speed, 1.5 times with AVX2",
+            number(points("Vorn")),
+            *(number(points(variant)) if variant in supported else "" for variant in (AVX2, SSE42)),
+            "",
+            "met" if is_met else "missed",
+        ]
+    )
 
     def header_row(header, limit):
         std = results.find("Headers", "compile", STANDARD_HEADERS, 17)

@@ -90,7 +90,8 @@ ElementTree.register_namespace("xlink", XLINK)
 def shrink(text):
     """The same picture without metadata and groups of no meaning, with coordinates of a tenth of a point, and with each
     style named once."""
-    svg = ElementTree.fromstring(re.sub(r"\d+\.\d{2,}", lambda found: f"{float(found.group()):.1f}".removesuffix(".0"), text))
+    text = re.sub(r"\d+\.\d{2,}", lambda found: f"{float(found.group()):.1f}".removesuffix(".0"), text)
+    svg = ElementTree.fromstring(text)
     classes = {}
 
     def visit(element):
@@ -169,7 +170,8 @@ def speed_over_length(operation):
                 found.sort(key=lambda result: result.size)
                 # What is chosen lies below, as a band.
                 look = dict(style, marker=None, linewidth=5, alpha=0.2) if variant == "Vorn" else style
-                axes.plot([r.bytes for r in found], [r.speed for r in found], markersize=4, **{"linewidth": 1.3, **look})
+                look = {"linewidth": 1.3, **look}
+                axes.plot([r.bytes for r in found], [r.speed for r in found], markersize=4, **look)
             axes.set_xscale("log", base=2)
             axes.set_yscale("log")
             axes.set_title(SCRIPTS[script])
@@ -208,7 +210,8 @@ def speed_over_script(results, path):
         axes.set_yticks(range(len(rows)), [SCRIPTS[script] for script in rows])
     last = panels.flat[-1]
     last.axis("off")
-    handles = [Line2D([], [], label=label_of(variant), **dict(style, linestyle="none")) for variant, style in chosen.items()]
+    points = {label_of(variant): dict(style, linestyle="none") for variant, style in chosen.items()}
+    handles = [Line2D([], [], label=label, **style) for label, style in points.items()]
     last.legend(handles=handles, loc="center")
     figure.tight_layout()
     write(figure, path)
@@ -218,9 +221,10 @@ def overview(results, path):
     """The operations that most users call, beside other libraries."""
     figure, panels = pyplot.subplots(1, 3, figsize=(9, 3.2), sharex=True, sharey=True)
     names = {
-        "Vorn": dict(color="#0072B2", marker="o"),
-        "simdjson": dict(color="#D55E00", marker="P"),
-        "ICU": dict(color="#777777", marker="X"),
+        "Vorn": dict(color="#0072B2", marker="o", markersize=7, linestyle="none"),
+        # seen behind the one of Vorn
+        "simdjson": dict(color="#D55E00", marker="P", markersize=11, linestyle="none"),
+        "ICU": dict(color="#777777", marker="X", markersize=7, linestyle="none"),
     }
     rows = list(reversed(SCRIPTS))
     for operation, axes in zip(("scan UTF-8", "convert to UTF-16", "convert to UTF-8"), panels):
@@ -232,14 +236,14 @@ def overview(results, path):
         axes.hlines(range(len(rows)), [min(row) for row in zip(*speeds.values())],
                     [max(row) for row in zip(*speeds.values())], color="#cccccc", linewidth=2)
         for variant, values in reversed(speeds.items()):
-            axes.plot(values, range(len(rows)), markersize=7, linestyle="none", **names[variant.split()[0]])
+            axes.plot(values, range(len(rows)), **names[variant.split()[0]])
         axes.set_xscale("log")
         axes.xaxis.set_minor_locator(NullLocator())
         axes.xaxis.set_major_formatter(FuncFormatter(plain))
         axes.set_title(title)
         axes.set_xlabel("GB/s, more is better")
         axes.set_yticks(range(len(rows)), [SCRIPTS[script] for script in rows])
-    handles = [Line2D([], [], label=name, markersize=7, linestyle="none", **style) for name, style in names.items()]
+    handles = [Line2D([], [], label=name, **style) for name, style in names.items()]
     figure.legend(handles=handles, loc="lower center", ncol=3)
     figure.tight_layout(rect=(0, 0.08, 1, 1))
     write(figure, path)
@@ -306,6 +310,10 @@ FIGURES = {
     "edits": (
         "Time of edits over the length of the text",
         time_over_n("Strings", ["replace a character", "insert and erase", "substring"], "length in bytes"),
+    ),
+    "arrays": (
+        "Time of operations on arrays of vectors over their number",
+        time_over_n("Geometry", ["transform of an array", "normalise an array", "bounds of an array"], "vectors"),
     ),
     "events": (
         "Time of calls and changes of events over the number of listeners",

@@ -12,9 +12,11 @@ import re
 import subprocess
 import sys
 
-import aims
-import tables
-from results import Results, ReportError
+sys.dont_write_bytecode = True  # the sources stay as they are
+
+import aims  # noqa: E402
+import tables  # noqa: E402
+from results import Results, ReportError  # noqa: E402
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 PAGE = ROOT / "Documentation" / "Performance.md"
@@ -22,6 +24,7 @@ PLOTS = "Performance"  # folder of the plots, beside the page
 BLOCK = re.compile(r"(<!-- report: (.+?) -->\n)(.*?)(<!-- end of report -->\n)", re.S)
 MARKER = re.compile(r"<!-- (?:report: .+?|end of report) -->")
 
+AREAS = ["Strings", "Everyday", "Pieces", "Names", "Numbers", "Geometry", "Objects", "Events", "Trees"]
 REPETITIONS = 5
 SECONDS = 0.01  # of each repetition
 
@@ -45,7 +48,10 @@ def make_blocks(results, environment, figures):
         "times of headers": tables.headers(results),
         "times of copies": tables.ratios(results, "Texts", ["copy, ascii"]),
     }
-    for area in ("Strings", "Everyday", "Pieces", "Names", "Numbers", "Geometry", "Objects", "Events", "Trees"):
+    unknown = {result.area for result in results.all} - {"Texts", "Headers", *AREAS}
+    if unknown:
+        raise ReportError(f"the report has no table for: {', '.join(sorted(unknown))}")
+    for area in AREAS:
         made[f"times of {area}"] = tables.ratios(results, area)
     for name, description in figures.items():
         made[f"plot {name}"] = figure_block(name, description)
@@ -80,7 +86,7 @@ def whole_page(blocks, results):
     return "\n".join(parts)
 
 
-# The machine and the build ---------------------------------------------------------------------------------------------
+# The machine and the build --------------------------------------------------------------------------------------------
 
 
 def output_of(*command):
@@ -126,7 +132,7 @@ def describe(build, recorded, results):
     }
 
 
-# The command -----------------------------------------------------------------------------------------------------------
+# The command ----------------------------------------------------------------------------------------------------------
 
 
 def run_benchmarks(program, corpus, results_file):
@@ -141,7 +147,10 @@ def run_benchmarks(program, corpus, results_file):
     if corpus:
         command += ["--corpus", corpus]
     print("report: running all benchmarks, which takes some minutes", flush=True)
-    finished = subprocess.run(command, stdout=subprocess.DEVNULL, check=False)
+    try:
+        finished = subprocess.run(command, stdout=subprocess.DEVNULL, check=False)
+    except OSError as error:
+        raise ReportError(f"cannot run the benchmarks: {error}") from error
     if finished.returncode != 0:
         raise ReportError(f"the benchmarks end with {finished.returncode}: see {results_file}")
 

@@ -41,14 +41,16 @@ def machine(environment):
 
 
 def speeds(results, operation, peers):
-    """Gigabytes per second of each set of kernels and each peer, over pages of each script."""
+    """Gigabytes per second of each set of kernels and each peer, over pages of each script, and the library's
+    speed divided by that of each peer."""
     kernels = results.kernels()
-    header = ["Script", "Vorn", *reversed(kernels), *peers]
+    header = ["Script", "Vorn", *reversed(kernels), *peers, *(f"Vorn / {peer.split()[0]}" for peer in peers)]
     rows = []
     for script, name in SCRIPTS.items():
         variants = ["Vorn", *(KERNELS + set_ for set_ in reversed(kernels)), *peers]
         found = [results.find("Texts", f"{operation}, {script} page", variant, PAGE_SIZE) for variant in variants]
-        rows.append([name, *(number(result.speed) for result in found)])
+        quotients = [found[0].speed / peer.speed for peer in found[1 + len(kernels) :]]
+        rows.append([name, *(number(result.speed) for result in found), *map(number, quotients)])
     return table(header, rows)
 
 
@@ -74,8 +76,8 @@ def short_strings(results):
 
 
 def ratios(results, area, operations=None):
-    """For each operation of an area: the time of this library, and that time divided by the time of each peer. There is
-    one table for each set of sizes."""
+    """For each operation of an area: the time of this library, also with each set of kernels, and that of the library
+    divided by the time of each peer. There is one table for each set of sizes."""
     groups = {}
     for result in results.of(area):
         if operations is None or result.operation in operations:
@@ -94,6 +96,8 @@ def ratios(results, area, operations=None):
             rows.append(
                 [operation, variant, "time", *(duration(r.median) for r in found.values()), f"{100 * spread:.0f} %"]
             )
+            if variant.startswith(KERNELS):
+                continue
             for peer, others in variants.items():
                 if is_peer(peer):
                     cells = [

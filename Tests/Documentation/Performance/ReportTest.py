@@ -102,6 +102,10 @@ def complete_run():
     ):
         for size in (1, 100):
             add(name, size)
+    for operation in ("transform", "normalise", "bounds"):
+        for variant in ("Vorn", "Vorn, one by one", "glm", *kernels):
+            for size in (64, 4096):
+                add(f"Geometry/{operation} {'an' if operation == 'normalise' else 'of an'} array/{variant}", size)
     for header in ("Vorn.h", "SharedPtr.h", "Event.h", "std::string, memory and functional"):
         add(f"Headers/compile/{header}", "17/manual_time")
     return {"context": {"date": "2030-01-02T03:04:05+00:00", "load_avg": [0.5]}, "benchmarks": runs}
@@ -137,7 +141,7 @@ class Tables(unittest.TestCase):
     def test_aims_compare_the_least_figure(self):
         run = complete_run()
         rows = aims(Results(run)).splitlines()
-        self.assertEqual(len(rows), 2 + 15)
+        self.assertEqual(len(rows), 2 + 16)
         for benchmark in run["benchmarks"]:
             if benchmark["name"] == "Texts/scan UTF-8, han page/Vorn/65536":
                 benchmark["bytes_per_second"] = 0.001e9
@@ -179,6 +183,12 @@ class Failures(unittest.TestCase):
             with self.assertRaisesRegex(ReportError, "there is no benchmark"):
                 report.make_blocks(Results(run), ENVIRONMENT, {})
 
+    def test_an_area_without_a_table_stops_the_report(self):
+        run = complete_run()
+        run["benchmarks"].append(run_of("Sounds/play/Vorn/1", 1))
+        with self.assertRaisesRegex(ReportError, "no table for: Sounds"):
+            report.make_blocks(Results(run), ENVIRONMENT, {})
+
     def test_a_file_without_results_stops_the_report(self):
         with tempfile.TemporaryDirectory() as folder:
             path = pathlib.Path(folder) / "Results.json"
@@ -188,6 +198,11 @@ class Failures(unittest.TestCase):
                     Results.read(path)
         with self.assertRaisesRegex(ReportError, "holds no results"):
             Results.read(path)
+
+    def test_a_failed_run_stops_the_report(self):
+        for program, message in (("/bin/false", "end with 1"), ("/missing", "cannot run")):
+            with self.assertRaisesRegex(ReportError, message):
+                report.run_benchmarks(program, None, "unused.json")
 
     def test_pages_with_wrong_blocks_are_refused(self):
         block = "<!-- report: machine -->\n<!-- end of report -->\n"
@@ -231,7 +246,7 @@ class Page(unittest.TestCase):
                 self.assertLess(len(text.encode()), LONGEST_PLOT)
                 self.assertTrue(text.startswith("<svg "))
                 self.assertNotIn("<metadata", text)
-                self.assertIn("fill: #ffffff", text) # the same in light and dark pages
+                self.assertIn("fill: #ffffff", text)  # the same in light and dark pages
 
     def test_the_readme_shows_a_plot(self):
         named = re.findall(r"!\[[^\]]+\]\((Documentation/Performance/[^)]+\.svg)\)", (ROOT / "README.md").read_text())
@@ -257,6 +272,7 @@ class Plots(unittest.TestCase):
                     text = path.read_text(encoding="utf-8")
                     self.assertLess(len(text.encode()), LONGEST_PLOT)
                     self.assertTrue(description)
+                    self.assertNotRegex(text, r"\d\.\d\d")  # coordinates are rounded
                     draw(results, path)
                     self.assertEqual(path.read_text(encoding="utf-8"), text)
 
