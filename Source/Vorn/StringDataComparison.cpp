@@ -103,11 +103,11 @@ bool codesLessThan(const Text<A>& a, const Text<B>& b) {
     unsigned int i = 0;
     unsigned int j = 0;
     if constexpr (sizeof(A) < sizeof(B)) {
-        const Positions equal = skipEqual(a, b, {0, 0}, true);
+        const Positions equal = skipEqual(a, b, {0, 0}, false);
         i = equal.utf8;
         j = equal.utf16;
     } else if constexpr (sizeof(A) > sizeof(B)) {
-        const Positions equal = skipEqual(b, a, {0, 0}, true);
+        const Positions equal = skipEqual(b, a, {0, 0}, false);
         i = equal.utf16;
         j = equal.utf8;
     }

@@ -352,7 +352,7 @@ TEST(Matrix3, InverseHasTheBitsOfThePlainFormulaOrRaises) {
     RandomFloats random(79);
     int raised = 0;
     int inverted = 0;
-    const int rounds = repetitions(100000, 1000);
+    const int rounds = repetitions(100000, 2000);
     for (int round = 0; round < rounds; ++round) {
         Matrix3 matrix = random.record<Matrix3>();
         if (round % 2 == 0) { // mostly ordinary ones
