@@ -129,6 +129,28 @@ TEST(GeometryGuide, RectanglesAndBounds) {
     EXPECT_EQ(written(area), "(-300, 0, 100, 640)");
 }
 
+struct Vertex {
+    Vector2 position;
+    unsigned int colour;
+};
+
+TEST(GeometryGuide, ManyPoints) {
+    Matrix3 shift = Matrix3::IDENTITY;
+    shift.makeTranslation(100.0f, 0.0f);
+    const Matrix3 grow = Matrix3::IDENTITY.scaledCopy(2.0f, 2.0f);
+    std::vector<Vector2> corners = {{0.0f, 0.0f}, {1.0f, 0.0f}, {1.0f, 1.0f}, {0.0f, 1.0f}, {2.0f, 3.0f}};
+    transform(shift, corners); // in place: each corner becomes shift * corner
+    std::vector<Vector2> grown(corners.size());
+    transform(grow, corners, grown); // into another array
+    EXPECT_EQ(corners.back(), shift * Vector2(2.0f, 3.0f));
+    EXPECT_EQ(grown.back(), grow * corners.back());
+
+    std::vector<Vertex> vertices = {{{1.0f, 2.0f}, 3u}, {{4.0f, 5.0f}, 6u}};
+    transform(shift, VectorSpan(vertices, &Vertex::position));
+    EXPECT_EQ(vertices[1].position, Vector2(104.0f, 5.0f));
+    EXPECT_EQ(vertices[1].colour, 6u);
+}
+
 TEST(GeometryGuide, Pins) {
     const FloatRect panel(0.0f, 0.0f, 320.0f, 200.0f);
     const FloatRect badge = anchored(panel, Vector2(16.0f, 16.0f), RectPoint::TOP_RIGHT, 4.0f); // (300, 4, 316, 20)
