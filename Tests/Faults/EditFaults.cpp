@@ -12,10 +12,10 @@ using Vorn::UTF16Char;
 using Vorn::UTF8String;
 
 const std::string TEXT = "a text that is edited";
-const UTF16Text WIDE = u"a text that is edited";
+const UTF16Text WIDE = VORN_UTF16("a text that is edited");
 const std::string ADDED = "more";
 const std::string NEEDLE = "text?";
-const UTF16Text WIDE_ADDED = u"more";
+const UTF16Text WIDE_ADDED = VORN_UTF16("more");
 
 String unterminated(const std::string& text) {
     return String(text.data(), lengthOf(text) - 1, Vorn::STRING_DATA_STATIC);

@@ -141,7 +141,7 @@ std::vector<Operation> failureOperations() {
          Outcome::ABORTS,
          {"ExceptionString::ExceptionString(String const&, float)"},
          [](Attempt& attempt) {
-             const UTF16Text text = u"text";
+             const UTF16Text text = VORN_UTF16("text");
              const Vorn::String string = over(text);
              attempt([&] { ExceptionString(string, 0.0f); });
          }},

@@ -16,7 +16,7 @@ namespace {
 using Vorn::UTF16Char;
 
 const std::string DIGITS = " 17";
-const UTF16Text WIDE_DIGITS = u" 17";
+const UTF16Text WIDE_DIGITS = VORN_UTF16(" 17");
 
 // The spelling of a type in the names of functions.
 template <class T>

@@ -20,7 +20,7 @@ using Vorn::UTF16Char;
 const std::string TEXT = "a text that is long enough to need memory of its own";
 const UTF16Text WIDE(TEXT.begin(), TEXT.end());
 const std::string UNICODE = "\xC3\xA4\xE2\x82\xAC\xF0\x9D\x84\x9E and more";
-const UTF16Text WIDE_UNICODE = u"\u00E4\u20AC\U0001D11E and more";
+const UTF16Text WIDE_UNICODE = VORN_UTF16("\u00E4\u20AC\U0001D11E and more");
 
 template <class CharType>
 const auto& textIn() {
@@ -321,14 +321,14 @@ std::vector<Operation> stringOperations() {
          Outcome::THROWS,
          {"StringData::substrConvertUCS2ToUTF8(int, unsigned int) const"},
          [](Attempt& attempt) {
-             const UTF16Text text = u"\u00E4\u20AC and more";
+             const UTF16Text text = VORN_UTF16("\u00E4\u20AC and more");
              takeSubstring<unsigned char>(attempt, over(text));
          }},
         {"StringData_SubstrUTF16ToUTF8",
          Outcome::THROWS,
          {"StringData::substrConvertUTF16ToUTF8(int, unsigned int) const"},
          [](Attempt& attempt) {
-             const UTF16Text text = u"enough text in front of \U0001D11E";
+             const UTF16Text text = VORN_UTF16("enough text in front of \U0001D11E");
              takeSubstring<unsigned char>(attempt, over(text));
          }},
         {"StringData_SubstrUTF8ToUTF16",
@@ -349,7 +349,7 @@ std::vector<Operation> stringOperations() {
           "unsigned int StringData::getUTF32CharFromBuffer<unsigned char>(int) const",
           "StringData::getUCS2CharFromUTF16Buffer(int) const"},
          [](Attempt& attempt) {
-             const UTF16Text ucs2 = u"\u00E4\u20AC";
+             const UTF16Text ucs2 = VORN_UTF16("\u00E4\u20AC");
              const String strings[] = {over(TEXT), over(WIDE), over(UNICODE), over(WIDE_UNICODE), over(ucs2)};
              attempt([&] {
                  for (const String& string : strings) {

@@ -8,13 +8,44 @@
 #include <new>
 #include <vector>
 
-#if __has_include(<sys/mman.h>) && __has_include(<unistd.h>)
+#if defined(_WIN32)
+#define VORN_TEST_HAS_GUARD_PAGES
+#include "Support/Windows.h"
+#elif __has_include(<sys/mman.h>) && __has_include(<unistd.h>)
 #define VORN_TEST_HAS_GUARD_PAGES
 #include <sys/mman.h>
 #include <unistd.h>
 #endif
 
 #if defined(VORN_TEST_HAS_GUARD_PAGES)
+
+inline std::size_t pageSize() {
+#if defined(_WIN32)
+    SYSTEM_INFO info;
+    GetSystemInfo(&info);
+    return info.dwPageSize;
+#else
+    return static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+#endif
+}
+
+/// Maps pages that can be read and written, with a page before and behind them that cannot.
+inline unsigned char* mapGuardedPages(std::size_t size) {
+    const std::size_t page = pageSize();
+#if defined(_WIN32)
+    void* const mapping = VirtualAlloc(nullptr, size + 2 * page, MEM_RESERVE | MEM_COMMIT, PAGE_NOACCESS);
+    if (!mapping) throw std::bad_alloc();
+    unsigned char* const start = static_cast<unsigned char*>(mapping) + page;
+    DWORD before;
+    if (!VirtualProtect(start, size, PAGE_READWRITE, &before)) std::abort();
+#else
+    void* const mapping = mmap(nullptr, size + 2 * page, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    if (mapping == MAP_FAILED) throw std::bad_alloc();
+    unsigned char* const start = static_cast<unsigned char*>(mapping) + page;
+    if (mprotect(start, size, PROT_READ | PROT_WRITE) != 0) std::abort();
+#endif
+    return start;
+}
 
 /// Pages with a guard page before and behind them. They are mapped once and used again, because tests make many buffers
 /// one after another, and listed without any allocation, because tests count those. For one thread.
@@ -29,12 +60,9 @@ public:
             m_size = pages->size;
             return;
         }
-        const auto page = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+        const std::size_t page = pageSize();
         m_size = (std::max(size, sizeof(FreePages)) + page - 1) / page * page;
-        void* const mapping = mmap(nullptr, m_size + 2 * page, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-        if (mapping == MAP_FAILED) throw std::bad_alloc();
-        m_start = static_cast<unsigned char*>(mapping) + page;
-        if (mprotect(m_start, m_size, PROT_READ | PROT_WRITE) != 0) std::abort();
+        m_start = mapGuardedPages(m_size);
     }
     ~GuardedPages() { freePages() = new (m_start) FreePages{freePages(), m_size}; }
     GuardedPages(const GuardedPages&) = delete;

@@ -1,14 +1,21 @@
 // Threads with small stacks.
 #pragma once
 
-#if defined(__linux__)
+#if defined(__linux__) || defined(_WIN32)
+#define VORN_TEST_HAS_SMALL_STACKS
+
 #include "Support/Sanitizers.h"
 
 #include <gtest/gtest.h>
-#include <pthread.h>
 
 #include <cstdint>
 #include <functional>
+
+#if defined(_WIN32)
+#include "Support/Windows.h"
+#else
+#include <pthread.h>
+#endif
 
 /// Bytes of a stack that a thread may have; sanitizers need more of it, and the thread sanitizer keeps its own data
 /// there. On AArch64, whose pages can have 64 KiB, this is the smallest stack that there is.
@@ -20,8 +27,18 @@ constexpr std::size_t SMALL_STACK = 128 * 1024;
 constexpr std::size_t SMALL_STACK = 64 * 1024;
 #endif
 
-/// Runs `body` in a thread with a stack of this size.
+/// Runs `body` in a thread with a stack of this size, or of the least size that the system allows.
 inline void runWithStack(std::size_t size, std::function<void()> body) {
+#if defined(_WIN32)
+    const auto run = [](void* argument) -> DWORD {
+        (*static_cast<std::function<void()>*>(argument))();
+        return 0;
+    };
+    const HANDLE thread = CreateThread(nullptr, size, run, &body, STACK_SIZE_PARAM_IS_A_RESERVATION, nullptr);
+    ASSERT_NE(thread, nullptr);
+    ASSERT_EQ(WaitForSingleObject(thread, WAITS_FOREVER), WAIT_OBJECT_0);
+    CloseHandle(thread);
+#else
     pthread_attr_t attributes;
     ASSERT_EQ(pthread_attr_init(&attributes), 0);
     ASSERT_EQ(pthread_attr_setstacksize(&attributes, size), 0);
@@ -36,6 +53,7 @@ inline void runWithStack(std::size_t size, std::function<void()> body) {
               0);
     ASSERT_EQ(pthread_join(thread, nullptr), 0);
     pthread_attr_destroy(&attributes);
+#endif
 }
 
 /// Runs `body` when no more than `left` bytes are left of the stack, which begins at `lowest`.
@@ -53,6 +71,11 @@ inline void runWithStack(std::size_t size, std::function<void()> body) {
 
 /// Runs `body` when a fifth of the stack of this thread is left.
 inline void runNearTheEndOfTheStack(const std::function<void()>& body) {
+#if defined(_WIN32)
+    ULONG_PTR lowest, end;
+    GetCurrentThreadStackLimits(&lowest, &end);
+    runNearTheEnd(lowest, (end - lowest) / 5, body);
+#else
     pthread_attr_t attributes;
     void* lowest = nullptr;
     std::size_t size = 0;
@@ -60,6 +83,7 @@ inline void runNearTheEndOfTheStack(const std::function<void()>& body) {
     ASSERT_EQ(pthread_attr_getstack(&attributes, &lowest, &size), 0);
     pthread_attr_destroy(&attributes);
     runNearTheEnd(reinterpret_cast<std::uintptr_t>(lowest), size / 5, body);
+#endif
 }
 
 #endif

@@ -419,6 +419,9 @@ TEST(Exception, FormattedTextIsTruncatedAt4095BytesAndThePrefixIsNot) {
 }
 
 TEST(Exception, TextThatCannotBeFormattedCountsAsAFullBuffer) {
+#if defined(_WIN32)
+    GTEST_SKIP() << "the C library of MinGW-w64 formats every text";
+#endif
     const wchar_t unformattable[] = {static_cast<wchar_t>(0x7FFFFFFF), 0};
     const Exception<1> exception(literal("::Type"), literal("File"), literal("f"), literal("__LINE__"), 1,
                                  literal("prefix"), "ab%ls", unformattable);

@@ -339,7 +339,7 @@ TEST(AllocationFailure, GrowingATree) {
     }
 }
 
-#if defined(__linux__)
+#if defined(VORN_TEST_HAS_SMALL_STACKS)
 // Near the end of a stack, objects wait for their destruction in a queue, which may need memory.
 TEST(AllocationFailure, DestroyingADeepStructure) {
     struct Link : Plain {

@@ -361,7 +361,7 @@ TEST(ConvertedSubstring, AssertsThatUTF8IsValid) {
     }
     // Inside the substring a zero byte passes; from 0x1000 on, so does an overlong form of four bytes.
     EXPECT_EQ(unitsOf(*substring(std::string("a\0b", 3), -2, 1).getData()), UTF16Text(1, 0));
-    EXPECT_EQ(unitsOf(*substring("ab\xF0\x81\x80\x80", -3, 1).getData()), u"b");
+    EXPECT_EQ(unitsOf(*substring("ab\xF0\x81\x80\x80", -3, 1).getData()), VORN_UTF16("b"));
 }
 
 } // namespace

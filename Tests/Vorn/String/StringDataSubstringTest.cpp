@@ -118,7 +118,7 @@ TEST(Substring, OfAStaticBufferIsStaticAndUnlinked) {
     const String wideCut(wide.getData()->substr<UTF16Char>(1, 2));
     EXPECT_EQ(wideCut.getData()->getAllocationType<UTF16Char>(), STRING_DATA_STATIC);
     EXPECT_EQ(wide.getData()->getNext<UTF16Char>(), nullptr);
-    EXPECT_EQ(unitsOf(*wideCut.getData()), u"ta");
+    EXPECT_EQ(unitsOf(*wideCut.getData()), VORN_UTF16("ta"));
 }
 
 TEST(Substring, OfTheWholeTerminatedTextIsTerminated) {

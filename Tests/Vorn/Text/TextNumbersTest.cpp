@@ -7,6 +7,7 @@
 
 #include <bit>
 #include <cerrno>
+#include <charconv>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -30,6 +31,9 @@ std::string textOf(const String& s) {
 template <class T>
 std::string shown(const std::optional<T>& value) {
     if (!value) return "empty";
+    if constexpr (std::is_floating_point_v<T>) {
+        if (std::isnan(*value)) return std::signbit(*value) ? "-nan" : "nan"; // streams of Windows print no sign
+    }
     std::ostringstream stream;
     stream.precision(17);
     stream << +*value;
@@ -228,6 +232,11 @@ void expectNearest(const std::string& text) {
         expected = std::strtof(text.c_str(), &end);
     else
         expected = std::strtod(text.c_str(), &end);
+#if defined(_WIN32) // whose strtod rounds some ties of subnormal values up
+    T nearest;
+    const std::from_chars_result read = std::from_chars(text.data(), end, nearest);
+    if (read.ec == std::errc() && read.ptr == end) expected = nearest;
+#endif
     // Too large, or too near to 0 but not 0.
     const std::string digits = text.substr(0, text.find_first_of(text.find('x') == std::string::npos ? "e" : "p"));
     const bool isZero = digits.find_first_of("123456789abcdefABCDEF") == std::string::npos;
