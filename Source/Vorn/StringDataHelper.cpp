@@ -397,7 +397,7 @@ unsigned int convertPlain(Target* dest, const Source* sourceBuffer, unsigned int
 unsigned int stringDataConvertToUTF16FromNonASCIIUTF8(StringDataSubCharset charset, UTF16Char* dest,
                                                       unsigned int destLength, const unsigned char* sourceBuffer,
                                                       unsigned int sourceLength) {
-    const TextProgress converted = textKernels().toUTF16(sourceBuffer, sourceLength, dest, destLength);
+    const TextProgress converted = textKernels().toUTF16(sourceBuffer, sourceLength, dest, destLength, false);
     auto i = static_cast<unsigned int>(converted.source);
     auto j = static_cast<unsigned int>(converted.dest);
     while (i < sourceLength) {
@@ -427,9 +427,11 @@ unsigned int stringDataConvertToUTF16FromNonASCIIUTF8(StringDataSubCharset chars
 // The size of a caller's memory, of which only `destLength` is known: a character that starts inside is written whole.
 constexpr std::size_t UNKNOWN_SIZE = SIZE_MAX;
 
+Pairs pairsOf(bool hasPairs) { return hasPairs ? Pairs::STORED : Pairs::APART; }
+
 // Converts a text to UTF-8. `destLength` is tested only at the start of a character. The bytes of a character that
 // starts before `destLength` and ends behind `blockSize` bytes are dropped where they are outside the block.
-template <bool Pairs, const auto& Function>
+template <bool HasPairs, const auto& Function>
 std::size_t encodeText(unsigned char* dest, unsigned int destLength, std::size_t blockSize,
                        const UTF16Char* sourceBuffer, unsigned int sourceLength, bool isMeasured) {
     unsigned int i = 0;
@@ -439,7 +441,8 @@ std::size_t encodeText(unsigned char* dest, unsigned int destLength, std::size_t
     for (std::size_t passed = 1; passed != 0;) {
         const std::size_t room = std::min<std::size_t>(destLength, blockSize) - j;
         const std::size_t length = isMeasured ? sourceLength - i : std::min<std::size_t>(sourceLength - i, room / 3);
-        const TextProgress converted = textKernels().toUTF8(sourceBuffer + i, length, dest + j, room, Pairs);
+        const TextProgress converted =
+            textKernels().toUTF8(sourceBuffer + i, length, dest + j, room, pairsOf(HasPairs));
         passed = isMeasured ? 0 : converted.source;
         i += static_cast<unsigned int>(converted.source);
         j += converted.dest;
@@ -447,10 +450,11 @@ std::size_t encodeText(unsigned char* dest, unsigned int destLength, std::size_t
     while (i < sourceLength) {
         VORN_INTERNAL_ASSERT(j < destLength, "destination buffer too short!", Function);
         if (blockSize - j >= LONGEST_CHARACTER) {
-            j = static_cast<std::size_t>(encodeCharacter<Pairs>(dest + j, sourceBuffer, i) - dest);
+            j = static_cast<std::size_t>(encodeCharacter<HasPairs>(dest + j, sourceBuffer, i) - dest);
         } else {
             unsigned char character[LONGEST_CHARACTER];
-            const auto size = static_cast<std::size_t>(encodeCharacter<Pairs>(character, sourceBuffer, i) - character);
+            const auto size =
+                static_cast<std::size_t>(encodeCharacter<HasPairs>(character, sourceBuffer, i) - character);
             std::copy_n(character, std::min(size, blockSize - j), dest + j);
             j += size;
         }
@@ -628,7 +632,8 @@ void stringDataConvertToUTF8(std::string& dest, const UTF16Char* sourceBuffer, c
     unsigned char part[4096];
     const bool pairs = charset != STRING_DATA_UCS2;
     for (unsigned int i = 0; i < length;) {
-        const TextProgress converted = textKernels().toUTF8(sourceBuffer + i, length - i, part, sizeof(part), pairs);
+        const TextProgress converted =
+            textKernels().toUTF8(sourceBuffer + i, length - i, part, sizeof(part), pairsOf(pairs));
         dest.append(reinterpret_cast<const char*>(part), converted.dest);
         i += static_cast<unsigned int>(converted.source);
         // The kernel has left a few units at the end of the text or of the part.

@@ -73,6 +73,16 @@ inline unsigned char* encodePair(unsigned char* dest, unsigned int first, unsign
     return dest;
 }
 
+/// Writes the character of a surrogate pair. Returns a pointer behind the last byte written.
+inline unsigned char* encodeExactPair(unsigned char* dest, unsigned int first, unsigned int second) {
+    const unsigned int code = 0x10000 + ((first & 0x3FF) << 10 | (second & 0x3FF));
+    *dest++ = static_cast<unsigned char>(0xF0 | (code >> 18));
+    *dest++ = static_cast<unsigned char>(0x80 | ((code >> 12) & 0x3F));
+    *dest++ = static_cast<unsigned char>(0x80 | ((code >> 6) & 0x3F));
+    *dest++ = static_cast<unsigned char>(0x80 | (code & 0x3F));
+    return dest;
+}
+
 /// Writes the character at unit `i` and moves `i` behind it. Returns a pointer behind the last byte written.
 template <bool Pairs>
 inline unsigned char* encodeCharacter(unsigned char* dest, const UTF16Char* sourceBuffer, unsigned int& i) {

@@ -61,7 +61,7 @@ std::string described(const TextKernels& kernels, const std::vector<UTF16Char>& 
 }
 
 /// Converts a text with a kernel and its rest with the portable one. The units behind a first surrogate exist.
-std::vector<unsigned char> toUTF8(const TextKernels& kernels, const std::vector<UTF16Char>& text, bool pairs) {
+std::vector<unsigned char> toUTF8(const TextKernels& kernels, const std::vector<UTF16Char>& text, Pairs pairs) {
     std::vector<unsigned char> bytes(text.size() * 4 + 8);
     const TextProgress start = kernels.toUTF8(text.data(), text.size(), bytes.data(), bytes.size(), pairs);
     const TextProgress rest = allTextKernels[0]->toUTF8(text.data() + start.source, text.size() - start.source,
@@ -71,15 +71,16 @@ std::vector<unsigned char> toUTF8(const TextKernels& kernels, const std::vector<
 }
 
 /// Converts ordinary text, with blanks behind it in place of the last bytes that the portable kernel leaves.
-std::vector<UTF16Char> toUTF16(const TextKernels& kernels, std::vector<unsigned char> text) {
-    const std::size_t characters = allTextKernels[0]->measureUTF8(text.data(), text.size(), true).characters;
+std::vector<UTF16Char> toUTF16(const TextKernels& kernels, std::vector<unsigned char> text, bool exact) {
+    const UTF8Run run = allTextKernels[0]->measureUTF8(text.data(), text.size(), true);
+    const std::size_t length = run.characters + (exact ? run.fourBytes : 0);
     text.insert(text.end(), 4, 0x20);
     std::vector<UTF16Char> units(text.size());
-    const TextProgress start = kernels.toUTF16(text.data(), text.size(), units.data(), units.size());
+    const TextProgress start = kernels.toUTF16(text.data(), text.size(), units.data(), units.size(), exact);
     const TextProgress rest = allTextKernels[0]->toUTF16(text.data() + start.source, text.size() - start.source,
-                                                         units.data() + start.dest, units.size() - start.dest);
-    require(start.dest + rest.dest >= characters, kernels.name);
-    units.resize(characters);
+                                                         units.data() + start.dest, units.size() - start.dest, exact);
+    require(start.dest + rest.dest >= length, kernels.name);
+    units.resize(length);
     return units;
 }
 
@@ -104,10 +105,15 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         if (!kernels.isSupported()) continue;
         requireText(described(kernels, text, flag), described(portable, text, flag), kernels.name);
         requireText(described(kernels, wide, flag), described(portable, wide, flag), kernels.name);
-        require(toUTF8(kernels, wide, flag) == toUTF8(portable, wide, flag), kernels.name);
+        const Pairs pairs = flag ? Pairs::STORED : Pairs::APART;
+        require(toUTF8(kernels, wide, pairs) == toUTF8(portable, wide, pairs), kernels.name);
+        const UTF16Run wideRun = portable.scanUTF16(wide.data(), wide.size());
+        const std::vector<UTF16Char> validWide(wide.begin(),
+                                               wide.begin() + static_cast<std::ptrdiff_t>(wideRun.length));
+        require(toUTF8(kernels, validWide, Pairs::EXACT) == toUTF8(portable, validWide, Pairs::EXACT), kernels.name);
         const UTF8Run run = portable.scanUTF8(text.data(), text.size());
         const std::vector<unsigned char> valid(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(run.length));
-        require(toUTF16(kernels, valid) == toUTF16(portable, valid), kernels.name);
+        require(toUTF16(kernels, valid, flag) == toUTF16(portable, valid, flag), kernels.name);
         const TextProgress equal = kernels.match(wide.data(), wide.size(), text.data(), text.size(), flag);
         const std::vector<UTF16Char> start(wide.begin(), wide.begin() + static_cast<std::ptrdiff_t>(equal.source));
         std::vector<unsigned char> encoded;

@@ -18,9 +18,23 @@ bool isSupported() noexcept {
 } // namespace
 
 constinit const TextKernels avx2TextKernels = {
-    "AVX2",          isSupported,      scanUTF8<V32>,   measureUTF8<V32>, scanUTF16<V32>, measureUTF16<V32>,
-    widenASCII<V32>, narrowASCII<V32>, skipASCII8<V32>, skipASCII16<V32>, convertToUTF16, convertToUTF8,
-    matchEncodings,  matchUnits<V32>,  count8<V32>,     count16<V32>,     findZero<V32>,
+    "AVX2",
+    isSupported,
+    scanUTF8<V32>,
+    measureUTF8<V32>,
+    scanUTF16<V32>,
+    measureUTF16<V32>,
+    widenASCII<V32>,
+    narrowASCII<V32>,
+    skipASCII8<V32>,
+    skipASCII16<V32>,
+    convertToUTF16<V16>,
+    convertToUTF8<V16>,
+    matchEncodings<V16>,
+    matchUnits<V32>,
+    count8<V32>,
+    count16<V32>,
+    findZero<V32>,
 };
 
 } // namespace VornPrivate

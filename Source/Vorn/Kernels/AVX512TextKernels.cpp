@@ -39,8 +39,8 @@ inline __m512i wordsAt(const WordIndices& indices, __m512i bytes) {
 
 /// UTF-8 to UTF-16. The code of a character is formed in the word of each of its bytes, from that byte and the two
 /// before it. The word of the last byte has all of it, and is selected. See VectorConvert.h.
-TextProgress convertToUTF16(const unsigned char* source, std::size_t length, UTF16Char* dest,
-                            std::size_t room) noexcept {
+TextProgress convertToUTF16(const unsigned char* source, std::size_t length, UTF16Char* dest, std::size_t room,
+                            bool exact) noexcept {
     std::size_t i = 0;
     std::size_t j = 0;
     while (i < length) {
@@ -66,12 +66,12 @@ TextProgress convertToUTF16(const unsigned char* source, std::size_t length, UTF
         const bool isNextStart = i + 64 >= length || (source[i + 64] & 0xC0) != 0x80;
         const std::uint64_t ends = (starts >> 1 | std::uint64_t(isNextStart) << 63) & lowest(size);
         if (ends == 0) break; // malformed
-        const std::size_t units = onesIn(ends);
-        if (units > room - j) break;
+        const std::uint64_t seconds = trails & trails << 1;
+        const std::uint64_t thirds = seconds & trails << 2; // third trail bytes
+        const std::uint64_t selected = exact ? ends | thirds >> 1 : ends;
+        if (onesIn(selected) > room - j) break;
         // Whole vectors are stored faster. Behind both halves, 128 bytes have 32 characters at least.
         const bool isFarFromEnd = length - i >= 64 + 128 && room - j >= 2 * 32;
-        const std::uint64_t seconds = trails & trails << 1;
-        const std::uint64_t thirds = seconds & trails << 2;
         const auto store = [&](unsigned int half, const WordIndices& at, const WordIndices& before1,
                                const WordIndices& before2) {
             const auto bitsOf = [=](std::uint64_t mask) { return static_cast<__mmask32>(mask >> 32 * half); };
@@ -84,9 +84,15 @@ TextProgress convertToUTF16(const unsigned char* source, std::size_t length, UTF
             if (thirds) {
                 words = _mm512_mask_add_epi16(words, bitsOf(thirds), V64::bitAnd(words, V64::splat16(0x3FF)),
                                               V64::splat16(0xDC00));
+                // 110110 and the bits of the code above the lowest ten, less 0x40.
+                const __m512i top = V64::bitOr(
+                    _mm512_slli_epi16(V64::bitAnd(wordsAt(before2, bytes), V64::splat16(0x07)), 8),
+                    V64::bitOr(_mm512_slli_epi16(V64::bitAnd(wordsAt(before1, bytes), V64::splat16(0x3F)), 2),
+                               V64::bitAnd(_mm512_srli_epi16(byte, 4), V64::splat16(0x03))));
+                words = _mm512_mask_add_epi16(words, bitsOf(thirds >> 1), top, V64::splat16(0xD800 - 0x40));
             }
-            const std::size_t count = onesIn(bitsOf(ends));
-            words = _mm512_maskz_compress_epi16(bitsOf(ends), words);
+            const std::size_t count = onesIn(bitsOf(selected));
+            words = _mm512_maskz_compress_epi16(bitsOf(selected), words);
             if (isFarFromEnd)
                 V64::store(dest + j, words);
             else
@@ -106,9 +112,8 @@ struct Encoded {
     std::size_t units; ///< 0 if the units cannot be encoded
 };
 
-/// Encodes units. Surrogate pairs are encoded as by `encodePair`, or exactly.
-template <bool ByEncodePair, bool Whole>
-inline Encoded encode(const UTF16Char* source, std::size_t length, bool pairs) {
+template <bool Whole>
+inline Encoded encode(const UTF16Char* source, std::size_t length, Pairs pairs) {
     std::size_t size = Whole ? 16 : smaller(length, 16);
     const __m512i units = _mm512_cvtepu16_epi32(
         Whole ? V32::load(source) : _mm256_maskz_loadu_epi16(static_cast<__mmask16>(lowest(size)), source));
@@ -122,7 +127,8 @@ inline Encoded encode(const UTF16Char* source, std::size_t length, bool pairs) {
     __m512i words = _mm512_or_si512(joined, _mm512_mask_mov_epi32(splat(0x8080E0), isTwo, splat(0x80C000)));
     words = _mm512_mask_slli_epi32(words, isShort, units, 16);
 
-    if (pairs) {
+    if (pairs != Pairs::APART) {
+        const bool exact = pairs == Pairs::EXACT;
         const __m512i kind = bitAnd(units, 0xFC00);
         unsigned int firsts = _mm512_cmpeq_epi32_mask(kind, splat(0xD800));
         if (firsts) {
@@ -133,12 +139,10 @@ inline Encoded encode(const UTF16Char* source, std::size_t length, bool pairs) {
             const __mmask16 second = static_cast<__mmask16>(firsts << 1);
             // The word behind each one.
             const __m512i next = _mm512_alignr_epi32(_mm512_setzero_si512(), units, 1);
-            const __m512i added =
-                _mm512_add_epi32(bitAnd(units, ByEncodePair ? 0xFFFF : 0x3FF), splat(ByEncodePair ? 4 : 0x40));
-            __m512i bytes = bitAnd(_mm512_srli_epi32(added, 8), ByEncodePair ? 3 : 7);
-            bytes = _mm512_or_si512(bytes, ByEncodePair ? _mm512_slli_epi32(bitAnd(units, 0xFC), 6)
-                                                        : _mm512_slli_epi32(bitAnd(added, 0xFC), 6));
-            bytes = _mm512_add_epi32(bytes, splat(ByEncodePair ? 0x90F0 : 0x80F0));
+            const __m512i added = _mm512_add_epi32(bitAnd(units, exact ? 0x3FF : 0xFFFF), splat(exact ? 0x40 : 4));
+            __m512i bytes = bitAnd(_mm512_srli_epi32(added, 8), exact ? 7 : 3);
+            bytes = _mm512_or_si512(bytes, _mm512_slli_epi32(bitAnd(exact ? added : units, 0xFC), 6));
+            bytes = _mm512_add_epi32(bytes, splat(exact ? 0x80F0 : 0x90F0));
             bytes = _mm512_or_si512(bytes, _mm512_slli_epi32(bitAnd(units, 3), 20));
             bytes = _mm512_or_si512(bytes, _mm512_slli_epi32(bitAnd(next, 0x3C0), 10));
             bytes = _mm512_or_si512(bytes, _mm512_slli_epi32(bitAnd(next, 0x3F), 24));
@@ -175,17 +179,74 @@ inline Packed packed32(__m512i units) {
     return packedOf(_mm512_mask_slli_epi16(words, isShort, units, 8));
 }
 
-TextProgress convertToUTF8(const UTF16Char* source, std::size_t length, unsigned char* dest, std::size_t room,
-                           bool pairs) noexcept {
+/// Surrogates in 32 units, one bit each.
+struct Surrogates {
+    __mmask32 firsts, seconds;
+    std::size_t whole; ///< units without the first half of a pair at the end
+    bool areAlone;     ///< true if all others are below 0x800, and all surrogates are in pairs
+
+    explicit Surrogates(__m512i units) {
+        const __m512i kind = V64::bitAnd(units, V64::splat16(0xFC00));
+        firsts = _mm512_cmpeq_epi16_mask(kind, V64::splat16(0xD800));
+        seconds = _mm512_cmpeq_epi16_mask(kind, V64::splat16(0xDC00));
+        const __mmask32 isLong = _mm512_test_epi16_mask(units, V64::splat16(0xF800));
+        areAlone = isLong == (firsts | seconds) && firsts << 1 == seconds;
+        whole = 32 - (firsts >> 31);
+    }
+};
+
+/// Encodes 32 units below 0x800 or in pairs. Returns two bytes too many if a pair is not complete.
+inline Packed packed32(__m512i units, const Surrogates& surrogates, bool exact) {
+    const auto bits = [](__m512i words, unsigned int mask) { return V64::bitAnd(words, V64::splat16(mask)); };
+    const __mmask32 isShort = _mm512_cmplt_epu16_mask(V64::sub16(units, V64::splat16(1)), V64::splat16(0x7F));
+    const __m512i tail = _mm512_slli_epi16(bits(units, 0x3F), 8);
+    const __m512i shifted = _mm512_srli_epi16(units, 6);
+    __m512i words = V64::bitOr(V64::bitOr(shifted, tail), V64::splat16(0x80C0));
+    const __m512i sum = _mm512_add_epi16(bits(units, exact ? 0x3FF : 0xFFFF), V64::splat16(exact ? 0x40 : 4));
+    const __m512i first = V64::bitOr(bits(_mm512_srli_epi16(sum, 8), exact ? 7 : 3),
+                                     _mm512_slli_epi16(bits(exact ? sum : units, 0xFC), 6));
+    words = _mm512_mask_add_epi16(words, surrogates.firsts, first, V64::splat16(exact ? 0x80F0 : 0x90F0));
+    const __m512i before = V64::previous<2>(units, V64::zero());
+    const __m512i second = V64::bitOr(V64::bitOr(tail, bits(shifted, 0x0F)), _mm512_slli_epi16(bits(before, 3), 4));
+    words = _mm512_mask_add_epi16(words, surrogates.seconds, second, V64::splat16(0x8080));
+    return packedOf(_mm512_mask_slli_epi16(words, isShort, units, 8));
+}
+
+/// Stores bytes of a text of which `left` units are not converted yet. Returns false if there is no room.
+inline bool storePacked(const Packed& packed, unsigned char* dest, std::size_t room, std::size_t left) {
+    if (packed.size > room) return false;
+    // Whole vectors are stored faster. 64 units become 64 bytes at least.
+    if (left >= 64 && room >= 64)
+        V64::store(dest, packed.bytes);
+    else
+        _mm512_mask_storeu_epi8(dest, lowest(packed.size), packed.bytes);
+    return true;
+}
+
+/// Converts blocks of 32 units that are below 0x800 or in pairs. Out of line, so that the constants of each loop fit
+/// the registers.
+[[gnu::noinline]] TextProgress convertPairs(const UTF16Char* source, std::size_t length, unsigned char* dest,
+                                            std::size_t room, bool exact) noexcept {
     std::size_t i = 0;
     std::size_t j = 0;
-    // Whole vectors are stored faster. 64 units become 64 bytes at least.
+    while (length - i >= 32) {
+        const __m512i units = V64::load(source + i);
+        const Surrogates surrogates(units);
+        if (surrogates.firsts == 0 || !surrogates.areAlone) break;
+        const Packed packed = packed32(units, surrogates, exact);
+        if (!storePacked(packed, dest + j, room - j, length - i)) break;
+        i += surrogates.whole;
+        j += packed.size - 2 * (32 - surrogates.whole);
+    }
+    return {i, j};
+}
+
+TextProgress convertToUTF8(const UTF16Char* source, std::size_t length, unsigned char* dest, std::size_t room,
+                           Pairs pairs) noexcept {
+    std::size_t i = 0;
+    std::size_t j = 0;
     const auto store = [&](const Packed& packed) {
-        if (packed.size > room - j) return false;
-        if (length - i >= 64 && room - j >= 64)
-            V64::store(dest + j, packed.bytes);
-        else
-            _mm512_mask_storeu_epi8(dest + j, lowest(packed.size), packed.bytes);
+        if (!storePacked(packed, dest + j, room - j, length - i)) return false;
         j += packed.size;
         return true;
     };
@@ -203,12 +264,18 @@ TextProgress convertToUTF8(const UTF16Char* source, std::size_t length, unsigned
             i += 32;
             continue;
         }
-        const Encoded encoded = encode<true, true>(source + i, 16, pairs);
+        if (pairs != Pairs::APART && !V64::isZero(surrogates<V64>(units))) {
+            const TextProgress done = convertPairs(source + i, length - i, dest + j, room - j, pairs == Pairs::EXACT);
+            i += done.source;
+            j += done.dest;
+            if (done.source != 0) continue;
+        }
+        const Encoded encoded = encode<true>(source + i, 16, pairs);
         if (encoded.units == 0 || !store(packedOf(encoded.words))) break;
         i += encoded.units;
     }
     while (i < length) {
-        const Encoded encoded = encode<true, false>(source + i, length - i, pairs);
+        const Encoded encoded = encode<false>(source + i, length - i, pairs);
         if (encoded.units == 0 || !store(packedOf(encoded.words))) break;
         i += encoded.units;
     }
@@ -237,6 +304,30 @@ inline bool differs(const Packed& packed, const unsigned char* text, std::size_t
     return _mm512_mask_cmpneq_epi8_mask(all, bytes, packed.bytes) != 0;
 }
 
+/// Compares blocks of 32 units that are below 0x800 or in pairs. Out of line, so that the constants of each loop fit
+/// the registers.
+[[gnu::noinline]] TextProgress matchPairs(const UTF16Char* wide, std::size_t wideLength, const unsigned char* text,
+                                          std::size_t length) noexcept {
+    std::size_t i = 0;
+    std::size_t j = 0;
+    while (wideLength - i >= 32 && length - j >= 64) {
+        const __m512i units = V64::load(wide + i);
+        const Surrogates surrogates(units);
+        if (surrogates.firsts == 0 || !surrogates.areAlone) break;
+        const auto maskOf = [=](unsigned int bits, unsigned int value) -> unsigned int {
+            return _mm512_cmpeq_epi16_mask(V64::bitAnd(units, V64::splat16(bits)), V64::splat16(value));
+        };
+        const bool hasNoncharacters = (maskOf(0xFC3F, 0xD83F) << 1 & maskOf(0xFFFE, 0xDFFE)) != 0;
+        if (hasNoncharacters || _mm512_test_epi16_mask(units, units) != 0xFFFFFFFF) break;
+        Packed packed = packed32(units, surrogates, true);
+        packed.size -= 2 * (32 - surrogates.whole);
+        if (differs(packed, text + j, length - j)) break;
+        i += surrogates.whole;
+        j += packed.size;
+    }
+    return {i, j};
+}
+
 TextProgress matchEncodings(const UTF16Char* wide, std::size_t wideLength, const unsigned char* text,
                             std::size_t length, bool full) noexcept {
     std::size_t i = 0;
@@ -259,18 +350,25 @@ TextProgress matchEncodings(const UTF16Char* wide, std::size_t wideLength, const
                 continue;
             }
             if (length - j >= 128 && V64::isZero(V64::bitOr(refusedUnits<V64>(units), surrogates<V64>(units)))) {
-                const Packed low = packedOf(encode<false, true>(wide + i, 16, false).words);
-                const Packed high = packedOf(encode<false, true>(wide + i + 16, 16, false).words);
+                const Packed low = packedOf(encode<true>(wide + i, 16, Pairs::APART).words);
+                const Packed high = packedOf(encode<true>(wide + i + 16, 16, Pairs::APART).words);
                 if (differs(low, text + j, 64) || differs(high, text + j + low.size, 64)) break;
                 i += 32;
                 j += low.size + high.size;
                 continue;
             }
+            const TextProgress pairs =
+                full ? matchPairs(wide + i, wideLength - i, text + j, length - j) : TextProgress{0, 0};
+            if (pairs.source != 0) {
+                i += pairs.source;
+                j += pairs.dest;
+                continue;
+            }
         }
         std::size_t units = smaller(wideLength - i, 16);
         if (hasRefusedUnits(wide + i, units, full) || units == 0) break;
-        const Encoded encoded =
-            units == 16 ? encode<false, true>(wide + i, 16, full) : encode<false, false>(wide + i, units, full);
+        const Pairs pairs = full ? Pairs::EXACT : Pairs::APART;
+        const Encoded encoded = units == 16 ? encode<true>(wide + i, 16, pairs) : encode<false>(wide + i, units, pairs);
         const Packed packed = packedOf(encoded.words);
         if (packed.size > length - j || differs(packed, text + j, length - j)) break;
         i += encoded.units;

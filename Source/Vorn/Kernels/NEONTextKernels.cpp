@@ -1,8 +1,8 @@
-// The kernels of NEON, which every AArch64 processor has. Conversions of text that is not ASCII are left to the
-// portable kernels.
+// The kernels of NEON, which every AArch64 processor has.
 #include "TextKernelTables.h"
 
 #ifdef VORN_NEON_KERNELS
+#include "VectorConvert.h"
 #include "VectorScan.h"
 
 #include <arm_neon.h>
@@ -62,14 +62,76 @@ struct V16 {
         store(static_cast<unsigned char*>(dest) + 16, bytes(vmovl_u8(vget_high_u8(v))));
     }
     static Bytes narrow(Bytes low, Bytes high) { return vcombine_u8(vmovn_u16(units(low)), vmovn_u16(units(high))); }
+
+    // For conversions.
+    static uint32x4_t words(Bytes v) { return vreinterpretq_u32_u8(v); }
+    static Bytes bytes(uint32x4_t v) { return vreinterpretq_u8_u32(v); }
+    /// Zero if no byte has its top bit set.
+    static std::uint64_t maskOfTops(Bytes v) { return vmaxvq_u8(v) >> 7; }
+    /// The bytes from 0x80 to 0xBF.
+    static Bytes trails(Bytes v) { return vcltq_s8(vreinterpretq_s8_u8(v), vdupq_n_s8(-64)); }
+    static Bytes equal16(Bytes a, Bytes b) { return bytes(vceqq_u16(units(a), units(b))); }
+    static Bytes greater32(Bytes a, Bytes b) { return bytes(vcgtq_u32(words(a), words(b))); }
+    static Bytes splat32(unsigned int word) { return bytes(vdupq_n_u32(word)); }
+    static Bytes add16(Bytes a, Bytes b) { return bytes(vaddq_u16(units(a), units(b))); }
+    template <int N>
+    static Bytes shiftLeft16(Bytes v) {
+        return bytes(vshlq_n_u16(units(v), N));
+    }
+    template <int N>
+    static Bytes shiftRight16(Bytes v) {
+        return bytes(vshrq_n_u16(units(v), N));
+    }
+    template <int N>
+    static Bytes shiftLeft32(Bytes v) {
+        return bytes(vshlq_n_u32(words(v), N));
+    }
+    template <int N>
+    static Bytes shiftRight32(Bytes v) {
+        return bytes(vshrq_n_u32(words(v), N));
+    }
+    /// The bytes behind `N` zero bytes.
+    template <int N>
+    static Bytes behind(Bytes v) {
+        return vextq_u8(zero(), v, 16 - N);
+    }
+    static Bytes withoutFirst(Bytes v) { return vextq_u8(v, zero(), 1); }
+    static Bytes unpackLow8(Bytes a, Bytes b) { return vzip1q_u8(a, b); }
+    static Bytes unpackHigh8(Bytes a, Bytes b) { return vzip2q_u8(a, b); }
+    static Bytes unpackLow16(Bytes a, Bytes b) { return bytes(vzip1q_u16(units(a), units(b))); }
+    static Bytes unpackHigh16(Bytes a, Bytes b) { return bytes(vzip2q_u16(units(a), units(b))); }
+    /// One bit for each unit or word of a vector of ones and zeros.
+    static unsigned int maskOf16(Bytes v) {
+        const uint16x8_t bits = {1, 2, 4, 8, 16, 32, 64, 128};
+        return vaddvq_u16(vandq_u16(units(v), bits));
+    }
+    static unsigned int maskOf32(Bytes v) {
+        const uint32x4_t bits = {1, 2, 4, 8};
+        return vaddvq_u32(vandq_u32(words(v), bits));
+    }
+    static Bytes blend(Bytes mask, Bytes set, Bytes clear) { return vbslq_u8(mask, set, clear); }
 };
 
 } // namespace
 
 constinit const TextKernels neonTextKernels = {
-    "NEON",          isSupported,      scanUTF8<V16>,   measureUTF8<V16>, scanUTF16<V16>,    measureUTF16<V16>,
-    widenASCII<V16>, narrowASCII<V16>, skipASCII8<V16>, skipASCII16<V16>, portable::toUTF16, portable::toUTF8,
-    portable::match, matchUnits<V16>,  count8<V16>,     count16<V16>,     findZero<V16>,
+    "NEON",
+    isSupported,
+    scanUTF8<V16>,
+    measureUTF8<V16>,
+    scanUTF16<V16>,
+    measureUTF16<V16>,
+    widenASCII<V16>,
+    narrowASCII<V16>,
+    skipASCII8<V16>,
+    skipASCII16<V16>,
+    convertToUTF16<V16>,
+    convertToUTF8<V16>,
+    matchEncodings<V16>,
+    matchUnits<V16>,
+    count8<V16>,
+    count16<V16>,
+    findZero<V16>,
 };
 
 } // namespace VornPrivate

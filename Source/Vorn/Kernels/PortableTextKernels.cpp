@@ -88,20 +88,41 @@ UTF8Run measureUTF8(const unsigned char* text, std::size_t length, bool full) no
     return full ? runOf<true>(text, length) : runOf<false>(text, length);
 }
 
-TextProgress toUTF16(const unsigned char* source, std::size_t length, UTF16Char* dest, std::size_t room) noexcept {
-    const Conversion end = convertOrdinary<true>({source, dest}, source + length, dest + room);
-    return {static_cast<std::size_t>(end.source - source), static_cast<std::size_t>(end.dest - dest)};
+TextProgress toUTF16(const unsigned char* source, std::size_t length, UTF16Char* dest, std::size_t room,
+                     bool exact) noexcept {
+    const unsigned char* const sourceEnd = source + length;
+    const UTF16Char* const destEnd = dest + room;
+    Conversion at{source, dest};
+    if (exact) {
+        for (;;) {
+            at = convertOrdinary<false>(at, sourceEnd, destEnd);
+            if (sourceEnd - at.source < 4 || destEnd - at.dest < 2 || !isOrdinary4(at.source)) break;
+            const unsigned int code = decode4(at.source) - 0x10000;
+            *at.dest++ = static_cast<UTF16Char>(0xD800 + (code >> 10));
+            *at.dest++ = static_cast<UTF16Char>(0xDC00 + (code & 0x3FF));
+            at.source += 4;
+        }
+    } else {
+        at = convertOrdinary<true>(at, sourceEnd, destEnd);
+    }
+    return {static_cast<std::size_t>(at.source - source), static_cast<std::size_t>(at.dest - dest)};
 }
 
 TextProgress toUTF8(const UTF16Char* source, std::size_t length, unsigned char* dest, std::size_t room,
-                    bool pairs) noexcept {
+                    Pairs pairs) noexcept {
     unsigned int i = 0;
     std::size_t j = 0;
-    // The unit behind a first surrogate at the end is left to the caller.
     while (i < runLength(length) && room - j >= LONGEST_CHARACTER) {
-        if (pairs && i + 1 == length && (source[i] & 0xFC00) == 0xD800) break;
-        unsigned char* const end =
-            pairs ? encodeCharacter<true>(dest + j, source, i) : encodeCharacter<false>(dest + j, source, i);
+        const bool isPair = pairs != Pairs::APART && (source[i] & 0xFC00) == 0xD800;
+        if (isPair && i + 1 == length) break; // the unit behind it is left to the caller
+        unsigned char* end = dest + j;
+        if (!isPair)
+            end = encodeUnit(end, source[i]);
+        else if (pairs == Pairs::EXACT)
+            end = encodeExactPair(end, source[i], source[i + 1]);
+        else
+            end = encodePair(end, source[i], source[i + 1]);
+        i += isPair ? 2 : 1;
         j = static_cast<std::size_t>(end - dest);
     }
     return {i, j};

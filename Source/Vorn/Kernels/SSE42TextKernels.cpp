@@ -18,9 +18,23 @@ bool isSupported() noexcept {
 } // namespace
 
 constinit const TextKernels sse42TextKernels = {
-    "SSE4.2",        isSupported,      scanUTF8<V16>,   measureUTF8<V16>, scanUTF16<V16>, measureUTF16<V16>,
-    widenASCII<V16>, narrowASCII<V16>, skipASCII8<V16>, skipASCII16<V16>, convertToUTF16, convertToUTF8,
-    matchEncodings,  matchUnits<V16>,  count8<V16>,     count16<V16>,     findZero<V16>,
+    "SSE4.2",
+    isSupported,
+    scanUTF8<V16>,
+    measureUTF8<V16>,
+    scanUTF16<V16>,
+    measureUTF16<V16>,
+    widenASCII<V16>,
+    narrowASCII<V16>,
+    skipASCII8<V16>,
+    skipASCII16<V16>,
+    convertToUTF16<V16>,
+    convertToUTF8<V16>,
+    matchEncodings<V16>,
+    matchUnits<V16>,
+    count8<V16>,
+    count16<V16>,
+    findZero<V16>,
 };
 
 } // namespace VornPrivate

@@ -30,6 +30,8 @@ struct Shuffles {
     alignas(16) unsigned char bytes[256][16];
 };
 extern const Shuffles COMPRESS_WORDS;
+/// Words of two bytes, of which the second alone is selected if a bit of the index is set.
+extern const Shuffles COMPRESS_PAIRS;
 /// Words of 32 bits with the bytes of a character in the lowest three, of which the last one, two or all three are
 /// selected: bit k of the index is set for two bytes at least, and bit k + 4 for three.
 extern const Shuffles COMPRESS_CHARACTERS;
@@ -38,9 +40,10 @@ extern const Shuffles COMPRESS_CHARACTERS;
 namespace portable {
 UTF8Run scanUTF8(const unsigned char* text, std::size_t length) noexcept;
 UTF8Run measureUTF8(const unsigned char* text, std::size_t length, bool full) noexcept;
-TextProgress toUTF16(const unsigned char* source, std::size_t length, UTF16Char* dest, std::size_t room) noexcept;
+TextProgress toUTF16(const unsigned char* source, std::size_t length, UTF16Char* dest, std::size_t room,
+                     bool exact) noexcept;
 TextProgress toUTF8(const UTF16Char* source, std::size_t length, unsigned char* dest, std::size_t room,
-                    bool pairs) noexcept;
+                    Pairs pairs) noexcept;
 TextProgress match(const UTF16Char* wide, std::size_t wideLength, const unsigned char* text, std::size_t length,
                    bool full) noexcept;
 } // namespace portable

@@ -46,6 +46,19 @@ constexpr Shuffles compressWords() {
     return shuffles;
 }
 
+constexpr Shuffles compressPairs() {
+    Shuffles shuffles{};
+    for (unsigned int index = 0; index < 256; ++index) {
+        unsigned int at = 0;
+        for (unsigned int k = 0; k < 8; ++k) {
+            if (!(index >> k & 1)) shuffles.bytes[index][at++] = static_cast<unsigned char>(2 * k);
+            shuffles.bytes[index][at++] = static_cast<unsigned char>(2 * k + 1);
+        }
+        while (at < 16) shuffles.bytes[index][at++] = 0x80;
+    }
+    return shuffles;
+}
+
 constexpr Shuffles compressCharacters() {
     Shuffles shuffles{};
     for (unsigned int index = 0; index < 256; ++index) {
@@ -63,6 +76,7 @@ constexpr Shuffles compressCharacters() {
 } // namespace
 
 constinit const Shuffles COMPRESS_WORDS = compressWords();
+constinit const Shuffles COMPRESS_PAIRS = compressPairs();
 constinit const Shuffles COMPRESS_CHARACTERS = compressCharacters();
 
 } // namespace VornPrivate

@@ -40,6 +40,13 @@ struct TextProgress {
     std::size_t dest;
 };
 
+/// How surrogate pairs become UTF-8.
+enum class Pairs {
+    APART,  ///< as two characters of three bytes
+    STORED, ///< as `encodePair` writes them
+    EXACT   ///< as the character of four bytes
+};
+
 /// The kernels of one instruction set.
 struct TextKernels {
     const char* name;
@@ -64,15 +71,15 @@ struct TextKernels {
     std::size_t (*skipASCII16)(const UTF16Char* text, std::size_t length) noexcept;
 
     /// Converts text that has been validated, also with U+0000 and overlong forms of two bytes. Writes no more than
-    /// `room` units, and none behind the last one of the whole text. As in `stringDataConvertToUTF16`, a character of
-    /// four bytes becomes its second surrogate alone.
-    TextProgress (*toUTF16)(const unsigned char* source, std::size_t length, UTF16Char* dest,
-                            std::size_t room) noexcept;
+    /// `room` units, and none behind the last one of the whole text. A character of four bytes becomes a pair if
+    /// `exact` is set, and its second surrogate alone otherwise, as in `stringDataConvertToUTF16`.
+    TextProgress (*toUTF16)(const unsigned char* source, std::size_t length, UTF16Char* dest, std::size_t room,
+                            bool exact) noexcept;
     /// Converts units to UTF-8, also U+0000 and unpaired surrogates. A first surrogate is encoded with the unit behind
-    /// it, as `encodePair` does, if `pairs` is set, and as three bytes otherwise. Writes no more than `room` bytes, and
-    /// none behind the last one of the whole text.
+    /// it unless pairs are encoded apart. Exact conversion needs text that has been validated. Writes no more than
+    /// `room` bytes, and none behind the last one of the whole text.
     TextProgress (*toUTF8)(const UTF16Char* source, std::size_t length, unsigned char* dest, std::size_t room,
-                           bool pairs) noexcept;
+                           Pairs pairs) noexcept;
 
     /// Returns how much of ordinary text is equal in both encodings. Stops at surrogates unless `full` is set.
     TextProgress (*match)(const UTF16Char* wide, std::size_t wideLength, const unsigned char* text, std::size_t length,

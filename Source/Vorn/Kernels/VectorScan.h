@@ -132,7 +132,10 @@ struct UTF8Tables {
     typename V::Bytes firstLow = V::tableOf(FIRST_LOW);
     typename V::Bytes secondHigh = V::tableOf(SECOND_HIGH);
 
-    /// Returns zero if all bytes of `v`, which follows `last`, are valid. Otherwise sets bytes of the result.
+    /// Returns zero if all bytes of `v`, which follows `last`, are valid. Otherwise sets bytes of the result. With
+    /// `Suspects` also where a noncharacter can end: 0xBF 0xBE and 0xBF 0xBF end those of all planes, and few other
+    /// characters; 0xEF 0xB7 starts U+FDC0 to U+FDFF.
+    template <bool Suspects>
     typename V::Bytes errorsOf(typename V::Bytes v, typename V::Bytes last) const {
         const auto before1 = V::template previous<1>(v, last);
         const auto before2 = V::template previous<2>(v, last);
@@ -143,18 +146,16 @@ struct UTF8Tables {
         const auto mustBeTrail = V::bitAnd(V::bitOr(V::subtractSaturated8(before2, V::splat8(0xE0 - 0x80)),
                                                     V::subtractSaturated8(before3, V::splat8(0xF0 - 0x80))),
                                            V::splat8(0x80));
-        return V::bitXor(mustBeTrail, pairs);
-    }
-
-    /// Returns zero if there can be no noncharacter. 0xBF 0xBE and 0xBF 0xBF end those of all
-    /// planes, and few other characters; 0xEF 0xB7 starts U+FDC0 to U+FDFF.
-    typename V::Bytes suspectsOf(typename V::Bytes v, typename V::Bytes last) const {
-        const auto before1 = V::template previous<1>(v, last);
-        const auto before2 = V::template previous<2>(v, last);
-        const auto end =
-            V::bitOr(V::bitAnd(V::bitXor(v, V::splat8(0xBE)), V::splat8(0xFE)), V::bitXor(before1, V::splat8(0xBF)));
-        const auto start = V::bitOr(V::bitXor(before2, V::splat8(0xEF)), V::bitXor(before1, V::splat8(0xB7)));
-        return V::subtractSaturated8(V::splat8(1), V::min8(end, start));
+        const auto errors = V::bitXor(mustBeTrail, pairs);
+        if constexpr (Suspects) {
+            const auto end =
+                V::bitOr(V::bitXor(V::bitOr(v, V::splat8(1)), V::splat8(0xBF)), V::bitXor(before1, V::splat8(0xBF)));
+            const auto start = V::bitOr(V::bitXor(before2, V::splat8(0xEF)), V::bitXor(before1, V::splat8(0xB7)));
+            // Bytes of 0 are wrong, too.
+            return V::bitOr(errors, V::subtractSaturated8(V::splat8(1), V::min8(V::min8(end, start), v)));
+        } else {
+            return V::bitOr(errors, V::subtractSaturated8(V::splat8(1), v));
+        }
     }
 };
 
@@ -188,21 +189,20 @@ UTF8Run runOfUTF8(const unsigned char* text, std::size_t length, bool full) noex
             if constexpr (Counts) characters += size;
             return true;
         }
-        Bytes errors = V::zero();
         Bytes most = block.v[0];
-        Bytes previous = last;
-        for (const Bytes v : block.v) {
-            const Bytes zeros = V::subtractSaturated8(V::splat8(1), v);
-            errors = V::bitOr(errors, V::bitOr(tables.errorsOf(v, previous), zeros));
-            most = V::max8(most, v);
-            previous = v;
-        }
+        for (const Bytes v : block.v) most = V::max8(most, v);
         // No noncharacter starts with a smaller byte than 0xEF.
         const bool canHaveNoncharacters = !V::isZero(V::subtractSaturated8(most, V::splat8(0xEE)));
+        Bytes errors = V::zero();
+        Bytes previous = last;
         if (canHaveNoncharacters || couldHaveNoncharacters) {
-            previous = last;
             for (const Bytes v : block.v) {
-                errors = V::bitOr(errors, tables.suspectsOf(v, previous));
+                errors = V::bitOr(errors, tables.template errorsOf<true>(v, previous));
+                previous = v;
+            }
+        } else {
+            for (const Bytes v : block.v) {
+                errors = V::bitOr(errors, tables.template errorsOf<false>(v, previous));
                 previous = v;
             }
         }

@@ -58,6 +58,49 @@ struct V16 {
         return _mm_alignr_epi8(v, last, 16 - N);
     }
 #endif
+
+    // For conversions.
+    static std::uint64_t maskOfTops(Bytes v) { return maskOf(v); }
+    /// The bytes from 0x80 to 0xBF.
+    static Bytes trails(Bytes v) { return _mm_cmplt_epi8(v, _mm_set1_epi8(-64)); }
+    static Bytes equal16(Bytes a, Bytes b) { return _mm_cmpeq_epi16(a, b); }
+    static Bytes greater32(Bytes a, Bytes b) { return _mm_cmpgt_epi32(a, b); }
+    static Bytes splat32(unsigned int word) { return _mm_set1_epi32(static_cast<int>(word)); }
+    static Bytes add16(Bytes a, Bytes b) { return _mm_add_epi16(a, b); }
+    template <int N>
+    static Bytes shiftLeft16(Bytes v) {
+        return _mm_slli_epi16(v, N);
+    }
+    template <int N>
+    static Bytes shiftRight16(Bytes v) {
+        return _mm_srli_epi16(v, N);
+    }
+    template <int N>
+    static Bytes shiftLeft32(Bytes v) {
+        return _mm_slli_epi32(v, N);
+    }
+    template <int N>
+    static Bytes shiftRight32(Bytes v) {
+        return _mm_srli_epi32(v, N);
+    }
+    /// The bytes behind `N` zero bytes.
+    template <int N>
+    static Bytes behind(Bytes v) {
+        return _mm_slli_si128(v, N);
+    }
+    static Bytes withoutFirst(Bytes v) { return _mm_srli_si128(v, 1); }
+    static Bytes unpackLow8(Bytes a, Bytes b) { return _mm_unpacklo_epi8(a, b); }
+    static Bytes unpackHigh8(Bytes a, Bytes b) { return _mm_unpackhi_epi8(a, b); }
+    static Bytes unpackLow16(Bytes a, Bytes b) { return _mm_unpacklo_epi16(a, b); }
+    static Bytes unpackHigh16(Bytes a, Bytes b) { return _mm_unpackhi_epi16(a, b); }
+    /// One bit for each unit or word of a vector of ones and zeros.
+    static unsigned int maskOf16(Bytes v) {
+        return static_cast<unsigned int>(_mm_movemask_epi8(_mm_packs_epi16(v, zero())));
+    }
+    static unsigned int maskOf32(Bytes v) { return static_cast<unsigned int>(_mm_movemask_ps(_mm_castsi128_ps(v))); }
+#ifdef __SSE4_1__
+    static Bytes blend(Bytes mask, Bytes set, Bytes clear) { return _mm_blendv_epi8(clear, set, mask); }
+#endif
     static void widen(Bytes v, void* dest) {
         store(dest, _mm_unpacklo_epi8(v, zero()));
         store(static_cast<unsigned char*>(dest) + 16, _mm_unpackhi_epi8(v, zero()));

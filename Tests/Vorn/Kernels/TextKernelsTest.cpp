@@ -25,6 +25,7 @@ using reference::OrdinaryCharacter;
 using reference::Units;
 using reference::within;
 using Vorn::UTF16Char;
+using VornPrivate::Pairs;
 using VornPrivate::TextKernels;
 using VornPrivate::TextProgress;
 using VornPrivate::UTF16Run;
@@ -327,41 +328,49 @@ testing::AssertionResult converts(const std::vector<Source>& text, const std::ve
 }
 
 // The units that the first `source` bytes become, if these are whole characters.
-bool isConsistent(const Codes& codes, const TextProgress& progress) {
+bool isConsistent(const Codes& codes, const TextProgress& progress, bool exact) {
     std::size_t source = 0;
     std::size_t dest = 0;
     for (const unsigned int code : codes) {
         if (source >= progress.source) break;
         source += code == 0 ? 2 : reference::sizeInUTF8(code);
-        ++dest;
+        dest += exact && code > 0xFFFF ? 2 : 1;
     }
     return source == progress.source && dest == progress.dest;
 }
 
-testing::AssertionResult convertsToUTF16(const TextKernels& kernels, const Codes& codes, std::size_t room,
+testing::AssertionResult convertsToUTF16(const TextKernels& kernels, const Codes& codes, std::size_t room, bool exact,
                                          GuardedEdge edge) {
     Units expected;
-    for (const unsigned int code : codes)
+    for (const unsigned int code : codes) {
+        if (exact && code > 0xFFFF) expected.push_back(static_cast<UTF16Char>(reference::firstSurrogateOf(code)));
         expected.push_back(static_cast<UTF16Char>(code > 0xFFFF ? reference::secondSurrogateOf(code) : code));
+    }
     const Bytes text = reference::toUTF8(codes);
     TextProgress progress{};
     testing::AssertionResult result = converts(text, expected, room, edge, [&](const auto* source, auto* dest) {
-        return progress = kernels.toUTF16(source, text.size(), dest, room);
+        return progress = kernels.toUTF16(source, text.size(), dest, room, exact);
     });
-    if (result && !isConsistent(codes, progress))
+    if (result && !isConsistent(codes, progress, exact))
         return testing::AssertionFailure()
                << "stops at " << progress.source << ", " << progress.dest << " in " << reference::shown(text);
     return result;
 }
 
-testing::AssertionResult convertsToUTF8(const TextKernels& kernels, const Units& text, bool pairs, std::size_t extra,
+testing::AssertionResult convertsToUTF8(const TextKernels& kernels, const Units& text, Pairs pairs, std::size_t extra,
                                         GuardedEdge edge) {
     Units terminated = text;
     terminated.push_back(0);
     Bytes expected;
     std::vector<TextProgress> steps{{0, 0}};
     for (unsigned int i = 0; i < text.size();) {
-        const Bytes bytes = reference::encoded(terminated, i, pairs);
+        Bytes bytes;
+        if (pairs == Pairs::EXACT && reference::isFirstSurrogate(text[i])) {
+            reference::appendUTF8(bytes, reference::codeOfPair(text[i], terminated[i + 1]));
+            i += 2;
+        } else {
+            bytes = reference::encoded(terminated, i, pairs == Pairs::STORED);
+        }
         expected.insert(expected.end(), bytes.begin(), bytes.end());
         steps.push_back({i, expected.size()});
     }
@@ -389,8 +398,9 @@ TEST_P(TextKernelsTest, ConvertsTextOfAllLengths) {
             for (const GuardedEdge edge : EDGES) {
                 const std::size_t units = reference::toUTF16(codes).size();
                 for (const std::size_t room : {std::size_t(length), units, units + 40, units / 2})
-                    ASSERT_TRUE(convertsToUTF16(kernels(), codes, room, edge)) << script.name;
-                for (const bool pairs : {true, false}) {
+                    for (const bool exact : {true, false})
+                        ASSERT_TRUE(convertsToUTF16(kernels(), codes, room, exact, edge)) << script.name;
+                for (const Pairs pairs : {Pairs::APART, Pairs::STORED, Pairs::EXACT}) {
                     for (const std::size_t extra : {1u, 2u, 3u})
                         ASSERT_TRUE(convertsToUTF8(kernels(), reference::toUTF16(codes), pairs, extra, edge));
                 }
@@ -405,7 +415,9 @@ TEST_P(TextKernelsTest, ConvertsRandomTexts) {
         const reference::Script& script = reference::scripts()[random() % reference::scripts().size()];
         const Codes codes = reference::randomText(random, script, static_cast<unsigned int>(random() % 120));
         const std::size_t units = reference::toUTF16(codes).size();
-        ASSERT_TRUE(convertsToUTF16(kernels(), codes, random() % (units + 40), GuardedEdge::END)) << script.name;
+        const std::size_t room = random() % (units + 40);
+        ASSERT_TRUE(convertsToUTF16(kernels(), codes, room, random() % 2 != 0, GuardedEdge::END)) << script.name;
+        ASSERT_TRUE(convertsToUTF8(kernels(), reference::toUTF16(codes), Pairs::EXACT, 2, GuardedEdge::END));
     }
 }
 
@@ -424,7 +436,8 @@ TEST_P(TextKernelsTest, ConvertsRandomUnits) {
                                           : kind == 3 ? 0xD800 + bits % 0x400
                                                       : 0xDC00 + bits % 0x400);
         }
-        ASSERT_TRUE(convertsToUTF8(kernels(), text, random.below(2) != 0, 1 + random.below(3), GuardedEdge::END));
+        ASSERT_TRUE(convertsToUTF8(kernels(), text, random.below(2) ? Pairs::STORED : Pairs::APART, 1 + random.below(3),
+                                   GuardedEdge::END));
     }
 }
 
@@ -435,7 +448,7 @@ TEST_P(TextKernelsTest, ConvertsOverlongFormsOfTwoBytes) {
         text[code % 60] = static_cast<unsigned char>(0xC0 + code / 0x40);
         text[code % 60 + 1] = static_cast<unsigned char>(0x80 + code % 0x40);
         Units dest(99);
-        const TextProgress progress = kernels().toUTF16(text.data(), text.size(), dest.data(), dest.size());
+        const TextProgress progress = kernels().toUTF16(text.data(), text.size(), dest.data(), dest.size(), false);
         if (progress.dest <= code % 60) continue;
         EXPECT_EQ(dest[code % 60], code);
     }
