@@ -68,6 +68,7 @@ struct UTF8Steps {
     using Unit = unsigned char;
     using Result = RunCounts;
     static constexpr unsigned int LONGEST = 4;
+    static constexpr bool SKIPS_TERMINATED = !Counts; // ASCII changes no flag
 
     static unsigned int runKernel(const Unit* text, unsigned int length, RunCounts& counts) {
         const TextKernels& kernels = textKernels();
@@ -97,6 +98,7 @@ struct UTF16Steps {
     using Unit = UTF16Char;
     using Result = WideCounts;
     static constexpr unsigned int LONGEST = 2;
+    static constexpr bool SKIPS_TERMINATED = false;
 
     static unsigned int runKernel(const Unit* text, unsigned int length, Result& counts) {
         const TextKernels& kernels = textKernels();
@@ -124,6 +126,24 @@ struct UTF16Steps {
     }
 };
 
+/// Finds the charset of a short ordinary text by one call of a kernel. Returns false for any other text.
+/// @{
+inline bool findCharset(const unsigned char* text, unsigned int length, Vorn::StringDataSubCharset& charset) {
+    const UTF8Run run = textKernels().scanUTF8(text, length);
+    charset = run.fourBytes     ? Vorn::STRING_DATA_UNICODE
+              : run.beyondASCII ? Vorn::STRING_DATA_UCS2
+                                : Vorn::STRING_DATA_ASCII;
+    return run.length == length;
+}
+inline bool findCharset(const UTF16Char* text, unsigned int length, Vorn::StringDataSubCharset& charset) {
+    const UTF16Run run = textKernels().scanUTF16(text, length);
+    charset = run.pairs         ? Vorn::STRING_DATA_UNICODE
+              : run.beyondASCII ? Vorn::STRING_DATA_UCS2
+                                : Vorn::STRING_DATA_ASCII;
+    return run.length == length;
+}
+/// @}
+
 /// Passes one text from its start to its end.
 template <class Steps, bool Terminated>
 class OrdinaryText {
@@ -148,6 +168,7 @@ public:
                 i = skipTo(m_end, i, result);
                 const bool isEndKnown = m_end < m_pageEnd || m_end == MAX_TEXT_LENGTH;
                 if (isEndKnown || !continuesAfterEnd(i)) return i;
+                if (i == m_end && skipTerminatedASCII(i)) return i;
                 findEnd();
             }
 #endif
@@ -174,6 +195,16 @@ private:
 
     bool continuesAfterEnd(unsigned int i) const {
         return i == m_end || (m_end - i < Steps::LONGEST && Steps::isIncomplete(m_text + i, m_end - i));
+    }
+
+    // Skips ASCII, whose end needs no search of its own. Returns true if the text ends there.
+    bool skipTerminatedASCII(unsigned int& i) {
+        if constexpr (Steps::SKIPS_TERMINATED) {
+            i += static_cast<unsigned int>(textKernels().skipTerminatedASCII(m_text + i, MAX_TEXT_LENGTH - i));
+            m_end = i;
+            m_pageEnd = i == MAX_TEXT_LENGTH || m_text[i] != 0 ? i : i + 1;
+        }
+        return m_end < m_pageEnd;
     }
 
     // Moves the known end to the zero unit in the next page, or to the end of that page.

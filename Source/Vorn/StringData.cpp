@@ -16,6 +16,7 @@
 //                        ParseFloat.cpp
 #include "Vorn/String/StringData.h"
 
+#include "OrdinaryText.h"
 #include "PlainText.h"
 #include "StringDataConversion.h"
 #include "StringDataScan.h"
@@ -57,6 +58,11 @@ void StringData::initialise(const CharType* buffer, std::uint64_t length, String
     }
     if (length <= VornPrivate::SHORT_UNITS && VornPrivate::isShortPlain(buffer, static_cast<unsigned int>(length))) {
         m_charset = STRING_DATA_ASCII;
+        m_embeddedNulls = 0;
+    } else if (StringDataSubCharset shortCharset;
+               length <= VornPrivate::SHORT_UNITS &&
+               VornPrivate::findCharset(buffer, static_cast<unsigned int>(length), shortCharset)) {
+        m_charset = shortCharset;
         m_embeddedNulls = 0;
     } else {
         unsigned int units = static_cast<unsigned int>(length); // 0xFFFFFFFF for an unknown length

@@ -28,6 +28,7 @@ constinit const TextKernels avx2TextKernels = {
     narrowASCII<V32>,
     skipASCII8<V32>,
     skipASCII16<V32>,
+    skipTerminatedASCII<V32>,
     convertToUTF16<V16>,
     convertToUTF8<V16>,
     matchEncodings<V16>,
@@ -35,6 +36,7 @@ constinit const TextKernels avx2TextKernels = {
     count8<V32>,
     count16<V32>,
     findZero<V32>,
+    locate8<V32>,
 };
 
 } // namespace VornPrivate

@@ -380,9 +380,25 @@ TextProgress matchEncodings(const UTF16Char* wide, std::size_t wideLength, const
 } // namespace
 
 constinit const TextKernels avx512TextKernels = {
-    "AVX-512 VBMI2", isSupported,      scanUTF8<V64>,   measureUTF8<V64>, scanUTF16<V64>, measureUTF16<V64>,
-    widenASCII<V64>, narrowASCII<V64>, skipASCII8<V64>, skipASCII16<V64>, convertToUTF16, convertToUTF8,
-    matchEncodings,  matchUnits<V64>,  count8<V64>,     count16<V64>,     findZero<V64>,
+    "AVX-512 VBMI2",
+    isSupported,
+    scanUTF8<V64>,
+    measureUTF8<V64>,
+    scanUTF16<V64>,
+    measureUTF16<V64>,
+    widenASCII<V64>,
+    narrowASCII<V64>,
+    skipASCII8<V64>,
+    skipASCII16<V64>,
+    skipTerminatedASCII<V64>,
+    convertToUTF16,
+    convertToUTF8,
+    matchEncodings,
+    matchUnits<V64>,
+    count8<V64>,
+    count16<V64>,
+    findZero<V64>,
+    locate8<V64>,
 };
 
 } // namespace VornPrivate

@@ -125,6 +125,7 @@ constinit const TextKernels neonTextKernels = {
     narrowASCII<V16>,
     skipASCII8<V16>,
     skipASCII16<V16>,
+    skipTerminatedASCII<V16>,
     convertToUTF16<V16>,
     convertToUTF8<V16>,
     matchEncodings<V16>,
@@ -132,6 +133,7 @@ constinit const TextKernels neonTextKernels = {
     count8<V16>,
     count16<V16>,
     findZero<V16>,
+    locate8<V16>,
 };
 
 } // namespace VornPrivate

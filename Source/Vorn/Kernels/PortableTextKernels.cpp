@@ -46,6 +46,12 @@ std::size_t skipASCII(const Unit* text, std::size_t length) noexcept {
     return findPlainEnd(text, 0, runLength(length));
 }
 
+std::size_t skipTerminatedASCII(const unsigned char* text, std::size_t length) noexcept {
+    std::size_t i = 0;
+    while (i < length && isPlain(text[i])) ++i;
+    return i;
+}
+
 // Copied in blocks that stay in the cache between their check and their copy.
 template <class Source, class Dest>
 std::size_t copyASCII(const Source* source, std::size_t length, Dest* dest) noexcept {
@@ -72,6 +78,14 @@ std::size_t count(const Unit* text, std::size_t length, Unit unit) noexcept {
     std::size_t found = 0;
     for (std::size_t i = 0; i < length; ++i) found += text[i] == unit;
     return found;
+}
+
+void locate8(const unsigned char* text, std::size_t blocks, unsigned char byte, std::uint64_t* masks) noexcept {
+    for (std::size_t k = 0; k < blocks; ++k) {
+        masks[k] = 0;
+        for (unsigned int bit = 0; bit < 64; ++bit)
+            masks[k] |= static_cast<std::uint64_t>(text[64 * k + bit] == byte) << bit;
+    }
 }
 
 std::size_t findZero(const UTF16Char* text, std::size_t length) noexcept {
@@ -172,6 +186,7 @@ constinit const TextKernels portableTextKernels = {
     portable::copyASCII<UTF16Char, unsigned char>,
     portable::skipASCII<unsigned char>,
     portable::skipASCII<UTF16Char>,
+    portable::skipTerminatedASCII,
     portable::toUTF16,
     portable::toUTF8,
     portable::match,
@@ -179,6 +194,7 @@ constinit const TextKernels portableTextKernels = {
     portable::count<unsigned char>,
     portable::count<UTF16Char>,
     portable::findZero,
+    portable::locate8,
 };
 
 } // namespace VornPrivate

@@ -17,9 +17,25 @@ bool isSupported() noexcept {
 } // namespace
 
 constinit const TextKernels sse2TextKernels = {
-    "SSE2",          isSupported,      portable::scanUTF8, portable::measureUTF8, scanUTF16<V16>,    measureUTF16<V16>,
-    widenASCII<V16>, narrowASCII<V16>, skipASCII8<V16>,    skipASCII16<V16>,      portable::toUTF16, portable::toUTF8,
-    portable::match, matchUnits<V16>,  count8<V16>,        count16<V16>,          findZero<V16>,
+    "SSE2",
+    isSupported,
+    portable::scanUTF8,
+    portable::measureUTF8,
+    scanUTF16<V16>,
+    measureUTF16<V16>,
+    widenASCII<V16>,
+    narrowASCII<V16>,
+    skipASCII8<V16>,
+    skipASCII16<V16>,
+    skipTerminatedASCII<V16>,
+    portable::toUTF16,
+    portable::toUTF8,
+    portable::match,
+    matchUnits<V16>,
+    count8<V16>,
+    count16<V16>,
+    findZero<V16>,
+    locate8<V16>,
 };
 
 } // namespace VornPrivate

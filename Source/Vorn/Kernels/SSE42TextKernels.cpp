@@ -28,6 +28,7 @@ constinit const TextKernels sse42TextKernels = {
     narrowASCII<V16>,
     skipASCII8<V16>,
     skipASCII16<V16>,
+    skipTerminatedASCII<V16>,
     convertToUTF16<V16>,
     convertToUTF8<V16>,
     matchEncodings<V16>,
@@ -35,6 +36,7 @@ constinit const TextKernels sse42TextKernels = {
     count8<V16>,
     count16<V16>,
     findZero<V16>,
+    locate8<V16>,
 };
 
 } // namespace VornPrivate

@@ -13,6 +13,7 @@
 
 #include <atomic>
 #include <cstddef>
+#include <cstdint>
 
 namespace VornPrivate {
 
@@ -69,6 +70,9 @@ struct TextKernels {
     /// Returns the number of units of 0x01 to 0x7F at the start.
     std::size_t (*skipASCII8)(const unsigned char* text, std::size_t length) noexcept;
     std::size_t (*skipASCII16)(const UTF16Char* text, std::size_t length) noexcept;
+    /// Returns the index of the first byte that is not 0x01 to 0x7F, or `length`. Can read the aligned block in which
+    /// that byte is.
+    std::size_t (*skipTerminatedASCII)(const unsigned char* text, std::size_t length) noexcept;
 
     /// Converts text that has been validated, also with U+0000 and overlong forms of two bytes. Writes no more than
     /// `room` units, and none behind the last one of the whole text. A character of four bytes becomes a pair if
@@ -92,6 +96,9 @@ struct TextKernels {
     std::size_t (*count16)(const UTF16Char* text, std::size_t length, UTF16Char unit) noexcept;
     /// Returns the index of the first zero unit, or `length`. Can read the aligned block in which the text ends.
     std::size_t (*findZero)(const UTF16Char* text, std::size_t length) noexcept;
+    /// Sets one bit for each byte that equals `byte`, in a mask for each block of 64 bytes, the first in the lowest
+    /// bit.
+    void (*locate8)(const unsigned char* text, std::size_t blocks, unsigned char byte, std::uint64_t* masks) noexcept;
 };
 
 /// The kernels of all instruction sets that this build knows, the portable ones first and the fastest last, and a null

@@ -408,6 +408,20 @@ std::size_t skipASCII16(const UTF16Char* text, std::size_t length) noexcept {
     return i;
 }
 
+/// Reads aligned vectors, which lie in one page each.
+template <class V>
+std::size_t skipTerminatedASCII(const unsigned char* text, std::size_t length) noexcept {
+    const std::size_t skipped = reinterpret_cast<std::uintptr_t>(text) % V::SIZE;
+    const auto oddIn = [](const unsigned char* at) { return V::greaterSigned8(V::splat8(1), V::load(at)); };
+    std::uint64_t odd = oddIn(text - skipped) >> skipped;
+    if (odd) return smaller(length, static_cast<std::size_t>(__builtin_ctzll(odd)));
+    for (std::size_t i = V::SIZE - skipped; i < length; i += V::SIZE) {
+        odd = oddIn(text + i);
+        if (odd) return smaller(length, i + static_cast<std::size_t>(__builtin_ctzll(odd)));
+    }
+    return length;
+}
+
 template <class V>
 std::size_t widenASCII(const unsigned char* source, std::size_t length, UTF16Char* dest) noexcept {
     std::size_t i = 0;
@@ -470,6 +484,16 @@ std::size_t count16(const UTF16Char* text, std::size_t length, UTF16Char unit) n
     }
     for (; i < length; ++i) found += text[i] == unit;
     return found;
+}
+
+template <class V>
+void locate8(const unsigned char* text, std::size_t blocks, unsigned char byte, std::uint64_t* masks) noexcept {
+    const auto needle = V::splat8(byte);
+    for (std::size_t k = 0; k < blocks; ++k) {
+        Block<V> block;
+        block.load(text + k * BLOCK);
+        masks[k] = block.maskOf([=](typename V::Bytes v) { return V::equal8(v, needle); });
+    }
 }
 
 /// Reads aligned vectors, which lie in one page each.

@@ -1,8 +1,7 @@
 #include "Vorn/Text/CodePoints.h"
 
+#include "Vorn/OrdinaryText.h"
 #include "Vorn/PlainText.h"
-#include "Vorn/UTF16Runs.h"
-#include "Vorn/UTF8Runs.h"
 
 namespace Vorn {
 
@@ -11,17 +10,19 @@ namespace {
 using namespace VornPrivate;
 
 unsigned int countCodePoints(const unsigned char* text, unsigned int length) {
+    OrdinaryText<UTF8Steps<true, true>, false> ordinary(text, length);
     RunCounts run;
     unsigned int others = 0; // characters that runs do not skip
-    for (unsigned int i = 0; (i = skipOrdinary<true, false>(text, i, length, run)) < length; ++others)
+    for (unsigned int i = 0; (i = ordinary.skip(i, run)) < length; ++others)
         i += decodeNext(text + i, text + length).units;
     return run.characters + others;
 }
 
 unsigned int countCodePoints(const UTF16Char* text, unsigned int length) {
-    UnitCounts<0x80> run;
+    OrdinaryText<UTF16Steps<true, true, 0x80>, false> ordinary(text, length);
+    WideCounts run;
     unsigned int pairs = 0; // that runs do not skip
-    for (unsigned int i = 0; (i = skipOrdinary<true, false>(text, i, length, run)) < length;) {
+    for (unsigned int i = 0; (i = ordinary.skip(i, run)) < length;) {
         const unsigned int units = decodeNext(text + i, text + length).units;
         pairs += units == 2;
         i += units;

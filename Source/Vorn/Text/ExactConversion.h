@@ -5,10 +5,9 @@
 /// the text of a String (`ForString`) in UTF-8 as 0xC0 0x80. Nothing here throws or allocates.
 #pragma once
 
+#include "Vorn/OrdinaryText.h"
 #include "Vorn/PlainText.h"
 #include "Vorn/Private/TextDecoding.h"
-#include "Vorn/UTF16Runs.h"
-#include "Vorn/UTF8Runs.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -21,7 +20,7 @@ using Vorn::UTF32Char;
 
 /// Returns true if all bytes are 0x01 to 0x7F. Short texts take a few operations.
 inline bool isPlainText(const unsigned char* text, unsigned int length) {
-    return length <= SHORT_UNITS ? isShortPlain(text, length) : findPlainEnd(text, 0, length) == length;
+    return length <= SHORT_UNITS ? isShortPlain(text, length) : skipASCII(text, length) == length;
 }
 
 /// Calls `f` with the units and the length of a text.
@@ -38,13 +37,18 @@ constexpr unsigned int unitsOf(UTF32Char code) noexcept {
     return code < 0x800 ? 2 : code < 0x10000 ? 3 : 4;
 }
 
+/// How ordinary text of each encoding is passed and measured.
+template <class Source>
+using ExactSteps = std::conditional_t<sizeof(Source) == 1, UTF8Steps<true, true>, UTF16Steps<true, true, 0x80>>;
+
 /// The length of a text in UTF-8 or UTF-16.
 template <class Target, bool ForString, class Source>
 std::uint64_t convertedLength(const Source* source, unsigned int length) {
-    std::conditional_t<sizeof(Source) == 1, RunCounts, UnitCounts<0x80>> run;
+    OrdinaryText<ExactSteps<Source>, false> ordinary(source, length);
+    typename ExactSteps<Source>::Result run;
     std::uint64_t others = 0;    // units of the result for characters that runs do not skip
     unsigned int otherUnits = 0; // units of these characters
-    for (unsigned int i = 0; (i = skipOrdinary<true, false>(source, i, length, run)) < length;) {
+    for (unsigned int i = 0; (i = ordinary.skip(i, run)) < length;) {
         const DecodedCharacter character = decodeNext(source + i, source + length);
         others += unitsOf<Target, ForString>(character.code);
         otherUnits += character.units;
@@ -56,7 +60,7 @@ std::uint64_t convertedLength(const Source* source, unsigned int length) {
     else if constexpr (sizeof(Source) == 1)
         return std::uint64_t(run.characters) + run.fourBytes + others;
     else
-        return std::uint64_t(runUnits) + run.twoBytes + run.threeBytes + std::uint64_t(2) * run.pairs + others;
+        return std::uint64_t(runUnits) + run.extraBytes + others;
 }
 
 /// Copies blocks of ASCII from `source` to `dest`, and moves both behind them.
@@ -82,14 +86,42 @@ inline char32_t* encodeTo(char32_t* dest, UTF32Char code) noexcept {
     return dest + 1;
 }
 
-/// Copies ordinary text from `source` to `dest`, and moves both behind it.
+/// Writes a text in another encoding, character by character. Returns the end.
+template <bool ForString, class Source, class Target>
+Target* convertCharacters(const Source* source, const Source* end, Target* dest) {
+    while (source != end) {
+        if (*source < 0x80) convertPlain<ForString>(source, end, dest);
+        // Other scripts have few runs of sixteen plain characters.
+        for (unsigned int k = 0; k < 16 && source != end; ++k) {
+            const DecodedCharacter character = decodeNext(source, end);
+            source += character.units;
+            if constexpr (ForString)
+                dest = encodeForString(dest, character.code);
+            else
+                dest = encodeTo(dest, character.code);
+        }
+    }
+    return dest;
+}
+
+/// Writes ordinary text, which has been measured, in another encoding or the same one. Returns the end.
 template <class Source, class Target>
-inline void convertOrdinaryRun(const Source*& source, const Source* end, Target*& dest) {
-    std::conditional_t<sizeof(Source) == 1, RunCounts, UnitCounts<0x80>> run;
-    const auto count = skipOrdinary<true, false>(source, 0, static_cast<unsigned int>(end - source), run);
-    std::memcpy(dest, source, count * sizeof(Source));
-    source += count;
-    dest += count;
+Target* convertRun(const Source* source, unsigned int length, Target* dest,
+                   const typename ExactSteps<Source>::Result& run) {
+    if constexpr (sizeof(Source) == sizeof(Target)) {
+        std::memcpy(dest, source, std::size_t(length) * sizeof(Source));
+        return dest + length;
+    } else {
+        TextProgress done{0, 0};
+        if (length >= SHORT_TEXT) {
+            if constexpr (sizeof(Source) == 1)
+                done = textKernels().toUTF16(source, length, dest, std::size_t(run.characters) + run.fourBytes, true);
+            else
+                done = textKernels().toUTF8(source, length, dest, static_cast<std::size_t>(length + run.extraBytes),
+                                            Pairs::EXACT);
+        }
+        return convertCharacters<false>(source + done.source, source + length, dest + done.dest);
+    }
 }
 
 /// Writes a text in another encoding, or the same one, to memory of the length that `convertedLength` returns. Returns
@@ -97,25 +129,25 @@ inline void convertOrdinaryRun(const Source*& source, const Source* end, Target*
 template <bool ForString, class Source, class Target>
 Target* convertExactly(const Source* source, unsigned int length, Target* dest) {
     const Source* const end = source + length;
-    const auto convertNext = [&] {
-        const DecodedCharacter character = decodeNext(source, end);
-        source += character.units;
-        if constexpr (ForString)
-            dest = encodeForString(dest, character.code);
-        else
-            dest = encodeTo(dest, character.code);
-    };
-    while (source != end) {
-        if constexpr (sizeof(Source) == sizeof(Target)) {
-            convertOrdinaryRun(source, end, dest);
-            if (source != end) convertNext();
-        } else {
-            if (*source < 0x80) convertPlain<ForString>(source, end, dest);
-            // Other scripts have few runs of sixteen plain characters.
-            for (unsigned int k = 0; k < 16 && source != end; ++k) convertNext();
+    if constexpr (sizeof(Target) == sizeof(char32_t)) {
+        return convertCharacters<ForString>(source, end, dest);
+    } else {
+        OrdinaryText<ExactSteps<Source>, false> ordinary(source, length);
+        for (unsigned int i = 0; i < length;) {
+            typename ExactSteps<Source>::Result run;
+            const unsigned int runEnd = ordinary.skip(i, run);
+            dest = convertRun(source + i, runEnd - i, dest, run);
+            i = runEnd;
+            if (i == length) break;
+            const DecodedCharacter character = decodeNext(source + i, end);
+            i += character.units;
+            if constexpr (ForString)
+                dest = encodeForString(dest, character.code);
+            else
+                dest = encodeTo(dest, character.code);
         }
+        return dest;
     }
-    return dest;
 }
 
 } // namespace VornPrivate

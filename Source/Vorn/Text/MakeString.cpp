@@ -58,9 +58,10 @@ const char* reasonAt(const UTF16Char* at, const UTF16Char* end) {
 // Finds the length and the properties of the string of a text.
 TextScan scanFrom(const unsigned char* text, unsigned int length, bool isReplacing) {
     TextScan scan;
+    OrdinaryText<UTF8Steps<true, false>, false> ordinary(text, length);
     RunCounts run;
     std::int64_t extra = 0; // units of the string beyond those of the text
-    for (unsigned int i = 0; (i = skipOrdinary<true, false>(text, i, length, run)) < length;) {
+    for (unsigned int i = 0; (i = ordinary.skip(i, run)) < length;) {
         const DecodedCharacter character = decodeNext(text + i, text + length);
         if (!character.isMalformed && character.code == 0) {
             scan.properties.hasNull = true;
@@ -85,9 +86,10 @@ TextScan scanFrom(const unsigned char* text, unsigned int length, bool isReplaci
 
 TextScan scanFrom(const UTF16Char* text, unsigned int length, bool isReplacing) {
     TextScan scan;
-    UnitCounts<0x80> run;
+    OrdinaryText<UTF16Steps<true, false, 0x80>, false> ordinary(text, length);
+    WideCounts run;
     unsigned int removed = 0;
-    for (unsigned int i = 0; (i = skipOrdinary<true, false>(text, i, length, run)) < length;) {
+    for (unsigned int i = 0; (i = ordinary.skip(i, run)) < length;) {
         const DecodedCharacter character = decodeNext(text + i, text + length);
         if (character.code == 0) {
             scan.properties.hasNull = true;
@@ -102,7 +104,7 @@ TextScan scanFrom(const UTF16Char* text, unsigned int length, bool isReplacing) 
         }
         i += character.units;
     }
-    scan.properties.isBeyondASCII |= run.twoBytes != 0;
+    scan.properties.isBeyondASCII |= run.beyondASCII;
     scan.properties.hasSupplementaries = run.pairs != 0;
     scan.length = length - removed;
     return scan;

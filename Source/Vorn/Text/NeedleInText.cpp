@@ -20,8 +20,9 @@ struct NeedleScan {
 template <class Source>
 NeedleScan scanNeedle(const Source* needle, unsigned int length) {
     NeedleScan scan;
-    std::conditional_t<sizeof(Source) == 1, RunCounts, UnitCounts<0x80>> run;
-    for (unsigned int i = 0; (i = skipOrdinary<true, false>(needle, i, length, run)) < length;) {
+    OrdinaryText<ExactSteps<Source>, false> ordinary(needle, length);
+    typename ExactSteps<Source>::Result run;
+    for (unsigned int i = 0; (i = ordinary.skip(i, run)) < length;) {
         const DecodedCharacter character = decodeNext(needle + i, needle + length);
         scan.isMalformed |= character.isMalformed;
         scan.hasNull |= character.code == 0;

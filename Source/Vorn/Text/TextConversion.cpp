@@ -6,6 +6,7 @@
 #include "Vorn/Text/RecordAccess.h"
 #include "Vorn/Text/TextScan.h"
 
+#include <algorithm>
 #include <memory>
 
 namespace Vorn {
@@ -35,6 +36,20 @@ constexpr unsigned int unitsIn(const unsigned char*, UTF32Char code) { return un
 constexpr unsigned int unitsIn(const UTF16Char*, UTF32Char code) { return unitsOf<UTF16Char, false>(code); }
 constexpr unsigned int unitsIn(const char32_t*, UTF32Char) { return 1; }
 
+// The number of units, up to `count`, that end with a character, or 0 where none ends near.
+unsigned int charactersUpTo(const unsigned char* source, const unsigned char* end, unsigned int count) {
+    unsigned int trails = 0;
+    while (trails < 3 && trails < count && source + count - trails != end && isTrailByte(source[count - trails]))
+        ++trails;
+    const bool isBoundary = source + count - trails == end || !isTrailByte(source[count - trails]);
+    return isBoundary ? count - trails : 0;
+}
+unsigned int charactersUpTo(const UTF16Char* source, const UTF16Char* end, unsigned int count) {
+    const bool isInPair =
+        count != 0 && source + count != end && isHighSurrogate(source[count - 1]) && isLowSurrogate(source[count]);
+    return isInPair ? count - 1 : count;
+}
+
 // No unit becomes more than three units of any encoding.
 template <class Source, class Target>
 ConvertedText convertInto(const Source* source, unsigned int length, Target* dest, std::size_t capacity) {
@@ -47,6 +62,15 @@ ConvertedText convertInto(const Source* source, unsigned int length, Target* des
     Target* const destBegin = dest;
     Target* const destEnd = dest + capacity;
     while (source != end) {
+        // Whole characters that have room at three units each.
+        auto count = static_cast<unsigned int>(
+            std::min(static_cast<std::size_t>(end - source), static_cast<std::size_t>(destEnd - dest) / 3));
+        count = charactersUpTo(source, end, count);
+        if (count >= SHORT_TEXT) {
+            dest = convertExactly<false>(source, count, dest);
+            source += count;
+            continue;
+        }
         const DecodedCharacter character = decodeNext(source, end);
         if (static_cast<std::size_t>(destEnd - dest) < unitsIn(dest, character.code)) break;
         dest = encodeTo(dest, character.code);

@@ -196,8 +196,9 @@ private:
 
 std::size_t hashOf(const unsigned char* text, unsigned int length) {
     if (isPlainText(text, length)) return ByteHash::of(text, length);
+    OrdinaryText<UTF8Steps<true, false>, false> ordinary(text, length);
     RunCounts run;
-    unsigned int i = skipOrdinary<true, false>(text, 0, length, run);
+    unsigned int i = ordinary.skip(0, run);
     if (i == length) return ByteHash::of(text, length);
     ByteHash hash;
     hash.add(text, i);
@@ -207,7 +208,7 @@ std::size_t hashOf(const unsigned char* text, unsigned int length) {
         hash.add(bytes, static_cast<std::size_t>(encodeTo(bytes, character.code) - bytes));
         i += character.units;
         const unsigned int start = i;
-        i = skipOrdinary<true, false>(text, i, length, run);
+        i = ordinary.skip(i, run);
         hash.add(text + start, i - start);
     }
     return hash.result();

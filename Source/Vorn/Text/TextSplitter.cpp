@@ -2,18 +2,16 @@
 // which views of UTF-8 hold in two forms, has more than one.
 #include "TextRecord.h"
 #include "Vorn/Assert.h"
+#include "Vorn/Kernels/TextKernels.h"
 #include "Vorn/Private/TextDecoding.h"
 #include "Vorn/Private/TextPart.h"
 #include "Vorn/Text/TextSearch.h"
+#include "Vorn/Text/UnitSearch.h"
 #include "Vorn/TextSearch.h"
 
 #include <bit>
 #include <cstring>
 #include <string_view>
-
-#if defined(__SSE2__)
-#include <emmintrin.h>
-#endif
 
 namespace Vorn {
 
@@ -87,21 +85,6 @@ TextPart partAt(TextView text, unsigned int start, TextView separator, bool hasO
 
 constexpr unsigned int WORD = 64;
 
-// One bit for each of 64 bytes that equals `byte`, the first in the lowest bit.
-std::uint64_t bytesEqualTo(const unsigned char* block, unsigned char byte) {
-    std::uint64_t equal = 0;
-#if defined(__SSE2__)
-    const __m128i wanted = _mm_set1_epi8(static_cast<char>(byte));
-    for (unsigned int k = 0; k < WORD; k += 16) {
-        const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(block + k));
-        equal |= static_cast<std::uint64_t>(_mm_movemask_epi8(_mm_cmpeq_epi8(bytes, wanted))) << k;
-    }
-#else
-    for (unsigned int k = 0; k < WORD; ++k) equal |= static_cast<std::uint64_t>(block[k] == byte) << k;
-#endif
-    return equal;
-}
-
 // As `std::popcount`, which is a call on processors that need not have an instruction for it.
 unsigned int countBits(std::uint64_t bits) {
     constexpr std::uint64_t PAIRS = 0x5555555555555555, FOURS = 0x3333333333333333, BYTES = 0x0F0F0F0F0F0F0F0F;
@@ -111,10 +94,10 @@ unsigned int countBits(std::uint64_t bits) {
 }
 
 unsigned int findUnit(TextView text, unsigned int from, char16_t unit) {
-    const UTF16Char* const units = text.getUTF16();
-    for (unsigned int i = from; i < text.getLength(); ++i)
-        if (units[i] == unit) return i;
-    return NOT_FOUND;
+    const std::size_t length = text.getLength();
+    const std::size_t found =
+        VornPrivate::findUnit(ForwardUnits<UTF16Char>{text.getUTF16(), length}, unit, from, length);
+    return found == length ? NOT_FOUND : static_cast<unsigned int>(found);
 }
 
 } // namespace
@@ -176,19 +159,24 @@ TextPart TextSplitter::find(TextView text, unsigned int from) const {
 unsigned int TextSplitter::findBlock(TextView text, Cursor& cursor) const {
     const unsigned char* const bytes = text.getUTF8();
     const unsigned int length = text.getLength();
+    const TextKernels& kernels = textKernels();
     unsigned int start = cursor.start;
     while (length - start >= WORD) {
         const unsigned int size = length - start < BLOCK ? (length - start) / WORD * WORD : BLOCK;
         unsigned int count = 0;
+        std::uint64_t masks[BLOCK / WORD], returns[BLOCK / WORD];
+        if (m_kind == Kind::LINES) {
+            kernels.locate8(bytes + start, size / WORD, '\n', masks);
+            kernels.locate8(bytes + start, size / WORD, '\r', returns);
+        } else {
+            kernels.locate8(bytes + start, size / WORD, static_cast<unsigned char>(m_bytes[0]), masks);
+        }
         for (unsigned int k = 0; k < size; k += WORD) {
-            const unsigned char* const word = bytes + start + k;
-            std::uint64_t found;
-            if (m_kind == Kind::LINES) { // a CR before an LF is no end of its own
-                const std::uint64_t feeds = bytesEqualTo(word, '\n');
-                const std::uint64_t isFeedNext = start + k + WORD < length && word[WORD] == '\n';
-                found = feeds | (bytesEqualTo(word, '\r') & ~(feeds >> 1 | isFeedNext << 63));
-            } else {
-                found = bytesEqualTo(word, static_cast<unsigned char>(m_bytes[0]));
+            std::uint64_t found = masks[k / WORD];
+            if (m_kind == Kind::LINES && returns[k / WORD] != 0) { // a CR before an LF is no end of its own
+                const unsigned int next = start + k + WORD;
+                const std::uint64_t isFeedNext = next < length && bytes[next] == '\n';
+                found |= returns[k / WORD] & ~(found >> 1 | isFeedNext << 63);
             }
             if (found == 0) continue;
             const unsigned int end = count + countBits(found);

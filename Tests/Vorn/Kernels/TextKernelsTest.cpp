@@ -597,7 +597,37 @@ TEST_P(TextKernelsTest, FindsZeroUnits) {
         }
     }
 }
+
+TEST_P(TextKernelsTest, SkipsTerminatedASCII) {
+    for (std::size_t length = 0; length <= LONGEST_TEXT; ++length) {
+        for (std::size_t at = 0; at <= length; at += 1 + length / 50) {
+            for (const unsigned int odd : {0x00u, 0x80u, 0xFFu}) {
+                Bytes bytes(length, static_cast<unsigned char>(0x01 + 0x7E * (length % 2)));
+                if (at < length) bytes[at] = static_cast<unsigned char>(odd);
+                for (const GuardedEdge edge : EDGES) {
+                    const GuardedBuffer<unsigned char> text(bytes, edge);
+                    if (length != 0) {
+                        ASSERT_EQ(kernels().skipTerminatedASCII(text.data(), length), at);
+                    }
+                }
+            }
+        }
+    }
+}
 #endif
+
+TEST_P(TextKernelsTest, LocatesBytes) {
+    Random random(9);
+    for (int round = repetitions(2000, 20); round > 0; --round) {
+        Bytes bytes(64 * random.below(6));
+        for (unsigned char& byte : bytes) byte = static_cast<unsigned char>(random.below(4));
+        const GuardedBuffer<unsigned char> text(bytes);
+        std::vector<std::uint64_t> masks(bytes.size() / 64);
+        kernels().locate8(text.data(), masks.size(), 2, masks.data());
+        for (std::size_t i = 0; i < bytes.size(); ++i)
+            ASSERT_EQ(masks[i / 64] >> (i % 64) & 1, bytes[i] == 2 ? 1u : 0u) << i;
+    }
+}
 
 // Kernels are chosen before the first use, also by a static initialiser that runs before those of the library.
 const Vorn::StringDataSubCharset charsetBeforeMain =
