@@ -134,7 +134,7 @@ def aims(results):
         glm = results.find("Geometry", "transform of an array", "glm", POINTS)
         return glm.median / results.find("Geometry", "transform of an array", variant, POINTS).median
 
-    supported = [KERNELS + name for name in results.kernels()]
+    supported = [result.variant for result in results.of("Geometry", "transform of an array")]
     is_met = points("Vorn") >= 1 and not (AVX2 in supported and points(AVX2) < 1.5)
     rows.append(
         [

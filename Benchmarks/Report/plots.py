@@ -11,7 +11,7 @@ import matplotlib.pyplot as pyplot  # noqa: E402: the backend is set first
 from matplotlib.lines import Line2D  # noqa: E402
 from matplotlib.ticker import FuncFormatter, NullLocator  # noqa: E402
 
-from results import KERNELS, ReportError, is_peer  # noqa: E402
+from results import KERNELS, ReportError, is_kernels, is_peer  # noqa: E402
 from tables import PAGE_SIZE, SCRIPTS  # noqa: E402
 
 matplotlib.rcParams.update(
@@ -36,6 +36,7 @@ matplotlib.rcParams.update(
 STYLES = {
     "Vorn": dict(color="#000000", marker="o"),
     KERNELS + "AVX-512 VBMI2": dict(color="#0072B2", marker="D"),
+    KERNELS + "AVX-512": dict(color="#0072B2", marker="D"),
     KERNELS + "AVX2": dict(color="#56B4E9", marker="s"),
     KERNELS + "SSE4.2": dict(color="#009E73", marker="^"),
     KERNELS + "SSE2": dict(color="#E69F00", marker="v"),
@@ -54,6 +55,8 @@ def styles(variants):
     """The style of each variant: this library's first ones in dark colours, other libraries dashed."""
     chosen = {}
     own = [dict(color="#000000", marker="o"), dict(color="#0072B2", marker="D"), dict(color="#009E73", marker="^")]
+    if "Vorn" in variants:
+        own[0] = dict(color="#000000", marker="*", linestyle=":")
     peers = list(PEER_STYLES)
     for variant in variants:
         if variant in STYLES:
@@ -78,7 +81,7 @@ def units_of_time(value, _=None):
 
 
 def plain(value, _=None):
-    return f"{value:g}"
+    return f"{value / 1000:g}k" if value >= 10000 else f"{value:g}"
 
 
 SVG = "http://www.w3.org/2000/svg"
@@ -254,7 +257,8 @@ def time_over_n(area, operations, label):
 
     def draw(results, path):
         figure, panels = pyplot.subplots(1, len(operations), figsize=(9, 3.6), sharey=True)
-        chosen = styles(dict.fromkeys(r.variant for operation in operations for r in results.of(area, operation)))
+        variants = dict.fromkeys(r.variant for operation in operations for r in results.of(area, operation))
+        chosen = styles(sorted(variants, key=is_kernels))
         for operation, axes in zip(operations, panels):
             if not results.of(area, operation):
                 raise ReportError(f"there is no benchmark {area}/{operation}")

@@ -117,7 +117,7 @@ def compiler_and_flags(build):
 def describe(build, recorded, results):
     compiler, flags = compiler_and_flags(build)
     commit = output_of("git", "rev-parse", "--short=10", "HEAD")
-    if output_of("git", "status", "--porcelain", "--", "Source", "Include", "Benchmarks"):
+    if output_of("git", "status", "--porcelain", "--", "Source", "Include", "Benchmarks", ":!Benchmarks/Report"):
         commit += " with changes"
     load = recorded["context"].get("load_avg") or [0]
     return {

@@ -52,6 +52,11 @@ def is_peer(variant):
     return PEERS.match(variant) is not None
 
 
+def is_kernels(variant):
+    """Whether the variant is this library with a chosen set of kernels."""
+    return variant.startswith(KERNELS)
+
+
 class Results:
     """All benchmarks of a run, in the order of the program."""
 
@@ -112,7 +117,7 @@ class Results:
 
     def kernels(self):
         """The names of the sets of kernels that this processor supports, the fastest last."""
-        names = [r.variant.removeprefix(KERNELS) for r in self.of("Texts") if r.variant.startswith(KERNELS)]
+        names = [r.variant.removeprefix(KERNELS) for r in self.of("Texts") if is_kernels(r.variant)]
         return list(dict.fromkeys(names))
 
     def require_peers(self):

@@ -1,6 +1,6 @@
 """The tables of the report, as Markdown."""
 
-from results import KERNELS, ReportError, is_peer
+from results import KERNELS, ReportError, is_kernels, is_peer
 
 SCRIPTS = {
     "ascii": "ASCII",
@@ -90,13 +90,13 @@ def ratios(results, area, operations=None):
         own = {variant: found for variant, found in variants.items() if not is_peer(variant)}
         if not own:
             raise ReportError(f"{area}/{operation} is measured for other libraries only")
-        for variant, found in own.items():
+        for variant, found in sorted(own.items(), key=lambda item: is_kernels(item[0])):
             rows = tables.setdefault(tuple(found), [])
             spread = max(result.deviation for result in found.values())
             rows.append(
                 [operation, variant, "time", *(duration(r.median) for r in found.values()), f"{100 * spread:.0f} %"]
             )
-            if variant.startswith(KERNELS):
+            if is_kernels(variant):
                 continue
             for peer, others in variants.items():
                 if is_peer(peer):
