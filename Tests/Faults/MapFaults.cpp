@@ -130,12 +130,12 @@ struct MapFaults {
                         &destroyBeforeStrings});
         rows.push_back({"StringOwnerMap_MapString" + suffix,
                         throws,
-                        {map + "mapString" + buffer + ", unsigned int, bool)", map + "mapNewString", map + "reserveOne",
-                         map + "eraseEntry"},
+                        {map + "mapString" + buffer + ", unsigned int, bool)", map + "mapNewString",
+                         map + "findEntry" + buffer + ", unsigned int) const", map + "eraseEntry"},
                         &mapString});
         rows.push_back({"StringOwnerMap_MapManyStrings" + suffix,
                         throws,
-                        {map + "setEmptyKey", map + "Hash::operator()(StringOwnerKey const&) const"},
+                        {map + "setEmptyKey", map + "tables()", map + "tables() const"},
                         &mapManyStrings});
         rows.push_back({"StringOwnerMap_MapStringNonInline" + suffix,
                         throws,

@@ -20,6 +20,14 @@ separate_arguments(CXX_FLAGS UNIX_COMMAND "${CXX_FLAGS}")
 
 make_outside_dir(outside)
 file(COPY "${CMAKE_CURRENT_LIST_DIR}/Consumer/Consumer.cpp" DESTINATION "${outside}")
+
+# vorn.pc requires no other package, so the headers of none may be needed.
+execute_process(COMMAND "${CXX_COMPILER}" ${CXX_FLAGS} -M "${outside}/Consumer.cpp" ${package_flags}
+    OUTPUT_VARIABLE headers COMMAND_ERROR_IS_FATAL ANY)
+if(headers MATCHES "[^ ]*/(boost|sparsehash)/[^ ]*")
+    message(FATAL_ERROR "the headers include ${CMAKE_MATCH_0}")
+endif()
+
 foreach(standard IN ITEMS 17 20)
     run("${CXX_COMPILER}" ${CXX_FLAGS} -std=c++${standard} -pedantic-errors "${outside}/Consumer.cpp" ${package_flags}
         -o "${outside}/Consumer${standard}")

@@ -22,16 +22,12 @@
 #include "Vorn/String/String.h"
 #include "Vorn/Types.h"
 
-#include <cstddef>
 #include <cstdint>
-#include <cstdlib>
-#include <cstring>
-#include <functional>
-#include <new>
-#include <sparsehash/dense_hash_map>
-#include <sparsehash/dense_hash_set>
 
 namespace VornPrivate {
+
+template <class CharType>
+struct StringOwnerTables;
 
 /// The function texts of reports.
 template <class CharType>
@@ -51,36 +47,21 @@ struct StringOwnerMapNames<Vorn::UTF16Char> {
     static constexpr char ADD_STATIC_STRING[] = "Vorn::StringOwnerMap<wchar_t>::addStaticString";
 };
 
-/// Allocates the buckets of the tables with `malloc`, and throws `std::bad_alloc` if that fails. The tables' own
-/// default returns the null pointer instead, and they then write to it. They allocate a new array of buckets before
-/// they free the old one, so that a failure leaves them as they were.
-template <class T>
-class StringOwnerBucketAllocator {
-public:
-    using value_type = T;
-    using size_type = std::size_t;
-    using difference_type = std::ptrdiff_t;
-    using pointer = T*;
-    using const_pointer = const T*;
-    using reference = T&;
-    using const_reference = const T&;
+/// The failures of a map. They are raised here, so that reports contain the path of this header.
+template <class CharType>
+struct StringOwnerMapFailures {
+    using Names = StringOwnerMapNames<CharType>;
 
-    template <class Other>
-    struct rebind {
-        using other = StringOwnerBucketAllocator<Other>;
-    };
-
-    StringOwnerBucketAllocator() = default;
-    template <class Other>
-    StringOwnerBucketAllocator(const StringOwnerBucketAllocator<Other>&) noexcept {}
-
-    pointer allocate(size_type n, const_pointer = nullptr) {
-        void* const buckets = n <= max_size() ? std::malloc(n * sizeof(T)) : nullptr;
-        if (!buckets) throw std::bad_alloc();
-        return static_cast<pointer>(buckets);
+    [[noreturn]] static void invalidBuffer() { VORN_THROW(Vorn::E::PARAMETER, "Invalid buffer!", Names::MAP_STRING); }
+    [[noreturn]] static void textTooLong() {
+        VORN_THROW(Vorn::E::PARAMETER, "length : text too long!", Names::MAP_STRING_NON_INLINE);
     }
-    void deallocate(pointer buckets, size_type) noexcept { std::free(buckets); }
-    size_type max_size() const noexcept { return static_cast<size_type>(-1) / sizeof(T); }
+    [[noreturn]] static void invalidString() {
+        VORN_THROW(Vorn::E::PARAMETER, "Invalid string!", Names::ADD_STATIC_STRING);
+    }
+    [[noreturn]] static void markedAsOwned() {
+        VORN_THROW(Vorn::E::PARAMETER, "String marked as owned!", Names::ADD_STATIC_STRING);
+    }
 };
 
 } // namespace VornPrivate
@@ -145,18 +126,15 @@ template <class CharType>
 class VORN_API StringOwnerMap {
 public:
     /// Builds an empty map and allocates the buckets of two of its three tables. Throws `std::bad_alloc`.
-    StringOwnerMap() : m_emptyKeySet(false), m_deletedKeySet(false) {
-        m_ownedBuffers.set_empty_key(nullptr);
-        m_staticBuffers.set_empty_key(nullptr);
-    }
+    StringOwnerMap();
 
     /// Builds an empty map; copies nothing, since each map owns its entries alone.
     VORN_SURPRISE("copies no entry; pass a reference to the map")
-    StringOwnerMap(const StringOwnerMap&) : StringOwnerMap() {}
+    StringOwnerMap(const StringOwnerMap&);
 
     /// Does nothing: this map keeps its entries.
     VORN_SURPRISE("copies no entry; pass a reference to the map")
-    StringOwnerMap& operator=(const StringOwnerMap&) { return *this; }
+    StringOwnerMap& operator=(const StringOwnerMap&);
 
     /// Destroys the entries. Strings and substrings that still exist stay valid: external text is copied first.
     /// @warning If memory ends while these copies are made, the destructor calls `std::terminate`. Destroy the strings
@@ -177,12 +155,9 @@ public:
     /// @warning A length of 0xFFFFFFFF with `terminated` results in an empty string. To have a text measured, pass
     ///     false.
     String mapString(const CharType* buffer, unsigned int length, bool terminated) {
-        if (!buffer) VORN_THROW(E::PARAMETER, "Invalid buffer!", Names::MAP_STRING);
-        if (m_emptyKeySet) {
-            const auto known = m_strings.find(StringOwnerKey(buffer, length));
-            if (known != m_strings.end()) return String(known->second.m_data);
-        }
-        return mapNewString(buffer, length, terminated);
+        if (!buffer) Failures::invalidBuffer();
+        const StringOwnerEntry* const known = findEntry(buffer, length);
+        return known ? String(known->m_data) : mapNewString(buffer, length, terminated);
     }
 
     /// Returns a buffer with the text of `s`. It stays valid until `unmapString` has been called as often as this
@@ -212,151 +187,24 @@ public:
     void addStaticString(const CharType* buffer);
 
     /// Returns the number of entries.
-    unsigned int size() const { return static_cast<unsigned int>(m_strings.size()); }
+    unsigned int size() const;
 
 private:
-    using Names = VornPrivate::StringOwnerMapNames<CharType>;
+    using Tables = VornPrivate::StringOwnerTables<CharType>;
+    using Failures = VornPrivate::StringOwnerMapFailures<CharType>;
 
-    struct Hash {
-        std::size_t operator()(const StringOwnerKey& key) const { return static_cast<unsigned int>(key); }
-    };
-
-    template <class T>
-    using Allocator = VornPrivate::StringOwnerBucketAllocator<T>;
-    using Strings = google::dense_hash_map<StringOwnerKey, StringOwnerEntry, Hash, std::equal_to<StringOwnerKey>,
-                                           Allocator<std::pair<const StringOwnerKey, StringOwnerEntry>>>;
-    using Buffers = google::dense_hash_set<const CharType*, typename google::dense_hash_set<const CharType*>::hasher,
-                                           std::equal_to<const CharType*>, Allocator<const CharType*>>;
-
-    // Allocates the buckets of the table at its first use. A table whose allocation failed accepts no second empty key,
-    // so a new one is set up and swapped in.
-    void setEmptyKey() {
-        if (m_emptyKeySet) return;
-        Strings strings;
-        strings.set_empty_key(StringOwnerKey::s_emptyKey);
-        m_strings.swap(strings);
-        m_emptyKeySet = true;
-    }
-
-    // Makes the next insertion of a buffer allocate nothing. The set never erases, so its size counts all used buckets.
-    static void reserveOne(Buffers& buffers) { buffers.resize(buffers.size() + 1); }
-
-    void eraseEntry(const StringOwnerKey& key) {
-        if (!m_deletedKeySet) {
-            m_strings.set_deleted_key(StringOwnerKey::s_deletedKey);
-            m_deletedKeySet = true;
-        }
-        m_strings.erase(key);
-    }
-
+    Tables& tables();
+    const Tables& tables() const;
+    const StringOwnerEntry* findEntry(const CharType* buffer, unsigned int length) const;
+    void setEmptyKey();
+    void eraseEntry(const StringOwnerKey& key);
     String mapNewString(const CharType* buffer, unsigned int length, bool terminated);
 
-    Strings m_strings;
-    Buffers m_ownedBuffers;  // external buffers, owned by this map or by its caller
-    Buffers m_staticBuffers; // marked by addStaticString
+    // The tables, whose headers no user of this class needs.
+    alignas(void*) unsigned char m_tables[sizeof(void*) == 8 ? 272 : 160];
     bool m_emptyKeySet;
     bool m_deletedKeySet;
 };
-
-// Implementation of the template; not needed for using the class.
-
-template <class CharType>
-StringOwnerMap<CharType>::~StringOwnerMap() {
-    if (!m_emptyKeySet) return;
-    for (const auto& entry : m_strings) {
-        StringData* const data = entry.second.m_data;
-        if (!data) continue;
-        // Another handle still owns the record, and the owner of its buffer may be destroyed after this map.
-        if (data->template getAllocationType<CharType>() == STRING_DATA_EXTERNAL && data->getRefCount() > 1)
-            data->template detachExternalBuffer<CharType>();
-        data->decRefCount();
-    }
-}
-
-template <class CharType>
-String StringOwnerMap<CharType>::mapNewString(const CharType* buffer, unsigned int length, bool terminated) {
-    setEmptyKey();
-    const bool isStatic = m_staticBuffers.find(buffer) != m_staticBuffers.end();
-    const StringOwnerKey key(buffer, length);
-    const auto entry = m_strings.insert({key, {}}).first;
-    StringData* data = nullptr;
-    try {
-        if (!isStatic) reserveOne(m_ownedBuffers);
-        data = new StringData(buffer, StringData::countedLength(length, terminated),
-                              isStatic ? STRING_DATA_STATIC : STRING_DATA_EXTERNAL, StringData::CountedLength());
-    } catch (const Exception<E::UNICODE>&) { // the text is malformed: the entry stays without a record
-        if (!isStatic) m_ownedBuffers.insert(buffer);
-        throw;
-    } catch (...) {
-        eraseEntry(key);
-        throw;
-    }
-    if (!isStatic) m_ownedBuffers.insert(buffer);
-    data->incRefCount();
-    entry->second.m_data = data;
-    return String(data);
-}
-
-template <class CharType>
-const CharType* StringOwnerMap<CharType>::mapStringNonInline(String s, StringOwnerAllocWrapperBase& alloc) {
-    unsigned int n = 0;
-    if (s.getData()) n = sizeof(CharType) == 1 ? s.getData()->getUTF8Length() : s.getData()->getUTF16Length();
-    if (n == 0) s = String::getEmptyString();
-
-    const CharType* buffer = s.getData()->template getBuffer<CharType>();
-    const StringDataBufferInfo& info = s.getData()->template getBufferInfo<CharType>();
-    const bool isExternal = info.m_allocationType == STRING_DATA_EXTERNAL;
-    const bool isForeign = isExternal && m_ownedBuffers.find(buffer - info.m_offset) == m_ownedBuffers.end();
-    if (isForeign) {
-        const std::uint64_t bytes = (std::uint64_t(n) + 1) * sizeof(CharType);
-        if (bytes > 0xFFFFFFFF) VORN_THROW(E::PARAMETER, "length : text too long!", Names::MAP_STRING_NON_INLINE);
-        CharType* const copy = static_cast<CharType*>(alloc(static_cast<unsigned int>(bytes)));
-        if (!copy) throw std::bad_alloc();
-        std::memcpy(copy, buffer, std::size_t(n) * sizeof(CharType));
-        copy[n] = 0;
-        s = String(new StringData(copy, std::uint64_t(n) + 1, STRING_DATA_EXTERNAL, StringData::CountedLength()));
-        reserveOne(m_ownedBuffers);
-        buffer = copy;
-    } else if (!isExternal && !info.m_nullTerminated) {
-        buffer = s.getData()->template getTerminatedBuffer<CharType>();
-    }
-
-    setEmptyKey();
-    const StringOwnerKey key(buffer, n);
-    auto entry = m_strings.find(key); // one that a refused text has left stays without a record
-    if (entry == m_strings.end()) {
-        entry = m_strings.insert({key, {s.getData(), 0}}).first;
-        s.getData()->incRefCount();
-    }
-    ++entry->second.m_mapCount;
-    if (isForeign) m_ownedBuffers.insert(buffer);
-    return buffer;
-}
-
-template <class CharType>
-void StringOwnerMap<CharType>::unmapString(const CharType* buffer, unsigned int length) {
-    if (!buffer || !m_emptyKeySet) return;
-    const StringOwnerKey key(buffer, length);
-    const auto found = m_strings.find(key);
-    if (found == m_strings.end()) return;
-    StringOwnerEntry& entry = found->second;
-    if (entry.m_mapCount > 1) {
-        --entry.m_mapCount;
-        return;
-    }
-    StringData* const data = entry.m_data;
-    if (!data || data->template getAllocationType<CharType>() == STRING_DATA_EXTERNAL) return;
-    eraseEntry(key);
-    data->decRefCount();
-}
-
-template <class CharType>
-void StringOwnerMap<CharType>::addStaticString(const CharType* buffer) {
-    if (!buffer) VORN_THROW(E::PARAMETER, "Invalid string!", Names::ADD_STATIC_STRING);
-    if (m_ownedBuffers.find(buffer) != m_ownedBuffers.end())
-        VORN_THROW(E::PARAMETER, "String marked as owned!", Names::ADD_STATIC_STRING);
-    m_staticBuffers.insert(buffer);
-}
 
 #if !defined(_WIN32) // where g++ exports no inline members of an instantiated class
 extern template class StringOwnerMap<unsigned char>;
