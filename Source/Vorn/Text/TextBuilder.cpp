@@ -44,17 +44,29 @@ TextEncoding encodingWith(const TextItem* items, std::size_t count, TextEncoding
     return encoding;
 }
 
+void appendAll(TextStore& store, const TextItem* items, std::size_t count) {
+    for (std::size_t i = 0; i < count; ++i) append(store, items[i].getText(), items[i].isValid());
+}
+
 } // namespace
 
 void TextBuilder::appendItems(const TextItem* items, std::size_t count) {
     bool hasText = m_store.hasText;
-    changeEncoding(m_store, encodingWith(items, count, m_store.encoding, hasText));
-    const unsigned int length = m_store.length;
-    try {
-        for (std::size_t i = 0; i < count; ++i) VornPrivate::append(m_store, items[i].getText(), items[i].isValid());
-    } catch (...) {
-        m_store.length = length;
-        throw;
+    const TextEncoding encoding = encodingWith(items, count, m_store.encoding, hasText);
+    if (encoding == m_store.encoding) {
+        const unsigned int length = m_store.length;
+        try {
+            appendAll(m_store, items, count);
+        } catch (...) {
+            m_store.length = length;
+            throw;
+        }
+    } else {
+        OwnedTextStore changed;
+        convertTo(changed, m_store, encoding);
+        appendAll(changed, items, count);
+        release(m_store);
+        m_store = std::exchange(static_cast<TextStore&>(changed), {});
     }
     m_store.hasText = hasText;
 }
@@ -73,7 +85,7 @@ String TextJoining::concat(const TextItem* items, std::size_t count) {
         length += isSame ? text.getLength() : measure(text, store.encoding);
     }
     VornPrivate::reserve(store, length);
-    for (std::size_t i = 0; i < count; ++i) append(store, items[i].getText(), items[i].isValid());
+    appendAll(store, items, count);
     return VornPrivate::take(store);
 }
 

@@ -241,8 +241,9 @@ String toFixedText(double value, unsigned int digits) {
     // Behind this number of digits all are 0: every value is a multiple of 2 to the power -1074.
     constexpr unsigned int MOST_DIGITS = 1074;
     constexpr unsigned int CAPACITY = 1 + 309 + 1 + MOST_DIGITS;
-    if (digits > VornPrivate::MAX_TEXT_LENGTH - CAPACITY) VORN_THROW(E::PARAMETER, "length : text too long!");
     std::string text(CAPACITY, '\0');
+    const std::size_t most = std::min<std::size_t>(VornPrivate::MAX_TEXT_LENGTH, text.max_size());
+    if (digits > most - CAPACITY) VORN_THROW(E::PARAMETER, "length : text too long!");
     const int printed = static_cast<int>(std::min(digits, MOST_DIGITS));
     const std::to_chars_result result =
         std::to_chars(text.data(), text.data() + CAPACITY, value, std::chars_format::fixed, printed);

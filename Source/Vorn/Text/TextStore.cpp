@@ -100,17 +100,11 @@ void append(TextStore& store, View text, bool isValid) {
     store.length = static_cast<unsigned int>(newLength);
 }
 
-void changeEncoding(TextStore& store, TextEncoding encoding) {
-    if (store.encoding == encoding) return;
-    OwnedTextStore changed;
-    changed.encoding = encoding;
-    changed.hasText = store.hasText;
-    if (store.length != 0) {
-        reserve(changed, std::max<std::uint64_t>(measure(viewOf(store), encoding), store.capacity));
-        append(changed, viewOf(store), true);
-    }
-    release(store);
-    store = std::exchange(static_cast<TextStore&>(changed), {});
+void convertTo(TextStore& copy, const TextStore& store, TextEncoding encoding) {
+    copy.encoding = encoding;
+    if (store.length == 0) return;
+    reserve(copy, std::max<std::uint64_t>(measure(viewOf(store), encoding), store.capacity));
+    append(copy, viewOf(store), true);
 }
 
 String copyOf(const TextStore& store) {

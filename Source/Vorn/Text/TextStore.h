@@ -21,8 +21,8 @@ std::uint64_t measure(Vorn::TextView text, Vorn::TextEncoding encoding) noexcept
 /// unless the text is known to be valid. If it throws, the text is as before.
 void append(TextStore& store, Vorn::TextView text, bool isValid);
 
-/// Converts the text that the store has.
-void changeEncoding(TextStore& store, Vorn::TextEncoding encoding);
+/// Writes the text of `store` in another encoding to `copy`, which is empty, with room for at least as many units.
+void convertTo(TextStore& copy, const TextStore& store, Vorn::TextEncoding encoding);
 
 /// A String of the text in a block of its size.
 Vorn::String copyOf(const TextStore& store);

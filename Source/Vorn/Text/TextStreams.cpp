@@ -25,6 +25,16 @@ bool store(std::istream& stream, bool isRead, const std::string& text, String& d
     return true;
 }
 
+// Sets `badbit` for an exception that a stream buffer has thrown, and throws it again if the stream throws for
+// `badbit`. Stands in a handler.
+void reportFailedBuffer(std::istream& stream) {
+    try {
+        stream.setstate(std::ios_base::badbit);
+    } catch (const std::ios_base::failure&) { // the caller gets the exception of the buffer
+    }
+    if (stream.exceptions() & std::ios_base::badbit) throw;
+}
+
 } // namespace
 
 void TextStreams::write(std::ostream& stream, TextView text) {
@@ -42,16 +52,22 @@ bool TextStreams::readWord(std::istream& stream, String& word) {
     const std::istream::sentry sentry(stream);
     if (!sentry) return false;
     std::string text;
-    std::streamsize left = stream.width() > 0 ? stream.width() : std::streamsize(0x7FFFFFFF);
-    const auto& types = std::use_facet<std::ctype<char>>(stream.getloc());
-    std::streambuf& buffer = *stream.rdbuf();
     constexpr int END = std::istream::traits_type::eof();
-    int c = buffer.sgetc();
-    for (; c != END && !types.is(std::ctype_base::space, static_cast<char>(c)); c = buffer.snextc()) {
-        if (!VornPrivate::isTrailByte(static_cast<unsigned int>(c)) && left-- == 0) break;
-        text.push_back(static_cast<char>(c));
+    int c = END;
+    try {
+        std::streamsize left = stream.width() > 0 ? stream.width() : std::streamsize(0x7FFFFFFF);
+        const auto& types = std::use_facet<std::ctype<char>>(stream.getloc());
+        std::streambuf& buffer = *stream.rdbuf();
+        for (c = buffer.sgetc(); c != END && !types.is(std::ctype_base::space, static_cast<char>(c));
+             c = buffer.snextc()) {
+            if (!VornPrivate::isTrailByte(static_cast<unsigned int>(c)) && left-- == 0) break;
+            text.push_back(static_cast<char>(c));
+        }
+        stream.width(0);
+    } catch (...) {
+        reportFailedBuffer(stream);
+        return false;
     }
-    stream.width(0);
     if (c == END) stream.setstate(std::ios_base::eofbit);
     return store(stream, !text.empty(), text, word);
 }
@@ -61,9 +77,15 @@ bool TextStreams::readLine(std::istream& stream, String& line, char delimiter) {
     if (!sentry) return false;
     std::string text;
     constexpr int END = std::istream::traits_type::eof();
-    int c = stream.rdbuf()->sbumpc();
-    for (; c != END && static_cast<char>(c) != delimiter; c = stream.rdbuf()->sbumpc())
-        text.push_back(static_cast<char>(c));
+    int c = END;
+    try {
+        std::streambuf& buffer = *stream.rdbuf();
+        for (c = buffer.sbumpc(); c != END && static_cast<char>(c) != delimiter; c = buffer.sbumpc())
+            text.push_back(static_cast<char>(c));
+    } catch (...) {
+        reportFailedBuffer(stream);
+        return false;
+    }
     if (c == END) stream.setstate(std::ios_base::eofbit);
     return store(stream, c != END || !text.empty(), text, line);
 }
