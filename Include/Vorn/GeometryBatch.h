@@ -11,10 +11,10 @@
 ///
 /// An operation with two spans reads `source` and writes `target`, which have the same count. They may be the same
 /// vectors, or different members of the same elements. It throws `Exception<1>` before it writes anything:
-/// "source.count() == target.count() : different counts!"; "areSeparate(source, target) : source overlaps target!" if they
-/// share memory in any other way.
+/// "source.count() == target.count() : different counts!"; "areSeparate(source, target) : source overlaps target!" if
+/// they share memory in any other way.
 ///
-/// Cost: nothing is allocated. For up to about four vectors a loop over the single operations is as fast.
+/// Cost: nothing is allocated. For fewer than about 16 vectors a loop over the operations on one is as fast or faster.
 ///
 /// Threads: nothing is shared.
 #pragma once
