@@ -167,6 +167,19 @@ inline std::size_t incompleteBytes(const unsigned char* text, std::size_t end) {
     return 0;
 }
 
+/// Returns the length of the blocks of ASCII at the start. Out of line, so that the constants of the other loop fit the
+/// registers.
+template <class V>
+[[gnu::noinline]] std::size_t skipPlainBlocks(const unsigned char* text, std::size_t length) noexcept {
+    std::size_t i = 0;
+    for (; length - i >= BLOCK; i += BLOCK) {
+        Block<V> block;
+        block.load(text + i);
+        if (!block.isPlain()) break;
+    }
+    return i;
+}
+
 template <class V, bool Counts>
 UTF8Run runOfUTF8(const unsigned char* text, std::size_t length, bool full) noexcept {
     using Bytes = typename V::Bytes;
@@ -225,6 +238,8 @@ UTF8Run runOfUTF8(const unsigned char* text, std::size_t length, bool full) noex
         return true;
     };
 
+    if (length >= BLOCK) i = skipPlainBlocks<V>(text, length);
+    if constexpr (Counts) characters = i;
     Block<V> block;
     for (; length - i >= BLOCK; i += BLOCK) {
         block.load(text + i);
