@@ -130,6 +130,18 @@ TEST(TextBuilder, KeepsItsTextIfAnItemIsRefused) {
     EXPECT_EQ(codesOf(builder.take()), (Codes{0xE9, 'a', 'c'}));
 }
 
+TEST(TextBuilder, KeepsItsEncodingIfAnItemIsRefused) {
+    TextBuilder builder;
+    builder.append(u"\u00E9\u00E8");
+    EXPECT_EQ(builder.getLength(), 2u);
+    EXPECT_THROW(builder.append("b", "\xFF"), Exception<7>);
+    EXPECT_EQ(builder.getLength(), 2u) << "in units of UTF-16";
+    EXPECT_EQ(TextView(builder.build()).getEncoding(), TextEncoding::UTF16);
+    builder.append("b");
+    EXPECT_EQ(builder.getLength(), 5u) << "in bytes";
+    EXPECT_EQ(codesOf(builder.take()), (Codes{0xE9, 0xE8, 'b'}));
+}
+
 TEST(TextBuilder, KeepsItsTextIfAnItemBehindPlainOnesIsRefused) {
     TextBuilder builder;
     builder.reserve(1000);

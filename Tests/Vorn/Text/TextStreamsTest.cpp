@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 #include <iomanip>
 #include <sstream>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -106,6 +107,61 @@ TEST(TextStreams, ReadsAsStandardStringsDo) {
             ASSERT_EQ(toUTF8(word), expected);
             ASSERT_EQ(ours.rdstate(), standard.rdstate());
         }
+    }
+}
+
+// Throws at the end of its text.
+class FailingBuffer : public std::stringbuf {
+public:
+    using std::stringbuf::stringbuf;
+
+protected:
+    int_type underflow() override {
+        const int_type c = std::stringbuf::underflow();
+        if (c == traits_type::eof()) throw std::runtime_error("the device has failed");
+        return c;
+    }
+};
+
+struct Failure {
+    const char* name;
+    const char* text;
+    std::ios_base::iostate thrown; // the states that the stream throws for
+    bool isLine;
+};
+constexpr Failure FAILURES[] = {
+    {"a word", "abc", std::ios_base::goodbit, false},
+    {"a word, thrown again", "abc", std::ios_base::badbit, false},
+    {"a word, with exceptions of another state", "abc", std::ios_base::failbit, false},
+    {"a line", "abc", std::ios_base::goodbit, true},
+    {"a line, thrown again", "abc", std::ios_base::badbit, true},
+    {"a line, with exceptions of another state", "abc", std::ios_base::eofbit, true},
+};
+
+template <class Text>
+std::string failureOf(const Failure& failure, Text& text) {
+    FailingBuffer buffer(failure.text);
+    std::istream stream(&buffer);
+    stream.exceptions(failure.thrown);
+    std::string outcome = "state ";
+    try {
+        if constexpr (std::is_same_v<Text, String>) {
+            failure.isLine ? getLine(stream, text) : stream >> text;
+        } else {
+            failure.isLine ? std::getline(stream, text) : stream >> text;
+        }
+    } catch (const std::exception& e) {
+        outcome = std::string(e.what()) + ", state ";
+    }
+    return outcome + (stream.bad() ? "bad" : "not bad") + (stream.eof() ? ", eof" : "");
+}
+
+TEST(TextStreams, ReportFailuresOfBuffersAsStandardStringsDo) {
+    for (const Failure& failure : FAILURES) {
+        String text("old");
+        std::string standard;
+        EXPECT_EQ(failureOf(failure, text), failureOf(failure, standard)) << failure.name;
+        EXPECT_EQ(toUTF8(text), "old") << failure.name;
     }
 }
 
