@@ -32,14 +32,14 @@ namespace Vorn {
 /// Returns the length: the float nearest to it, for all finite vectors. 0 only for the zero vector. Infinity if no
 /// float is as large, which is possible above 2.4e38 in both components, and if a component is infinite; NaN if one is
 /// NaN and none is infinite.
-inline float exactLength(const Vector2& vec) noexcept {
+[[nodiscard]] inline float exactLength(const Vector2& vec) noexcept {
     if (std::isinf(vec.x) || std::isinf(vec.y)) return std::numeric_limits<float>::infinity();
     return VornPrivate::ExactVector(vec.x, vec.y).length();
 }
 
 /// Returns the vector of length 1 with the same direction: each component is the float nearest to it, for all finite
 /// vectors. The zero vector gives `Vector2::ZERO`; an infinite or NaN component gives two NaNs.
-inline Vector2 exactNormalised(const Vector2& vec) noexcept {
+[[nodiscard]] inline Vector2 exactNormalised(const Vector2& vec) noexcept {
     if (!std::isfinite(vec.x) || !std::isfinite(vec.y)) return Vector2(std::numeric_limits<float>::quiet_NaN());
     if (vec.x == 0.0f && vec.y == 0.0f) return Vector2::ZERO;
     const VornPrivate::ExactVector exact(vec.x, vec.y);
@@ -47,7 +47,7 @@ inline Vector2 exactNormalised(const Vector2& vec) noexcept {
 }
 
 /// Returns the corners in the order of their numbers in Rect.h: left top, left bottom, right top, right bottom.
-constexpr Vector2CornerRect cornersOf(const FloatRect& rect) noexcept {
+[[nodiscard]] constexpr Vector2CornerRect cornersOf(const FloatRect& rect) noexcept {
     return {{Vector2(rect.left, rect.top), Vector2(rect.left, rect.bottom), Vector2(rect.right, rect.top),
              Vector2(rect.right, rect.bottom)}};
 }
@@ -57,7 +57,7 @@ constexpr Vector2CornerRect cornersOf(const FloatRect& rect) noexcept {
 ///
 /// Throws `Exception<4>`: "no points!" for an empty range.
 template <class Points, class = decltype(std::begin(std::declval<const Points&>()))>
-FloatRect boundsOf(const Points& points) {
+[[nodiscard]] FloatRect boundsOf(const Points& points) {
     if constexpr (std::is_convertible_v<const Points&, ConstVectorSpan>) {
         if (std::size(points) >= 16) return boundsOf(ConstVectorSpan(points)); // for fewer, a loop is as fast
     }
@@ -73,14 +73,16 @@ FloatRect boundsOf(const Points& points) {
 }
 
 /// Returns the smallest rectangle that contains the corners.
-inline FloatRect boundsOf(const Vector2CornerRect& rect) { return boundsOf(rect.corners); }
+[[nodiscard]] inline FloatRect boundsOf(const Vector2CornerRect& rect) { return boundsOf(rect.corners); }
 
 /// Returns the smallest rectangle that contains `matrix * cornersOf(rect)`: also right for rotations.
-inline FloatRect boundsOf(const FloatRect& rect, const Matrix3& matrix) { return boundsOf(matrix * cornersOf(rect)); }
+[[nodiscard]] inline FloatRect boundsOf(const FloatRect& rect, const Matrix3& matrix) {
+    return boundsOf(matrix * cornersOf(rect));
+}
 
 /// Returns true if the rectangles share an area. False if they only touch, if one has no area, if one is inverted, and
 /// beside NaN.
-constexpr bool overlaps(const FloatRect& a, const FloatRect& b) noexcept {
+[[nodiscard]] constexpr bool overlaps(const FloatRect& a, const FloatRect& b) noexcept {
     const auto overlap = [](float low1, float high1, float low2, float high2) {
         return low1 < high1 && low2 < high2 && low1 < high2 && low2 < high1;
     };
@@ -93,7 +95,8 @@ constexpr bool overlaps(const FloatRect& a, const FloatRect& b) noexcept {
 ///
 /// Throws `Exception<1>`: "isPin : invalid pin!".
 /// @{
-inline FloatRect anchored(const FloatRect& around, const Vector2& size, unsigned int pin, const Vector2& margin) {
+[[nodiscard]] inline FloatRect anchored(const FloatRect& around, const Vector2& size, unsigned int pin,
+                                        const Vector2& margin) {
     const bool isPin = pin < 16 && (pin & RectPoint::LEFT) * (pin & RectPoint::RIGHT) == 0 &&
                        (pin & RectPoint::TOP) * (pin & RectPoint::BOTTOM) == 0;
     VORN_ASSERT(isPin, "invalid pin!", "Vorn::anchored");
@@ -106,7 +109,8 @@ inline FloatRect anchored(const FloatRect& around, const Vector2& size, unsigned
                              pin & RectPoint::TOP, pin & RectPoint::BOTTOM);
     return {float(left), float(top), float(left + double(size.x)), float(top + double(size.y))};
 }
-inline FloatRect anchored(const FloatRect& around, const Vector2& size, unsigned int pin, float margin = 0.0f) {
+[[nodiscard]] inline FloatRect anchored(const FloatRect& around, const Vector2& size, unsigned int pin,
+                                        float margin = 0.0f) {
     return anchored(around, size, pin, Vector2(margin));
 }
 /// @}
@@ -115,7 +119,7 @@ inline FloatRect anchored(const FloatRect& around, const Vector2& size, unsigned
 /// than 2 to the power -26 of the sum of the absolute values of its terms. Each element has an error of at most one
 /// unit in its last place. Returns no value for other matrices, which are singular or close to it, for matrices with an
 /// element that is infinite or NaN, and if an element of the inverse is larger than any float.
-inline std::optional<Matrix3> inverseAtAnyScale(const Matrix3& matrix) noexcept {
+[[nodiscard]] inline std::optional<Matrix3> inverseAtAnyScale(const Matrix3& matrix) noexcept {
     // Products of floats are exact in double, so each cofactor is rounded once.
     const auto cofactor = [&](int a, int b, int c, int d) {
         return double(matrix.m[a]) * double(matrix.m[b]) - double(matrix.m[c]) * double(matrix.m[d]);

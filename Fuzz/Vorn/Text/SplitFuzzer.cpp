@@ -96,13 +96,13 @@ void divideAnything(Stream& stream) {
     for (TextView piece : split(text, separator)) {
         if (!piece.isEmpty()) require(piece.getUTF8() >= end, "pieces in order");
         if (!piece.isEmpty()) end = piece.getUTF8() + piece.getLength();
-        trim(piece);
-        splitOnceAtEnd(piece, WHITE_SPACE);
+        static_cast<void>(trim(piece));
+        static_cast<void>(splitOnceAtEnd(piece, WHITE_SPACE));
     }
     require(end <= bytes.data() + bytes.size(), "pieces in the text");
     for (TextView line : lines(text)) require(line.getLength() <= text.getLength(), "lines in the text");
-    removeSuffix(text, separator);
-    removePrefix(text, separator);
+    static_cast<void>(removeSuffix(text, separator));
+    static_cast<void>(removePrefix(text, separator));
 }
 
 } // namespace

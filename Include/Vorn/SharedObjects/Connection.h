@@ -46,7 +46,7 @@ public:
 
     /// Returns true until the listener has been removed, its weakly bound target has been destroyed, or the event has
     /// been destroyed.
-    bool isConnected() const noexcept;
+    [[nodiscard]] bool isConnected() const noexcept;
     explicit operator bool() const noexcept { return isConnected(); } ///< The same as `isConnected`.
 
     /// Removes the listener from its event. The connection is one to nothing afterwards. Returns false if it was not
@@ -78,7 +78,7 @@ private:
 /// Removes its listener when it is destroyed.
 /// @warning A function or method that is added twice is one listener: the first of two scoped connections to it removes
 ///     it.
-class ScopedConnection {
+class [[nodiscard]] ScopedConnection {
 public:
     ScopedConnection() = default;
     ScopedConnection(Connection connection) noexcept : m_connection(std::move(connection)) {}
@@ -94,7 +94,7 @@ public:
 
     void swap(ScopedConnection& other) noexcept { m_connection.swap(other.m_connection); }
 
-    bool isConnected() const noexcept { return m_connection.isConnected(); }
+    [[nodiscard]] bool isConnected() const noexcept { return m_connection.isConnected(); }
     explicit operator bool() const noexcept { return m_connection.isConnected(); }
     bool disconnect() { return m_connection.disconnect(); }
     Connection& get() noexcept { return m_connection; } ///< Returns the connection, which stays scoped.
@@ -108,7 +108,7 @@ private:
 
 /// Blocks a listener until it is destroyed. The listener is called again after the last of its blocks and, if
 /// `Connection::block` was called, `unblock`.
-class ScopedBlock {
+class [[nodiscard]] ScopedBlock {
 public:
     ScopedBlock() = default; ///< Blocks nothing.
     explicit ScopedBlock(Connection connection) noexcept : m_connection(std::move(connection)) {

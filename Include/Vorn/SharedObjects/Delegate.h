@@ -83,7 +83,7 @@ class DelegateOperations {
 public:
     /// Binds `Function`, which is a constant.
     template <auto Function>
-    static Self bind() {
+    [[nodiscard]] static Self bind() {
         static_assert(!std::is_member_pointer_v<decltype(Function)>,
                       "a member function needs its object: bind<&Door::open>(door)");
         static_assert(isCallable<decltype(Function)>(),
@@ -105,7 +105,7 @@ public:
     ///     WeakPtr.
     ///     auto d = Delegate<void, void>::bind<&Door::open>(Door());   // wrong: does not compile
     template <auto Method, class Target>
-    static Self bind(Target&& target) {
+    [[nodiscard]] static Self bind(Target&& target) {
         using Plain = std::remove_cv_t<std::remove_reference_t<Target>>;
         if constexpr (VornPrivate::IS_SHARED_PTR<Plain>) {
             return bindShared<Method>(target);
@@ -125,7 +125,7 @@ public:
     ///
     /// Throws `Exception<1>`: "object : null pointer!".
     template <auto Method, class Object>
-    static Self bindShared(const SharedPtr<Object>& object) {
+    [[nodiscard]] static Self bindShared(const SharedPtr<Object>& object) {
         checkMethod<Method, Object>();
         VORN_ASSERT(object, "null pointer!", "Vorn::Delegate::bindShared");
         if constexpr (isMethod<Method, Object>()) {
@@ -144,7 +144,7 @@ public:
     /// Throws `Exception<1>`: "counter : null pointer!".
     /// @warning While a delegate to a destroyed object is kept, a new object at the same address gives an equal one.
     template <auto Method, class Object>
-    static Self bindWeak(const WeakPtr<Object>& object) {
+    [[nodiscard]] static Self bindWeak(const WeakPtr<Object>& object) {
         checkMethod<Method, Object>();
         RefCounter* const counter = weakRecord(object);
         VORN_ASSERT(counter, "null pointer!", "Vorn::Delegate::bindWeak");
@@ -158,7 +158,7 @@ public:
     }
 
     template <auto Method, class Object>
-    static Self bindWeak(const SharedPtr<Object>& object) {
+    [[nodiscard]] static Self bindWeak(const SharedPtr<Object>& object) {
         return bindWeak<Method>(WeakPtr<Object>(object));
     }
 
@@ -188,7 +188,7 @@ public:
     /// @warning Delegates of allocated callables are equal only if one is a copy of the other; keep a copy to find it
     ///     again. Delegates that store the callable are equal if its type and bytes are.
     template <class Callable>
-    static Self bindCallable(Callable&& callable) {
+    [[nodiscard]] static Self bindCallable(Callable&& callable) {
         using Kept = std::decay_t<Callable>;
         static_assert(isCallable<Kept&>(),
                       "the callable cannot be called with the delegate's Args, or does not return its Result");

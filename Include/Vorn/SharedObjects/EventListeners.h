@@ -175,24 +175,25 @@ public:
     void clear() { m_chain.clear(); }
 
     /// Returns true if the event has `listener`, new or not.
-    bool contains(const Listener& listener) const { return m_chain.find(listener.getPOD()); }
+    [[nodiscard]] bool contains(const Listener& listener) const { return m_chain.find(listener.getPOD()); }
     template <class Callable, VornPrivate::EnableForUnequal<Callable> = 0>
-    bool contains(const Callable&) const { // does not compile, as `remove`
+    [[nodiscard]] bool contains(const Callable&) const { // does not compile, as `remove`
         return refuse<Callable>();
     }
     template <auto Function>
-    bool contains() const {
+    [[nodiscard]] bool contains() const {
         return contains(Listener::template bind<Function>());
     }
     template <auto Method, class Target>
-    bool contains(const Target& target) const {
+    [[nodiscard]] bool contains(const Target& target) const {
         const auto method = Listener::template identify<Method>(target);
         return m_chain.find(method.object, method.bindings, method.BINDINGS);
     }
 
     /// Returns the number of listeners, without those whose weakly bound target has been destroyed.
-    unsigned int getDelegateCount() const { return m_chain.countListeners(); }
-    bool empty() const { return m_chain.countListeners() == 0; } ///< Returns true if there is no listener.
+    [[nodiscard]] unsigned int getDelegateCount() const { return m_chain.countListeners(); }
+    /// Returns true if there is no listener.
+    [[nodiscard]] bool empty() const { return m_chain.countListeners() == 0; }
 
     /// Calls `visitor(listener)` or `visitor(listener, priority)` for each listener in order. The visitor may change
     /// the event, with the same effects as in a call.
@@ -213,9 +214,10 @@ public:
 
     /// Calls do nothing until `enable`. A call that is running goes on. Moving and swapping an event take this along.
     void disable() { m_chain.disable(); }
-    void enable() { m_chain.enable(); }                            ///< Ends `disable`.
-    bool isDisabled() const { return m_chain.isDisabled(); }       ///< Returns true after `disable`.
-    bool isDispatching() const { return m_chain.isDispatching(); } ///< Returns true during a call and in `forEach`.
+    void enable() { m_chain.enable(); }                                    ///< Ends `disable`.
+    [[nodiscard]] bool isDisabled() const { return m_chain.isDisabled(); } ///< Returns true after `disable`.
+    /// Returns true during a call and in `forEach`.
+    [[nodiscard]] bool isDispatching() const { return m_chain.isDispatching(); }
 
     /// Ends the innermost call that is running: it calls no more listeners. Does nothing outside of calls.
     void stop() const { m_chain.stop(); }

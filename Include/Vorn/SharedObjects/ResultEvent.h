@@ -64,7 +64,7 @@ public:
     }
 
     /// Returns the results in order.
-    std::vector<Kept> collect(Args... args) const {
+    [[nodiscard]] std::vector<Kept> collect(Args... args) const {
         checkKept<Result>();
         std::vector<Kept> results;
         if constexpr (!std::is_reference_v<Result>) {

@@ -373,13 +373,13 @@ namespace Vorn {
 /// Throws what the constructor throws, `std::bad_alloc`, and `std::bad_array_new_length` for a count that no memory has
 /// room for; no object is left then.
 template <class T, class... Args>
-SharedPtr<T> makeShared(Args&&... args) {
+[[nodiscard]] SharedPtr<T> makeShared(Args&&... args) {
     return VornPrivate::makeSharedObject<T>(REF_COUNTER_SINGLE_THREAD, std::forward<Args>(args)...);
 }
 
 /// The same with a thread-safe control block.
 template <class T, class... Args>
-SharedPtr<T> makeSharedThreadsafe(Args&&... args) {
+[[nodiscard]] SharedPtr<T> makeSharedThreadsafe(Args&&... args) {
     return VornPrivate::makeSharedObject<T>(REF_COUNTER_THREADSAFE, std::forward<Args>(args)...);
 }
 
@@ -387,11 +387,11 @@ SharedPtr<T> makeSharedThreadsafe(Args&&... args) {
 /// @warning As with `static_cast`, the object must be a To.
 /// @{
 template <class To, class From>
-SharedPtr<To> staticSharedCast(const SharedPtr<From>& pointer) noexcept {
+[[nodiscard]] SharedPtr<To> staticSharedCast(const SharedPtr<From>& pointer) noexcept {
     return SharedPtr<To>(pointer, static_cast<typename SharedPtr<To>::Element*>(pointer.get()));
 }
 template <class To, class From>
-SharedPtr<To> staticSharedCast(SharedPtr<From>&& pointer) noexcept {
+[[nodiscard]] SharedPtr<To> staticSharedCast(SharedPtr<From>&& pointer) noexcept {
     const auto object = static_cast<typename SharedPtr<To>::Element*>(pointer.get());
     return SharedPtr<To>(std::move(pointer), object);
 }
@@ -401,14 +401,14 @@ SharedPtr<To> staticSharedCast(SharedPtr<From>&& pointer) noexcept {
 /// only if the object is a To. Needs RTTI, unless To is a base.
 /// @{
 template <class To, class From>
-SharedPtr<To> dynamicSharedCast(const SharedPtr<From>& pointer) noexcept {
+[[nodiscard]] SharedPtr<To> dynamicSharedCast(const SharedPtr<From>& pointer) noexcept {
     static_assert(VornPrivate::IS_DYNAMIC_CAST<typename SharedPtr<From>::Element, To>,
                   "dynamicSharedCast needs RTTI: compile without -fno-rtti, or use staticSharedCast");
     To* const object = VornPrivate::dynamicCast<To>(pointer.get());
     return object ? SharedPtr<To>(pointer, object) : SharedPtr<To>();
 }
 template <class To, class From>
-SharedPtr<To> dynamicSharedCast(SharedPtr<From>&& pointer) noexcept {
+[[nodiscard]] SharedPtr<To> dynamicSharedCast(SharedPtr<From>&& pointer) noexcept {
     static_assert(VornPrivate::IS_DYNAMIC_CAST<typename SharedPtr<From>::Element, To>,
                   "dynamicSharedCast needs RTTI: compile without -fno-rtti, or use staticSharedCast");
     To* const object = VornPrivate::dynamicCast<To>(pointer.get());
@@ -420,11 +420,11 @@ SharedPtr<To> dynamicSharedCast(SharedPtr<From>&& pointer) noexcept {
 /// null.
 /// @{
 template <class To, class From>
-SharedPtr<To> constSharedCast(const SharedPtr<From>& pointer) noexcept {
+[[nodiscard]] SharedPtr<To> constSharedCast(const SharedPtr<From>& pointer) noexcept {
     return SharedPtr<To>(pointer, const_cast<typename SharedPtr<To>::Element*>(pointer.get()));
 }
 template <class To, class From>
-SharedPtr<To> constSharedCast(SharedPtr<From>&& pointer) noexcept {
+[[nodiscard]] SharedPtr<To> constSharedCast(SharedPtr<From>&& pointer) noexcept {
     const auto object = const_cast<typename SharedPtr<To>::Element*>(pointer.get());
     return SharedPtr<To>(std::move(pointer), object);
 }

@@ -106,7 +106,7 @@ public:
     /// @}
 
     /// Returns a SharedPtr to the object; null if the object has been destroyed.
-    SharedPtr<T> lock() const {
+    [[nodiscard]] SharedPtr<T> lock() const {
         if (!pRefCounter || !VornPrivate::tryAddUse(pRefCounter)) return SharedPtr<T>();
         return SharedPtr<T>(pRefCounter, m_object);
     }

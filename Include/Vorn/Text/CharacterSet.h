@@ -30,7 +30,7 @@ inline constexpr bool IS_CHARACTER = std::is_same_v<Char, char> || std::is_same_
 namespace Vorn {
 
 /// Returns true for a character of white space.
-constexpr bool isWhiteSpace(UTF32Char c) noexcept {
+[[nodiscard]] constexpr bool isWhiteSpace(UTF32Char c) noexcept {
     if (c < 0x80) return c - 9 < 5 || c == 0x20;
     return c == 0x85 || c == 0xA0 || c == 0x1680 || c - 0x2000 < 11 || c == 0x2028 || c == 0x2029 || c == 0x202F ||
            c == 0x205F || c == 0x3000;
@@ -63,7 +63,7 @@ public:
     CharacterSet(WhiteSpace) noexcept; // NOLINT(google-explicit-constructor)
 
     /// Returns true if the set contains the character.
-    bool contains(UTF32Char c) const noexcept {
+    [[nodiscard]] bool contains(UTF32Char c) const noexcept {
         if (c < 0x80) return (m_ascii[c >> 6] >> (c & 63) & 1) != 0;
         return m_hasWhiteSpace ? isWhiteSpace(c) : m_others.find(static_cast<char32_t>(c)) != std::u32string::npos;
     }
@@ -99,6 +99,6 @@ inline CharacterSet::CharacterSet(WhiteSpace) noexcept : CharacterSet() {
 }
 
 /// The set of the characters of a text, which is copied. Malformed units belong to no set.
-VORN_API CharacterSet anyOf(TextView characters);
+[[nodiscard]] VORN_API CharacterSet anyOf(TextView characters);
 
 } // namespace Vorn

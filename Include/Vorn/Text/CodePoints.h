@@ -103,20 +103,20 @@ private:
 /// @warning The range refers to the text. Keep the text alive; a temporary string is refused:
 ///     for (UTF32Char c : codePoints(line.substr(2))) drawGlyph(c);   // wrong: the line is destroyed before the loop
 /// @{
-inline CodePoints codePoints(TextView text) noexcept { return CodePoints(text); }
+[[nodiscard]] inline CodePoints codePoints(TextView text) noexcept { return CodePoints(text); }
 template <class Text, VornPrivate::IfTemporaryText<Text> = 0>
 CodePoints codePoints(Text&& text) = delete;
 /// @}
 
 /// The number of code points in a text.
-VORN_API unsigned int codePointCount(TextView text) noexcept;
+[[nodiscard]] VORN_API unsigned int codePointCount(TextView text) noexcept;
 
 /// The offset in units of code point number `n`, counted from 0. Returns the length of the text for `n` equal to the
 /// number of code points, and NOT_FOUND for more.
-VORN_API unsigned int offsetOfCodePoint(TextView text, unsigned int n) noexcept;
+[[nodiscard]] VORN_API unsigned int offsetOfCodePoint(TextView text, unsigned int n) noexcept;
 
 /// Code point number `n`, counted from 0, or nothing if the text has no more than `n`.
-inline std::optional<UTF32Char> codePointAt(TextView text, unsigned int n) noexcept {
+[[nodiscard]] inline std::optional<UTF32Char> codePointAt(TextView text, unsigned int n) noexcept {
     const unsigned int offset = offsetOfCodePoint(text, n);
     if (offset >= text.getLength()) return std::nullopt;
     return VornPrivate::decodeAt(text, offset).code;
@@ -124,18 +124,18 @@ inline std::optional<UTF32Char> codePointAt(TextView text, unsigned int n) noexc
 
 /// The greatest offset that is not behind `offset` and at which a character starts, or the length of the text for an
 /// offset at or behind the end. Reads at most one character.
-VORN_API unsigned int boundaryAtOrBefore(TextView text, unsigned int offset) noexcept;
+[[nodiscard]] VORN_API unsigned int boundaryAtOrBefore(TextView text, unsigned int offset) noexcept;
 
 /// The least offset that is not before `offset` and at which a character starts or the text ends; the length of the
 /// text for an offset behind the end. Reads at most one character.
-VORN_API unsigned int boundaryAtOrBehind(TextView text, unsigned int offset) noexcept;
+[[nodiscard]] VORN_API unsigned int boundaryAtOrBehind(TextView text, unsigned int offset) noexcept;
 
 /// True if a character starts or the text ends at the offset; false behind the end.
-inline bool isBoundary(TextView text, unsigned int offset) noexcept {
+[[nodiscard]] inline bool isBoundary(TextView text, unsigned int offset) noexcept {
     return boundaryAtOrBefore(text, offset) == offset;
 }
 
 /// True if all characters of the text are ASCII, U+0000 included.
-VORN_API bool isASCII(TextView text) noexcept;
+[[nodiscard]] VORN_API bool isASCII(TextView text) noexcept;
 
 } // namespace Vorn

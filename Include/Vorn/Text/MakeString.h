@@ -69,10 +69,10 @@ struct MadeString {
 /// Throws `Exception<7>` for malformed text, with the offset and the reason: "Malformed UTF-8 at offset 5: an overlong
 /// form!". Throws `Exception<4>`: "length : text too long!" if the string would have more than 0xFFFFFFFE units.
 /// @{
-VORN_API String makeString(TextView text);
-VORN_API String makeString(std::u32string_view codes);
+[[nodiscard]] VORN_API String makeString(TextView text);
+[[nodiscard]] VORN_API String makeString(std::u32string_view codes);
 template <class Range, VornPrivate::IfCodePoints<Range> = 0>
-String makeString(const Range& codes) {
+[[nodiscard]] String makeString(const Range& codes) {
     return makeString(std::u32string_view(VornPrivate::collectCodePoints(codes)));
 }
 /// @}
@@ -81,10 +81,10 @@ String makeString(const Range& codes) {
 /// malformed, for each noncharacter and for each code that is no code point. Throws `Exception<4>` as `makeString`
 /// does.
 /// @{
-VORN_API String makeStringReplacing(TextView text);
-VORN_API String makeStringReplacing(std::u32string_view codes);
+[[nodiscard]] VORN_API String makeStringReplacing(TextView text);
+[[nodiscard]] VORN_API String makeStringReplacing(std::u32string_view codes);
 template <class Range, VornPrivate::IfCodePoints<Range> = 0>
-String makeStringReplacing(const Range& codes) {
+[[nodiscard]] String makeStringReplacing(const Range& codes) {
     return makeStringReplacing(std::u32string_view(VornPrivate::collectCodePoints(codes)));
 }
 /// @}
@@ -92,17 +92,17 @@ String makeStringReplacing(const Range& codes) {
 /// Makes an owned string of a text or code points, or returns the offset and the reason if they are malformed. Throws
 /// `Exception<4>` as `makeString` does.
 /// @{
-VORN_API MadeString tryMakeString(TextView text);
-VORN_API MadeString tryMakeString(std::u32string_view codes);
+[[nodiscard]] VORN_API MadeString tryMakeString(TextView text);
+[[nodiscard]] VORN_API MadeString tryMakeString(std::u32string_view codes);
 template <class Range, VornPrivate::IfCodePoints<Range> = 0>
-MadeString tryMakeString(const Range& codes) {
+[[nodiscard]] MadeString tryMakeString(const Range& codes) {
     return tryMakeString(std::u32string_view(VornPrivate::collectCodePoints(codes)));
 }
 /// @}
 
 /// Makes a string that is never freed, which all threads may use at once: its record is constant and holds the text in
 /// UTF-8 and UTF-16. For tables and literals that are made once; VORN_TEXT calls it. Throws as `makeString` does.
-VORN_API String makeStaticString(TextView text);
+[[nodiscard]] VORN_API String makeStaticString(TextView text);
 
 } // namespace Vorn
 

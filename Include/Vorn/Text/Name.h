@@ -105,16 +105,16 @@ public:
 
     /// The name of a text that is stored already, or nothing. Stores nothing and throws nothing for malformed text,
     /// which is no name.
-    static std::optional<Name> lookUp(TextView text) {
+    [[nodiscard]] static std::optional<Name> lookUp(TextView text) {
         const VornPrivate::NameRecord* record = nullptr;
         if (!find(text, record)) return std::nullopt;
         return Name(record);
     }
 
-    constexpr bool isEmpty() const noexcept { return !m_record; } ///< true for the empty text
+    [[nodiscard]] constexpr bool isEmpty() const noexcept { return !m_record; } ///< true for the empty text
 
     /// The text in UTF-8, terminated, U+0000 as a zero byte. Valid until the program ends.
-    std::string_view getText() const noexcept { return m_record ? m_record->text : std::string_view(""); }
+    [[nodiscard]] std::string_view getText() const noexcept { return m_record ? m_record->text : std::string_view(""); }
     const char* c_str() const noexcept { return getText().data(); }
     operator TextView() const { return getText(); } // NOLINT(google-explicit-constructor)
 
@@ -122,7 +122,7 @@ public:
     const String& getString() const noexcept { return m_record ? m_record->string : String::s_emptyString; }
 
     /// The hash of the text; `hashOf` of the same text in UTF-8.
-    constexpr std::uint64_t getHash() const noexcept { return m_record ? m_record->hash : hashOf(""); }
+    [[nodiscard]] constexpr std::uint64_t getHash() const noexcept { return m_record ? m_record->hash : hashOf(""); }
 
     /// The hash that the name of a text in UTF-8 has, also at compile time.
     static constexpr std::uint64_t hashOf(std::string_view text) noexcept { return VornPrivate::hashOfName(text); }

@@ -118,8 +118,9 @@ public:
     /// Provides memory for a text of `length` units.
     VORN_API void reserve(unsigned int length);
 
-    unsigned int getLength() const noexcept { return m_store.length; } ///< in units of the present encoding
-    bool isEmpty() const noexcept { return m_store.length == 0; }
+    /// Returns the length in units of the present encoding.
+    [[nodiscard]] unsigned int getLength() const noexcept { return m_store.length; }
+    [[nodiscard]] bool isEmpty() const noexcept { return m_store.length == 0; }
 
     /// Removes the text and keeps the memory.
     void clear() noexcept {
@@ -128,12 +129,12 @@ public:
     }
 
     /// Returns a copy of the text in a block of its size. The builder keeps its text.
-    VORN_API String build() const;
+    [[nodiscard]] VORN_API String build() const;
 
     /// Returns the text and is empty afterwards. The block of the builder becomes that of the String, without a copy,
     /// unless a third of it or more would be unused: then the String has a block of its size, and the builder keeps the
     /// memory. If memory ends, the text can be lost.
-    VORN_API String take();
+    [[nodiscard]] VORN_API String take();
 
 private:
     VORN_API void appendItems(const TextItem* items, std::size_t count);
@@ -143,12 +144,12 @@ private:
 
 /// Support of the templates below, not for direct use.
 struct TextJoining {
-    VORN_API static String concat(const TextItem* items, std::size_t count);
+    [[nodiscard]] VORN_API static String concat(const TextItem* items, std::size_t count);
 };
 
 /// Returns the items one after the other. Allocates one block of text and its record.
 template <class... Items>
-String concat(const Items&... items) {
+[[nodiscard]] String concat(const Items&... items) {
     static_assert(sizeof...(Items) > 0, "concat needs an item");
     unsigned char room[512]; // most results are short
     VornPrivate::TextStore text;
@@ -162,7 +163,7 @@ String concat(const Items&... items) {
 /// Returns two texts, of which at least one is a String, one after the other. For more than two, `concat` allocates
 /// less.
 template <class A, class B, VornPrivate::IfAdded<A, B> = 0>
-String operator+(const A& a, const B& b) {
+[[nodiscard]] String operator+(const A& a, const B& b) {
     return concat(a, b);
 }
 
@@ -174,7 +175,7 @@ String operator+(const A& a, const B& b) {
 /// The range is visited once.
 /// @{
 template <class Range>
-String join(const Range& items, const TextItem& separator) {
+[[nodiscard]] String join(const Range& items, const TextItem& separator) {
     TextBuilder builder;
     bool isFirst = true;
     for (const auto& item : items) {
@@ -186,7 +187,7 @@ String join(const Range& items, const TextItem& separator) {
     }
     return builder.take();
 }
-inline String join(std::initializer_list<TextView> items, const TextItem& separator) {
+[[nodiscard]] inline String join(std::initializer_list<TextView> items, const TextItem& separator) {
     return join<std::initializer_list<TextView>>(items, separator);
 }
 /// @}

@@ -45,13 +45,13 @@ struct TextChange {
 /// Returns the text with `to` in place of each occurrence of `from`, from the start on; occurrences in `to` are not
 /// replaced. Throws `Exception<4>`: "from : must not be empty!".
 template <class Text, VornPrivate::IfText<Text> = 0>
-String replaceAll(const Text& text, TextView from, TextView to) {
+[[nodiscard]] String replaceAll(const Text& text, TextView from, TextView to) {
     return TextChange::replace(text, TextChange::stringOf(text), from, to, false);
 }
 
 /// Returns the text with `to` in place of the first occurrence of `from`. Throws as `replaceAll` does.
 template <class Text, VornPrivate::IfText<Text> = 0>
-String replaceFirst(const Text& text, TextView from, TextView to) {
+[[nodiscard]] String replaceFirst(const Text& text, TextView from, TextView to) {
     return TextChange::replace(text, TextChange::stringOf(text), from, to, true);
 }
 
@@ -61,26 +61,26 @@ String replaceFirst(const Text& text, TextView from, TextView to) {
 /// Throws `Exception<4>`: "Invalid offset!" for an offset behind the end, and if the part begins or ends inside a
 /// character.
 template <class Text, VornPrivate::IfText<Text> = 0>
-String replaceRange(const Text& text, unsigned int offset, unsigned int length, TextView to) {
+[[nodiscard]] String replaceRange(const Text& text, unsigned int offset, unsigned int length, TextView to) {
     return TextChange::replaceRange(text, TextChange::stringOf(text), offset, length, to);
 }
 
 /// Returns the text with `piece` inserted at an offset. Throws as `replaceRange` does.
 template <class Text, VornPrivate::IfText<Text> = 0>
-String insert(const Text& text, unsigned int offset, TextView piece) {
+[[nodiscard]] String insert(const Text& text, unsigned int offset, TextView piece) {
     return replaceRange(text, offset, 0, piece);
 }
 
 /// Returns the text without the part from `offset` on, which has `length` units or what remains. Throws as
 /// `replaceRange` does.
 template <class Text, VornPrivate::IfText<Text> = 0>
-String erase(const Text& text, unsigned int offset, unsigned int length = NOT_FOUND) {
+[[nodiscard]] String erase(const Text& text, unsigned int offset, unsigned int length = NOT_FOUND) {
     return replaceRange(text, offset, length, TextView());
 }
 
 /// Returns the text `count` times, one after the other.
 template <class Text, VornPrivate::IfText<Text> = 0>
-String repeat(const Text& text, unsigned int count) {
+[[nodiscard]] String repeat(const Text& text, unsigned int count) {
     return TextChange::repeat(text, TextChange::stringOf(text), count);
 }
 
@@ -89,11 +89,11 @@ String repeat(const Text& text, unsigned int count) {
 /// text can have.
 /// @{
 template <class Text, VornPrivate::IfText<Text> = 0>
-String padStart(const Text& text, unsigned int width, char32_t fill = U' ') {
+[[nodiscard]] String padStart(const Text& text, unsigned int width, char32_t fill = U' ') {
     return TextChange::pad(text, TextChange::stringOf(text), width, fill, true);
 }
 template <class Text, VornPrivate::IfText<Text> = 0>
-String padEnd(const Text& text, unsigned int width, char32_t fill = U' ') {
+[[nodiscard]] String padEnd(const Text& text, unsigned int width, char32_t fill = U' ') {
     return TextChange::pad(text, TextChange::stringOf(text), width, fill, false);
 }
 /// @}
@@ -101,11 +101,11 @@ String padEnd(const Text& text, unsigned int width, char32_t fill = U' ') {
 /// Returns the text with the letters a to z as A to Z, or the other way round. All other characters stay.
 /// @{
 template <class Text, VornPrivate::IfText<Text> = 0>
-String toUpperASCII(const Text& text) {
+[[nodiscard]] String toUpperASCII(const Text& text) {
     return TextChange::changeCase(text, TextChange::stringOf(text), true);
 }
 template <class Text, VornPrivate::IfText<Text> = 0>
-String toLowerASCII(const Text& text) {
+[[nodiscard]] String toLowerASCII(const Text& text) {
     return TextChange::changeCase(text, TextChange::stringOf(text), false);
 }
 /// @}

@@ -29,15 +29,15 @@ namespace Vorn {
 
 /// The text in another encoding, U+0000 as a zero unit. The standard strings hold it without an end of their own.
 /// @{
-VORN_API std::string toUTF8(TextView text);
-VORN_API std::u16string toUTF16(TextView text);
-VORN_API std::u32string toUTF32(TextView text);
+[[nodiscard]] VORN_API std::string toUTF8(TextView text);
+[[nodiscard]] VORN_API std::u16string toUTF16(TextView text);
+[[nodiscard]] VORN_API std::u32string toUTF32(TextView text);
 /// @}
 
 /// The number of units that the conversions of a text write.
 /// @{
-VORN_API std::uint64_t lengthInUTF8(TextView text) noexcept;
-VORN_API std::uint64_t lengthInUTF16(TextView text) noexcept;
+[[nodiscard]] VORN_API std::uint64_t lengthInUTF8(TextView text) noexcept;
+[[nodiscard]] VORN_API std::uint64_t lengthInUTF16(TextView text) noexcept;
 /// @}
 
 /// What a conversion into the caller's memory has done.
@@ -49,9 +49,9 @@ struct ConvertedText {
 /// Writes as many whole characters of a text as fit into `capacity` units, U+0000 as a zero unit. Writes no terminator.
 /// The whole text is written if `read` is its length. `dest` must not overlap the text.
 /// @{
-VORN_API ConvertedText toUTF8(TextView text, char* dest, std::size_t capacity) noexcept;
-VORN_API ConvertedText toUTF16(TextView text, char16_t* dest, std::size_t capacity) noexcept;
-VORN_API ConvertedText toUTF32(TextView text, char32_t* dest, std::size_t capacity) noexcept;
+[[nodiscard]] VORN_API ConvertedText toUTF8(TextView text, char* dest, std::size_t capacity) noexcept;
+[[nodiscard]] VORN_API ConvertedText toUTF16(TextView text, char16_t* dest, std::size_t capacity) noexcept;
+[[nodiscard]] VORN_API ConvertedText toUTF32(TextView text, char32_t* dest, std::size_t capacity) noexcept;
 /// @}
 
 /// An owned string of the text in UTF-8 or UTF-16, with no buffer of another encoding.
@@ -60,15 +60,15 @@ VORN_API ConvertedText toUTF32(TextView text, char32_t* dest, std::size_t capaci
 /// copied as `makeString` does. Throws `Exception<7>` for malformed text as `makeString` does, and `Exception<4>`:
 /// "length : text too long!" if the string would have more than 0xFFFFFFFE units.
 /// @{
-VORN_API String inUTF8(TextView text);
-VORN_API String inUTF16(TextView text);
+[[nodiscard]] VORN_API String inUTF8(TextView text);
+[[nodiscard]] VORN_API String inUTF16(TextView text);
 template <class S, std::enable_if_t<std::is_base_of<String, S>::value, int> = 0>
-String inUTF8(const S& text) {
+[[nodiscard]] String inUTF8(const S& text) {
     const TextView view(text);
     return view.isUTF8() ? String(text) : inUTF8(view);
 }
 template <class S, std::enable_if_t<std::is_base_of<String, S>::value, int> = 0>
-String inUTF16(const S& text) {
+[[nodiscard]] String inUTF16(const S& text) {
     const TextView view(text);
     return view.isUTF8() ? inUTF16(view) : String(text);
 }

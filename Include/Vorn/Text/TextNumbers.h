@@ -180,7 +180,7 @@ struct NumberText {
 ///
 /// The rest of a number that is out of range begins behind its digits. Throws `Exception<4>`: "base : Invalid base!".
 template <class T>
-NumberPrefix<T> parsePrefix(TextView text, unsigned int base = 10) {
+[[nodiscard]] NumberPrefix<T> parsePrefix(TextView text, unsigned int base = 10) {
     NumberPrefix<T> result;
     T value{};
     unsigned int end = 0;
@@ -193,13 +193,14 @@ NumberPrefix<T> parsePrefix(TextView text, unsigned int base = 10) {
 /// Reads a text that is a number as a whole; empty if it is none, or out of range. See `parsePrefix`.
 /// @{
 template <class T>
-[[gnu::always_inline]] inline std::optional<T> parse(TextView text) { // a call returns an optional through memory
+[[nodiscard, gnu::always_inline]] inline std::optional<T>
+parse(TextView text) { // a call returns an optional through memory
     T value{};
     if (NumberText::readWhole(text, value, 10) != NumberError::NONE) return std::nullopt;
     return value;
 }
 template <class T>
-[[gnu::always_inline]] inline std::optional<T> parse(TextView text, unsigned int base) {
+[[nodiscard, gnu::always_inline]] inline std::optional<T> parse(TextView text, unsigned int base) {
     static_assert(VornPrivate::IS_INTEGER<T>, "only integers have a base: write parse<T>(text)");
     T value{};
     if (NumberText::readWhole(text, value, base) != NumberError::NONE) return std::nullopt;
@@ -220,7 +221,7 @@ NumberError parseInto(T& value, TextView text, unsigned int base = 10) {
 /// that `parse` reads back bit for bit, with an exponent where that is shorter: "0.1", "1e+20", "-0", "inf", "-inf",
 /// "nan". A `float` has fewer digits than the `double` of the same value.
 template <class T>
-String toText(T value) {
+[[nodiscard]] String toText(T value) {
     char buffer[NumberText::CAPACITY];
     return NumberText::makeString(buffer, NumberText::printAny(buffer, sizeof buffer, value, 10));
 }
@@ -228,7 +229,7 @@ String toText(T value) {
 /// The text of an integer in a base from 2 to 36, with lower-case letters, without a prefix, and with "-" if it is
 /// negative. Throws `Exception<4>`: "base : Invalid base!".
 template <class T>
-String toText(T value, unsigned int base) {
+[[nodiscard]] String toText(T value, unsigned int base) {
     static_assert(VornPrivate::IS_INTEGER<T>, "only integers have a base: for digits behind the point use toFixedText");
     char buffer[NumberText::CAPACITY];
     return NumberText::makeString(buffer, NumberText::printAny(buffer, sizeof buffer, value, base));
@@ -236,10 +237,10 @@ String toText(T value, unsigned int base) {
 
 /// The text of a number with `digits` digits behind the point and no exponent, correctly rounded: 2.5 with 2 digits is
 /// "2.50". With 0 digits there is no point. Infinity and NaN are as in `toText`.
-VORN_API String toFixedText(double value, unsigned int digits);
+[[nodiscard]] VORN_API String toFixedText(double value, unsigned int digits);
 
 /// The exact value in hexadecimal, as `printHex` writes it, but for all values: "-0x1.8p+1", "0x0p+0".
-VORN_API String toHexText(double value);
+[[nodiscard]] VORN_API String toHexText(double value);
 
 /// Writes the text of `toText` into a buffer if it fits, not terminated. Returns its size in bytes, also if it does not
 /// fit; the buffer is then unchanged. 65 bytes hold every number in every base, and 24 every number in decimal.

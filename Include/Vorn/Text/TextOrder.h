@@ -27,14 +27,15 @@
 namespace Vorn {
 
 /// Compares two texts by code point. Returns -1, 0 or 1. A text is greater than its beginnings.
-VORN_API int compare(TextView a, TextView b) noexcept;
+[[nodiscard]] VORN_API int compare(TextView a, TextView b) noexcept;
 
 /// Returns true if two texts have the same code points.
-VORN_API bool equals(TextView a, TextView b) noexcept; // NOLINT(readability-redundant-declaration): with the view
+[[nodiscard]] VORN_API bool equals(TextView a,
+                                   TextView b) noexcept; // NOLINT(readability-redundant-declaration): with the view
 
 /// A hash of the code points: equal texts have equal hashes in every encoding. The values are the same in every run of
 /// the program, but not in all versions of the library.
-VORN_API std::size_t hashOfText(TextView text) noexcept;
+[[nodiscard]] VORN_API std::size_t hashOfText(TextView text) noexcept;
 
 /// Orders texts by code point.
 struct CodePointLess {
@@ -80,6 +81,6 @@ private:
 };
 
 /// Makes `<`, `==` and `<=>` of texts compare by code point.
-inline OrderedText ordered(TextView text) noexcept { return OrderedText(text); }
+[[nodiscard]] inline OrderedText ordered(TextView text) noexcept { return OrderedText(text); }
 
 } // namespace Vorn

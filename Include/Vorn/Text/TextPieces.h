@@ -39,19 +39,19 @@ namespace Vorn {
 
 /// Returns the text without the characters of a set at both ends, by default without white space.
 template <class Text, VornPrivate::IfText<Text> = 0>
-VornPrivate::PartOf<Text> trim(Text&& text, const CharacterSet& set = WHITE_SPACE) {
+[[nodiscard]] VornPrivate::PartOf<Text> trim(Text&& text, const CharacterSet& set = WHITE_SPACE) {
     return VornPrivate::partOf<Text>(text, [&](TextView view) { return TextPart::trim(view, set, true, true); });
 }
 
 /// Returns the text without the characters of a set at its start.
 template <class Text, VornPrivate::IfText<Text> = 0>
-VornPrivate::PartOf<Text> trimStart(Text&& text, const CharacterSet& set = WHITE_SPACE) {
+[[nodiscard]] VornPrivate::PartOf<Text> trimStart(Text&& text, const CharacterSet& set = WHITE_SPACE) {
     return VornPrivate::partOf<Text>(text, [&](TextView view) { return TextPart::trim(view, set, true, false); });
 }
 
 /// Returns the text without the characters of a set at its end.
 template <class Text, VornPrivate::IfText<Text> = 0>
-VornPrivate::PartOf<Text> trimEnd(Text&& text, const CharacterSet& set = WHITE_SPACE) {
+[[nodiscard]] VornPrivate::PartOf<Text> trimEnd(Text&& text, const CharacterSet& set = WHITE_SPACE) {
     return VornPrivate::partOf<Text>(text, [&](TextView view) { return TextPart::trim(view, set, false, true); });
 }
 
@@ -61,13 +61,13 @@ VornPrivate::PartOf<Text> trimEnd(Text&& text, const CharacterSet& set = WHITE_S
 /// Throws `Exception<4>`: "Invalid offset!" if the text has less than `start` code points. Reads the text up to the end
 /// of the part.
 template <class Text, VornPrivate::IfText<Text> = 0>
-VornPrivate::PartOf<Text> substring(Text&& text, unsigned int start, unsigned int count = NOT_FOUND) {
+[[nodiscard]] VornPrivate::PartOf<Text> substring(Text&& text, unsigned int start, unsigned int count = NOT_FOUND) {
     return VornPrivate::partOf<Text>(text, [=](TextView view) { return TextPart::substring(view, start, count); });
 }
 
 /// Returns the last `count` code points, or the whole text if it has no more. Reads these code points only.
 template <class Text, VornPrivate::IfText<Text> = 0>
-VornPrivate::PartOf<Text> last(Text&& text, unsigned int count) {
+[[nodiscard]] VornPrivate::PartOf<Text> last(Text&& text, unsigned int count) {
     return VornPrivate::partOf<Text>(text, [=](TextView view) {
         const unsigned int start = TextPart::startOfLast(view, count);
         return TextPart{start, view.getLength() - start};
@@ -76,7 +76,7 @@ VornPrivate::PartOf<Text> last(Text&& text, unsigned int count) {
 
 /// Returns the text without its last `count` code points; the empty text if it has no more.
 template <class Text, VornPrivate::IfText<Text> = 0>
-VornPrivate::PartOf<Text> dropLast(Text&& text, unsigned int count) {
+[[nodiscard]] VornPrivate::PartOf<Text> dropLast(Text&& text, unsigned int count) {
     return VornPrivate::partOf<Text>(text, [=](TextView view) {
         return TextPart{0, TextPart::startOfLast(view, count)};
     });
@@ -93,19 +93,19 @@ VornPrivate::PartOf<Text> dropLast(Text&& text, unsigned int count) {
 /// Throws `Exception<4>`: "Invalid offset!" for an offset behind the end, and if the part would begin or end inside a
 /// character.
 template <class Text, VornPrivate::IfText<Text> = 0>
-VornPrivate::PartOf<Text> slice(Text&& text, unsigned int offset, unsigned int length = NOT_FOUND) {
+[[nodiscard]] VornPrivate::PartOf<Text> slice(Text&& text, unsigned int offset, unsigned int length = NOT_FOUND) {
     return VornPrivate::partOf<Text>(text, [=](TextView view) { return TextPart::slice(view, offset, length); });
 }
 
 /// Returns the text without `prefix`, once, if it starts with it; otherwise the whole text.
 template <class Text, VornPrivate::IfText<Text> = 0>
-VornPrivate::PartOf<Text> removePrefix(Text&& text, TextView prefix) {
+[[nodiscard]] VornPrivate::PartOf<Text> removePrefix(Text&& text, TextView prefix) {
     return VornPrivate::partOf<Text>(text, [=](TextView view) { return TextPart::removePrefix(view, prefix); });
 }
 
 /// Returns the text without `suffix`, once, if it ends with it; otherwise the whole text.
 template <class Text, VornPrivate::IfText<Text> = 0>
-VornPrivate::PartOf<Text> removeSuffix(Text&& text, TextView suffix) {
+[[nodiscard]] VornPrivate::PartOf<Text> removeSuffix(Text&& text, TextView suffix) {
     return VornPrivate::partOf<Text>(text, [=](TextView view) { return TextPart::removeSuffix(view, suffix); });
 }
 
@@ -207,11 +207,12 @@ private:
 /// nothing. Allocates nothing, but for the copy of a separator of more than 15 bytes or 7 units.
 /// @{
 template <class Text, VornPrivate::IfText<Text> = 0>
-VornPrivate::PiecesOf<Text> split(Text&& text, const CharacterSet& separators, unsigned int maximum = NOT_FOUND) {
+[[nodiscard]] VornPrivate::PiecesOf<Text> split(Text&& text, const CharacterSet& separators,
+                                                unsigned int maximum = NOT_FOUND) {
     return VornPrivate::piecesOf<Text>(text, separators, maximum, false);
 }
 template <class Text, VornPrivate::IfText<Text> = 0>
-VornPrivate::PiecesOf<Text> split(Text&& text, TextView separator, unsigned int maximum = NOT_FOUND) {
+[[nodiscard]] VornPrivate::PiecesOf<Text> split(Text&& text, TextView separator, unsigned int maximum = NOT_FOUND) {
     return VornPrivate::piecesOf<Text>(text, separator, maximum, false);
 }
 /// @}
@@ -223,12 +224,13 @@ VornPrivate::PiecesOf<Text> split(Text&& text, TextView separator, unsigned int 
 /// @param maximum The most pieces; the last of them is the text from its start on, with all separators behind it.
 /// @{
 template <class Text, VornPrivate::IfText<Text> = 0>
-VornPrivate::PiecesOf<Text> splitNonEmpty(Text&& text, const CharacterSet& separators = WHITE_SPACE,
-                                          unsigned int maximum = NOT_FOUND) {
+[[nodiscard]] VornPrivate::PiecesOf<Text> splitNonEmpty(Text&& text, const CharacterSet& separators = WHITE_SPACE,
+                                                        unsigned int maximum = NOT_FOUND) {
     return VornPrivate::piecesOf<Text>(text, separators, maximum, true);
 }
 template <class Text, VornPrivate::IfText<Text> = 0>
-VornPrivate::PiecesOf<Text> splitNonEmpty(Text&& text, TextView separator, unsigned int maximum = NOT_FOUND) {
+[[nodiscard]] VornPrivate::PiecesOf<Text> splitNonEmpty(Text&& text, TextView separator,
+                                                        unsigned int maximum = NOT_FOUND) {
     return VornPrivate::piecesOf<Text>(text, separator, maximum, true);
 }
 /// @}
@@ -236,18 +238,18 @@ VornPrivate::PiecesOf<Text> splitNonEmpty(Text&& text, TextView separator, unsig
 /// The lines of a text, without their ends: LF, CR LF or CR. The last line needs no end; behind an end that stands at
 /// the end of the text there is no line, and the empty text has none.
 template <class Text, VornPrivate::IfText<Text> = 0>
-VornPrivate::PiecesOf<Text> lines(Text&& text) {
+[[nodiscard]] VornPrivate::PiecesOf<Text> lines(Text&& text) {
     return VornPrivate::piecesOf<Text>(text, TextSplitter::Lines(), NOT_FOUND, false);
 }
 
 /// The parts before and behind the first separator, or nothing if there is none. Separators are those of `split`.
 /// @{
 template <class Text, VornPrivate::IfText<Text> = 0>
-std::optional<VornPrivate::PairOf<Text>> splitOnce(Text&& text, const CharacterSet& separators) {
+[[nodiscard]] std::optional<VornPrivate::PairOf<Text>> splitOnce(Text&& text, const CharacterSet& separators) {
     return VornPrivate::pairOf<Text>(text, separators, false);
 }
 template <class Text, VornPrivate::IfText<Text> = 0>
-std::optional<VornPrivate::PairOf<Text>> splitOnce(Text&& text, TextView separator) {
+[[nodiscard]] std::optional<VornPrivate::PairOf<Text>> splitOnce(Text&& text, TextView separator) {
     return VornPrivate::pairOf<Text>(text, separator, false);
 }
 /// @}
@@ -258,11 +260,11 @@ std::optional<VornPrivate::PairOf<Text>> splitOnce(Text&& text, TextView separat
 ///
 /// @{
 template <class Text, VornPrivate::IfText<Text> = 0>
-std::optional<VornPrivate::PairOf<Text>> splitOnceAtEnd(Text&& text, const CharacterSet& separators) {
+[[nodiscard]] std::optional<VornPrivate::PairOf<Text>> splitOnceAtEnd(Text&& text, const CharacterSet& separators) {
     return VornPrivate::pairOf<Text>(text, separators, true);
 }
 template <class Text, VornPrivate::IfText<Text> = 0>
-std::optional<VornPrivate::PairOf<Text>> splitOnceAtEnd(Text&& text, TextView separator) {
+[[nodiscard]] std::optional<VornPrivate::PairOf<Text>> splitOnceAtEnd(Text&& text, TextView separator) {
     return VornPrivate::pairOf<Text>(text, separator, true);
 }
 /// @}

@@ -51,51 +51,51 @@ private:
 
 /// The offset of the first occurrence.
 /// @{
-VORN_API unsigned int find(TextView text, TextView needle);
-VORN_API unsigned int find(TextView text, CodePoint c);
+[[nodiscard]] VORN_API unsigned int find(TextView text, TextView needle);
+[[nodiscard]] VORN_API unsigned int find(TextView text, CodePoint c);
 /// @}
 
 /// The offset of the first occurrence that starts at or behind the offset `from`. NOT_FOUND if `from` is behind the
 /// end.
 /// @{
-VORN_API unsigned int findNext(TextView text, TextView needle, unsigned int from);
-VORN_API unsigned int findNext(TextView text, CodePoint c, unsigned int from);
+[[nodiscard]] VORN_API unsigned int findNext(TextView text, TextView needle, unsigned int from);
+[[nodiscard]] VORN_API unsigned int findNext(TextView text, CodePoint c, unsigned int from);
 /// @}
 
 /// The offset of the last occurrence.
 /// @{
-VORN_API unsigned int findLast(TextView text, TextView needle);
-VORN_API unsigned int findLast(TextView text, CodePoint c);
+[[nodiscard]] VORN_API unsigned int findLast(TextView text, TextView needle);
+[[nodiscard]] VORN_API unsigned int findLast(TextView text, CodePoint c);
 /// @}
 
 /// The offset of the last occurrence that starts before the offset `before`.
 /// @{
-VORN_API unsigned int findPrevious(TextView text, TextView needle, unsigned int before);
-VORN_API unsigned int findPrevious(TextView text, CodePoint c, unsigned int before);
+[[nodiscard]] VORN_API unsigned int findPrevious(TextView text, TextView needle, unsigned int before);
+[[nodiscard]] VORN_API unsigned int findPrevious(TextView text, CodePoint c, unsigned int before);
 /// @}
 
 /// True if the needle occurs in the text.
 /// @{
-inline bool contains(TextView text, TextView needle) { return find(text, needle) != NOT_FOUND; }
-inline bool contains(TextView text, CodePoint c) { return find(text, c) != NOT_FOUND; }
+[[nodiscard]] inline bool contains(TextView text, TextView needle) { return find(text, needle) != NOT_FOUND; }
+[[nodiscard]] inline bool contains(TextView text, CodePoint c) { return find(text, c) != NOT_FOUND; }
 /// @}
 
 /// True if the text begins with the needle.
 /// @{
-VORN_API bool startsWith(TextView text, TextView needle) noexcept;
-VORN_API bool startsWith(TextView text, CodePoint c) noexcept;
+[[nodiscard]] VORN_API bool startsWith(TextView text, TextView needle) noexcept;
+[[nodiscard]] VORN_API bool startsWith(TextView text, CodePoint c) noexcept;
 /// @}
 
 /// True if the text ends with the needle.
 /// @{
-VORN_API bool endsWith(TextView text, TextView needle) noexcept;
-VORN_API bool endsWith(TextView text, CodePoint c) noexcept;
+[[nodiscard]] VORN_API bool endsWith(TextView text, TextView needle) noexcept;
+[[nodiscard]] VORN_API bool endsWith(TextView text, CodePoint c) noexcept;
 /// @}
 
 /// The number of occurrences that do not overlap, counted from the start.
 /// @{
-VORN_API unsigned int count(TextView text, TextView needle);
-VORN_API unsigned int count(TextView text, CodePoint c);
+[[nodiscard]] VORN_API unsigned int count(TextView text, TextView needle);
+[[nodiscard]] VORN_API unsigned int count(TextView text, CodePoint c);
 /// @}
 
 /// The offset of the first or last character that is one of `set`, or of the first or last one that is none of them.
@@ -103,35 +103,35 @@ VORN_API unsigned int count(TextView text, CodePoint c);
 ///
 /// Cost: characters beyond ASCII are compared with each of the set.
 /// @{
-VORN_API unsigned int findAnyOf(TextView text, TextView set) noexcept;
-VORN_API unsigned int findNoneOf(TextView text, TextView set) noexcept;
-VORN_API unsigned int findLastAnyOf(TextView text, TextView set) noexcept;
-VORN_API unsigned int findLastNoneOf(TextView text, TextView set) noexcept;
+[[nodiscard]] VORN_API unsigned int findAnyOf(TextView text, TextView set) noexcept;
+[[nodiscard]] VORN_API unsigned int findNoneOf(TextView text, TextView set) noexcept;
+[[nodiscard]] VORN_API unsigned int findLastAnyOf(TextView text, TextView set) noexcept;
+[[nodiscard]] VORN_API unsigned int findLastNoneOf(TextView text, TextView set) noexcept;
 /// @}
 
 /// The first such character that starts at or behind the offset `from`. NOT_FOUND if `from` is behind the end.
 /// @{
-VORN_API unsigned int findNextAnyOf(TextView text, TextView set, unsigned int from) noexcept;
-VORN_API unsigned int findNextNoneOf(TextView text, TextView set, unsigned int from) noexcept;
+[[nodiscard]] VORN_API unsigned int findNextAnyOf(TextView text, TextView set, unsigned int from) noexcept;
+[[nodiscard]] VORN_API unsigned int findNextNoneOf(TextView text, TextView set, unsigned int from) noexcept;
 /// @}
 
 // Forms that take A to Z and a to z for the same letters. All other characters are compared exactly.
 
 /// True if the texts are equal but for the case of ASCII letters.
-VORN_API bool equalsIgnoringASCIICase(TextView a, TextView b) noexcept;
+[[nodiscard]] VORN_API bool equalsIgnoringASCIICase(TextView a, TextView b) noexcept;
 
 /// Compares by code point, with A to Z as a to z. Returns -1, 0 or 1.
-VORN_API int compareIgnoringASCIICase(TextView a, TextView b) noexcept;
+[[nodiscard]] VORN_API int compareIgnoringASCIICase(TextView a, TextView b) noexcept;
 
 /// As `find`, `findNext`, `contains`, `startsWith` and `endsWith`.
 /// @{
-VORN_API unsigned int findIgnoringASCIICase(TextView text, TextView needle);
-VORN_API unsigned int findNextIgnoringASCIICase(TextView text, TextView needle, unsigned int from);
-inline bool containsIgnoringASCIICase(TextView text, TextView needle) {
+[[nodiscard]] VORN_API unsigned int findIgnoringASCIICase(TextView text, TextView needle);
+[[nodiscard]] VORN_API unsigned int findNextIgnoringASCIICase(TextView text, TextView needle, unsigned int from);
+[[nodiscard]] inline bool containsIgnoringASCIICase(TextView text, TextView needle) {
     return findIgnoringASCIICase(text, needle) != NOT_FOUND;
 }
-VORN_API bool startsWithIgnoringASCIICase(TextView text, TextView needle) noexcept;
-VORN_API bool endsWithIgnoringASCIICase(TextView text, TextView needle) noexcept;
+[[nodiscard]] VORN_API bool startsWithIgnoringASCIICase(TextView text, TextView needle) noexcept;
+[[nodiscard]] VORN_API bool endsWithIgnoringASCIICase(TextView text, TextView needle) noexcept;
 /// @}
 
 } // namespace Vorn

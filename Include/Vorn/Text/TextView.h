@@ -71,7 +71,7 @@ std::size_t terminatedLength(const Unit* text) {
 namespace Vorn {
 
 class TextView;
-VORN_API bool equals(TextView a, TextView b) noexcept;
+[[nodiscard]] VORN_API bool equals(TextView a, TextView b) noexcept;
 
 /// A non-owning view of a text in UTF-8 or UTF-16.
 /// @warning The view dangles after the text has been destroyed or moved; see `StringData::getTerminatedBuffer`. Pass
@@ -120,11 +120,11 @@ public:
         set(text, static_cast<unsigned int>(length), sizeof(Unit) == 1 ? TextEncoding::UTF8 : TextEncoding::UTF16);
     }
 
-    TextEncoding getEncoding() const noexcept { return m_encoding; }
-    bool isUTF8() const noexcept { return m_encoding == TextEncoding::UTF8; }
+    [[nodiscard]] TextEncoding getEncoding() const noexcept { return m_encoding; }
+    [[nodiscard]] bool isUTF8() const noexcept { return m_encoding == TextEncoding::UTF8; }
 
-    unsigned int getLength() const noexcept { return m_length; } ///< the length in units of its encoding
-    bool isEmpty() const noexcept { return m_length == 0; }
+    [[nodiscard]] unsigned int getLength() const noexcept { return m_length; } ///< the length in units of its encoding
+    [[nodiscard]] bool isEmpty() const noexcept { return m_length == 0; }
 
     /// The units of a text in UTF-8, not terminated. Null if the view is empty or in UTF-16.
     const unsigned char* getUTF8() const noexcept {
@@ -136,7 +136,7 @@ public:
 
     /// A part of the text, from a unit on; `length` is limited to what remains. Offsets count units. Throws
     /// `Exception<4>`: "offset <= m_length : Invalid offset!".
-    TextView slice(unsigned int offset, unsigned int length = NOT_FOUND) const {
+    [[nodiscard]] TextView slice(unsigned int offset, unsigned int length = NOT_FOUND) const {
         if (!VORN_LIKELY(offset <= m_length)) VORN_THROW(E::PARAMETER, "offset <= m_length : Invalid offset!");
         TextView part;
         const unsigned int remaining = m_length - offset;
