@@ -19,7 +19,6 @@
 #include "Vorn/Types.h"
 
 #include <cstddef>
-#include <functional> // std::hash
 #include <iosfwd>
 #include <string>
 #include <string_view>

@@ -31,7 +31,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <functional> // std::hash
 #include <optional>
 #include <string_view>
 
