@@ -53,7 +53,8 @@ namespace Vorn {
 }
 
 /// Returns the smallest rectangle that contains the points of a range, such as a `std::vector<Vector2>` or an array.
-/// NaN coordinates are ignored; an axis on which all are NaN is NaN.
+/// NaN coordinates are ignored; an axis on which all are NaN is NaN. If a side is zero and points have zeros of both
+/// signs there, the side has the sign of the first one.
 ///
 /// Throws `Exception<4>`: "no points!" for an empty range.
 template <class Points, class = decltype(std::begin(std::declval<const Points&>()))>

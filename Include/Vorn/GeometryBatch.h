@@ -6,13 +6,13 @@
 ///     Vorn::transform(matrix, Vorn::VectorSpan(vertices, &Vertex::position)); // inside larger elements
 ///     const Vorn::FloatRect bounds = Vorn::boundsOf(points);
 ///
-/// Each result has the bits of the operation on one vector, on every processor. Choosing the instructions needs no
-/// preparation.
+/// Each result has the bits of the operation on one vector, on every processor; which NaN a result is, is open, as it is
+/// for one vector. Choosing the instructions needs no preparation.
 ///
 /// An operation with two spans reads `source` and writes `target`, which have the same count. They may be the same
 /// vectors, or different members of the same elements. It throws `Exception<1>` before it writes anything:
 /// "source.count() == target.count() : different counts!"; "areSeparate(source, target) : source overlaps target!" if
-/// they share memory in any other way.
+/// they share memory in any other way, or if spans of different strides reach into each other.
 ///
 /// Cost: nothing is allocated. For fewer than about 16 vectors a loop over the operations on one is as fast or faster.
 ///

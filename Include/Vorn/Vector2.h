@@ -5,9 +5,10 @@
 /// root of squaredLength() or use ComplexAngle::normalise().
 ///
 /// Each expression is evaluated in double and rounded to float once, where it is stored or returned. Results have the
-/// same bits on every platform. The inline operations of all geometry headers need the flags of the including module for
-/// that: `-ffp-contract=off`, which the CMake target and pkg-config add, no `-ffast-math`, and on 32-bit x86 `-msse2
-/// -mfpmath=sse`. The operations of GeometryBatch.h do not depend on them.
+/// same bits on every platform, except for the sign and the payload of a NaN. For that, the inline operations of all
+/// geometry headers need the flags of the including module: `-ffp-contract=off`, which the CMake target and pkg-config
+/// add, no `-ffast-math`, and on 32-bit x86 `-msse2 -mfpmath=sse`. The operations of GeometryBatch.h do not depend on
+/// them.
 ///
 /// Cost: a value of 8 bytes; all operations are inline and allocate nothing. An operation that is not `noexcept` checks
 /// its arguments.

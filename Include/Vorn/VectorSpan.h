@@ -49,7 +49,8 @@ public:
     /// Throws `Exception<1>`: "first != nullptr || count == 0 : no vectors!"; "stride >= sizeof(Vector2) && stride %
     /// alignof(Vector2) == 0 : invalid stride!"; "count <= MOST_BYTES / stride : too many vectors!" if no memory is as
     /// large.
-    /// @warning Whether the vectors exist cannot be checked.
+    /// @warning Whether the vectors exist and are aligned, in packed elements for instance, cannot be checked. Form no
+    ///     address inside the first element of an empty container: the constructor with a member takes empty ones.
     BasicVectorSpan(Element* first, std::size_t count, std::size_t stride = sizeof(Vector2))
         : BasicVectorSpan(first, count, stride, Unchecked()) {
         VORN_ASSERT(first != nullptr || count == 0, "no vectors!", CONSTRUCTOR);

@@ -50,8 +50,8 @@ public:
     /// If it throws, the caller still owns the buffer. Throws `Exception<4>`: "buffer must not be null!!!!". Throws
     /// `Exception<7>` if the text is malformed. Throws `Exception<4>`: "length : text too long!" if a text of unknown
     /// length has no terminator in its first 0xFFFFFFFF bytes; it reads no byte behind these.
-    /// @warning Overlong forms of four bytes (0xF0 0x80 to 0xF0 0x8F) are accepted, and lengths and conversions throw
-    ///     `Exception<2>` for them later. Test foreign text for these bytes first.
+    /// @warning Most overlong forms of four bytes (0xF0 0x80 to 0xF0 0x8F) are accepted. Conversions throw
+    ///     `Exception<2>` for them later, and lengths throw or are wrong. Test foreign text for these bytes first.
     StringData(const unsigned char* buffer, unsigned int length, StringAllocationType type);
 
     /// Builds a record over a UTF-16 text, as above; `length` counts units.

@@ -60,7 +60,8 @@ VORN_API UTF16Char* stringDataConvertCreateUTF16(const unsigned char* sourceBuff
                                                  unsigned int capacity);
 
 /// Converts as `stringDataConvertToUTF16` into the caller's memory, without a terminator. Returns the length in units,
-/// and writes nothing if `destLength` is smaller. It writes nothing where a new buffer would end with zero units.
+/// and writes nothing if `destLength` is smaller. It writes nothing where a new buffer would end with zero units. If it
+/// throws because of the text, `dest` holds the beginning of the result.
 VORN_SURPRISE("drops the first surrogate of each character of 4 bytes; use toUTF16(text)")
 VORN_API unsigned int stringDataConvertCopyToUTF16(const unsigned char* sourceBuffer,
                                                    const StringDataBufferInfo& sourceInfo, StringDataSubCharset charset,
@@ -82,7 +83,7 @@ VORN_API unsigned char* stringDataConvertToUTF8(const UTF16Char* sourceBuffer, c
                                                 StringDataSubCharset charset, StringDataBufferInfo& destInfo);
 
 /// Converts as `stringDataConvertToUTF8` into a new buffer of at least `capacity` bytes and a terminator. The bytes
-/// from the end of the text to the end of the buffer are zero. Throws `Exception<4>`: "length : text too long!" also
+/// behind the text are zero, unless a text with U+0000 has written beyond its length. Throws `Exception<4>`: "length : text too long!" also
 /// for a capacity of 0xFFFFFFFF.
 VORN_SURPRISE("converts U+0000 and some supplementary characters wrongly; use toUTF8(text)")
 VORN_API unsigned char* stringDataConvertCreateUTF8(const UTF16Char* sourceBuffer,
@@ -91,7 +92,8 @@ VORN_API unsigned char* stringDataConvertCreateUTF8(const UTF16Char* sourceBuffe
 
 /// Converts as `stringDataConvertToUTF8` into the caller's memory, without a terminator. Returns the length in bytes,
 /// and writes nothing if `destLength` is smaller. It writes nothing where a new buffer would end with zero bytes.
-/// Throws `Exception<4>`: "length : text too long!" as `stringDataGetUTF8Length` does, before it writes.
+/// Throws `Exception<4>`: "length : text too long!" as `stringDataGetUTF8Length` does, before it writes. If it throws
+/// because of the text, `dest` holds the beginning of the result.
 /// @warning A text with U+0000 under `STRING_DATA_UCS2` is written up to two bytes past `destLength`, and does not
 ///     throw while its characters start below `destLength`. Allocate two bytes more than `destLength`.
 VORN_SURPRISE("converts U+0000 and some supplementary characters wrongly; use toUTF8(text)")
