@@ -29,26 +29,10 @@ namespace Vorn {
 constinit StringData StringData::s_emptyString(VornPrivate::EMPTY_TEXT<unsigned char>,
                                                VornPrivate::EMPTY_TEXT<UTF16Char>, 0, 0);
 
-StringData::StringData(const unsigned char* buffer, unsigned int length, StringAllocationType type)
-    : StringData(buffer, countedLength(length, false), type, CountedLength()) {}
-
-StringData::StringData(const UTF16Char* buffer, unsigned int length, StringAllocationType type)
-    : StringData(buffer, countedLength(length, false), type, CountedLength()) {}
-
-StringData::StringData(const unsigned char* buffer, std::uint64_t length, StringAllocationType type, CountedLength)
-    : m_utf8Info(), m_utf16Info(), m_UTF8Buffer(nullptr), m_UTF16Buffer(nullptr), m_refCount(0),
-      m_charset(STRING_DATA_ASCII), m_embeddedNulls(0), m_staticConstString(0), m_isPart(0) {
-    initialise(buffer, length, type);
-}
-
-StringData::StringData(const UTF16Char* buffer, std::uint64_t length, StringAllocationType type, CountedLength)
-    : m_utf8Info(), m_utf16Info(), m_UTF8Buffer(nullptr), m_UTF16Buffer(nullptr), m_refCount(0),
-      m_charset(STRING_DATA_ASCII), m_embeddedNulls(0), m_staticConstString(0), m_isPart(0) {
-    initialise(buffer, length, type);
-}
-
+// Part of each constructor, not a function that the library exports.
 template <class CharType>
-void StringData::initialise(const CharType* buffer, std::uint64_t length, StringAllocationType type) {
+[[gnu::always_inline]] inline void StringData::initialise(const CharType* buffer, std::uint64_t length,
+                                                          StringAllocationType type) {
     if (!buffer) VORN_THROW(E::PARAMETER, "buffer must not be null!!!!");
 
     bool terminated = length == UNKNOWN_LENGTH;
@@ -82,6 +66,24 @@ void StringData::initialise(const CharType* buffer, std::uint64_t length, String
     info.m_allocationType = type;
     info.m_nullTerminated = terminated;
     bufferOf<CharType>() = buffer;
+}
+
+StringData::StringData(const unsigned char* buffer, unsigned int length, StringAllocationType type)
+    : StringData(buffer, countedLength(length, false), type, CountedLength()) {}
+
+StringData::StringData(const UTF16Char* buffer, unsigned int length, StringAllocationType type)
+    : StringData(buffer, countedLength(length, false), type, CountedLength()) {}
+
+StringData::StringData(const unsigned char* buffer, std::uint64_t length, StringAllocationType type, CountedLength)
+    : m_utf8Info(), m_utf16Info(), m_UTF8Buffer(nullptr), m_UTF16Buffer(nullptr), m_refCount(0),
+      m_charset(STRING_DATA_ASCII), m_embeddedNulls(0), m_staticConstString(0), m_isPart(0) {
+    initialise(buffer, length, type);
+}
+
+StringData::StringData(const UTF16Char* buffer, std::uint64_t length, StringAllocationType type, CountedLength)
+    : m_utf8Info(), m_utf16Info(), m_UTF8Buffer(nullptr), m_UTF16Buffer(nullptr), m_refCount(0),
+      m_charset(STRING_DATA_ASCII), m_embeddedNulls(0), m_staticConstString(0), m_isPart(0) {
+    initialise(buffer, length, type);
 }
 
 StringData::~StringData() { destroyBuffers(); }

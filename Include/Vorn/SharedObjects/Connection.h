@@ -81,7 +81,7 @@ private:
 class [[nodiscard]] ScopedConnection {
 public:
     ScopedConnection() = default;
-    ScopedConnection(Connection connection) noexcept : m_connection(std::move(connection)) {}
+    [[nodiscard]] ScopedConnection(Connection connection) noexcept : m_connection(std::move(connection)) {}
     ScopedConnection(ScopedConnection&& other) noexcept = default;
     ~ScopedConnection() { m_connection.disconnect(); }
 
@@ -111,7 +111,7 @@ private:
 class [[nodiscard]] ScopedBlock {
 public:
     ScopedBlock() = default; ///< Blocks nothing.
-    explicit ScopedBlock(Connection connection) noexcept : m_connection(std::move(connection)) {
+    [[nodiscard]] explicit ScopedBlock(Connection connection) noexcept : m_connection(std::move(connection)) {
         m_connection.addBlocks(1);
     }
     ScopedBlock(ScopedBlock&& other) noexcept = default;

@@ -7,6 +7,10 @@
 /// Text is read and written in UTF-8. A width counts code points, not bytes. `<<` of a String is declared in
 /// Vorn/String/Interop.h.
 ///
+/// Failures: as those of the standard's functions. Reading sets the stream's `badbit` if its buffer throws or a text is
+/// too long for the memory, and throws again if the stream throws for `badbit`; it throws `std::bad_alloc` if there is
+/// no memory for the string.
+///
 /// Cost: as for `std::string`; each string that is read has a record and a block of its own.
 ///
 /// Threads: the functions use their arguments only.
