@@ -44,6 +44,6 @@ VORN_API void normaliseApproximately(ConstVectorSpan source, VectorSpan target);
 /// is NaN. If a side is zero and points have zeros of both signs there, the side has the sign of the first one.
 ///
 /// Throws `Exception<4>`: "no points!" for an empty span.
-VORN_API FloatRect boundsOf(ConstVectorSpan points);
+[[nodiscard]] VORN_API FloatRect boundsOf(ConstVectorSpan points);
 
 } // namespace Vorn

@@ -10,11 +10,6 @@ namespace VornPrivate {
 
 namespace {
 
-bool isSupported() noexcept {
-    __builtin_cpu_init(); // this can run before the constructors
-    return __builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma");
-}
-
 /// See SSE2Vectors.
 struct AVX2Vectors {
     using Doubles = __m256d;
@@ -74,7 +69,7 @@ struct AVX2Vectors {
 } // namespace
 
 constinit const GeometryKernels avx2GeometryKernels = {
-    "AVX2", isSupported, transform<AVX2Vectors>, normalise<AVX2Vectors>, bound<AVX2Vectors>,
+    "AVX2", hasAVX2, transform<AVX2Vectors>, normalise<AVX2Vectors>, bound<AVX2Vectors>,
 };
 
 } // namespace VornPrivate

@@ -8,18 +8,9 @@
 
 namespace VornPrivate {
 
-namespace {
-
-bool isSupported() noexcept {
-    __builtin_cpu_init(); // this can run before the constructors
-    return __builtin_cpu_supports("avx2") && __builtin_cpu_supports("bmi") && __builtin_cpu_supports("popcnt");
-}
-
-} // namespace
-
 constinit const TextKernels avx2TextKernels = {
     "AVX2",
-    isSupported,
+    hasAVX2,
     scanUTF8<V32>,
     measureUTF8<V32>,
     scanUTF16<V32>,

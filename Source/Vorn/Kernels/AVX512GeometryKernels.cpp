@@ -10,11 +10,6 @@ namespace VornPrivate {
 
 namespace {
 
-bool isSupported() noexcept {
-    __builtin_cpu_init(); // this can run before the constructors
-    return __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512vbmi2");
-}
-
 /// See SSE2Vectors.
 struct AVX512Vectors {
     using Doubles = __m512d;
@@ -87,7 +82,7 @@ struct AVX512Vectors {
 } // namespace
 
 constinit const GeometryKernels avx512GeometryKernels = {
-    "AVX-512", isSupported, transform<AVX512Vectors>, normalise<AVX512Vectors>, bound<AVX512Vectors>,
+    "AVX-512", hasAVX512, transform<AVX512Vectors>, normalise<AVX512Vectors>, bound<AVX512Vectors>,
 };
 
 } // namespace VornPrivate

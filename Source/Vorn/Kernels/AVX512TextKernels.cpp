@@ -10,13 +10,6 @@ namespace VornPrivate {
 
 namespace {
 
-bool isSupported() noexcept {
-    __builtin_cpu_init(); // this can run before the constructors
-    return __builtin_cpu_supports("avx512bw") && __builtin_cpu_supports("avx512vl") &&
-           __builtin_cpu_supports("avx512vbmi") && __builtin_cpu_supports("avx512vbmi2") &&
-           __builtin_cpu_supports("bmi2") && __builtin_cpu_supports("popcnt");
-}
-
 /// A mask of the lowest `size` bits.
 inline std::uint64_t lowest(std::size_t size) {
     return size >= 64 ? ~std::uint64_t(0) : (std::uint64_t(1) << size) - 1;
@@ -381,7 +374,7 @@ TextProgress matchEncodings(const UTF16Char* wide, std::size_t wideLength, const
 
 constinit const TextKernels avx512TextKernels = {
     "AVX-512 VBMI2",
-    isSupported,
+    hasAVX512,
     scanUTF8<V64>,
     measureUTF8<V64>,
     scanUTF16<V64>,

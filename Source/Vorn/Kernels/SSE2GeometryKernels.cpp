@@ -9,11 +9,6 @@ namespace VornPrivate {
 
 namespace {
 
-bool isSupported() noexcept {
-    __builtin_cpu_init(); // this can run before the constructors
-    return __builtin_cpu_supports("sse2");
-}
-
 struct SSE2Vectors {
     using Doubles = __m128d;
     using Half = __m128; // the lower two floats
@@ -64,7 +59,7 @@ struct SSE2Vectors {
 } // namespace
 
 constinit const GeometryKernels sse2GeometryKernels = {
-    "SSE2", isSupported, transform<SSE2Vectors>, normalise<SSE2Vectors>, bound<SSE2Vectors>,
+    "SSE2", hasSSE2, transform<SSE2Vectors>, normalise<SSE2Vectors>, bound<SSE2Vectors>,
 };
 
 } // namespace VornPrivate

@@ -7,18 +7,9 @@
 
 namespace VornPrivate {
 
-namespace {
-
-bool isSupported() noexcept {
-    __builtin_cpu_init(); // this can run before the constructors
-    return __builtin_cpu_supports("sse2");
-}
-
-} // namespace
-
 constinit const TextKernels sse2TextKernels = {
     "SSE2",
-    isSupported,
+    hasSSE2,
     portable::scanUTF8,
     portable::measureUTF8,
     scanUTF16<V16>,

@@ -8,18 +8,9 @@
 
 namespace VornPrivate {
 
-namespace {
-
-bool isSupported() noexcept {
-    __builtin_cpu_init(); // this can run before the constructors
-    return __builtin_cpu_supports("sse4.2") && __builtin_cpu_supports("popcnt");
-}
-
-} // namespace
-
 constinit const TextKernels sse42TextKernels = {
     "SSE4.2",
-    isSupported,
+    hasSSE42,
     scanUTF8<V16>,
     measureUTF8<V16>,
     scanUTF16<V16>,

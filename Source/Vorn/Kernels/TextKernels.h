@@ -70,8 +70,8 @@ struct TextKernels {
     /// Returns the number of units of 0x01 to 0x7F at the start.
     std::size_t (*skipASCII8)(const unsigned char* text, std::size_t length) noexcept;
     std::size_t (*skipASCII16)(const UTF16Char* text, std::size_t length) noexcept;
-    /// Returns the index of the first byte that is not 0x01 to 0x7F, or `length`. Can read the aligned block in which
-    /// that byte is.
+    /// Returns the index of the first byte that is not 0x01 to 0x7F, or `length`, which is not 0. Can read the
+    /// aligned block in which that byte is.
     std::size_t (*skipTerminatedASCII)(const unsigned char* text, std::size_t length) noexcept;
 
     /// Converts text that has been validated, also with U+0000 and overlong forms of two bytes. Writes no more than

@@ -186,11 +186,11 @@ UTF8Run runOfUTF8(const unsigned char* text, std::size_t length, bool full) noex
     const UTF8Tables<V> tables;
     Bytes last = V::zero();
     Bytes largest = V::zero();
+    Bytes largestBefore = V::zero(); // in front of the last block that is not plain
     bool wasPlain = true;
     bool couldHaveNoncharacters = false; // in the last block
     std::size_t characters = 0;
     std::size_t fourBytes = 0;
-    bool beyondASCII = false;
 
     std::size_t i = 0;
     // Decides about a block in which `size` bytes are text.
@@ -230,11 +230,11 @@ UTF8Run runOfUTF8(const unsigned char* text, std::size_t length, bool full) noex
             characters +=
                 onesIn(block.maskOf([](Bytes v) { return V::greaterSigned8(v, V::splat8(0xBF)); })) - (BLOCK - size);
         } else {
+            largestBefore = largest;
             largest = V::max8(largest, most);
         }
         last = previous;
         wasPlain = false;
-        beyondASCII = true;
         return true;
     };
 
@@ -256,10 +256,16 @@ UTF8Run runOfUTF8(const unsigned char* text, std::size_t length, bool full) noex
     if constexpr (Counts) {
         characters -= incomplete != 0;
         fourBytes -= incomplete != 0 && text[i] >= 0xF0;
+        return {i, characters, fourBytes, characters != i};
     } else {
+        if (incomplete) { // of the last block, only what is in front of that character counts
+            block.loadLast(text + i + incomplete - BLOCK, BLOCK - incomplete);
+            largest = largestBefore;
+            for (const Bytes v : block.v) largest = V::max8(largest, v);
+        }
         fourBytes = !V::isZero(V::subtractSaturated8(largest, V::splat8(0xEF)));
+        return {i, characters, fourBytes, !V::isZero(V::subtractSaturated8(largest, V::splat8(0x7F)))};
     }
-    return {i, characters, fourBytes, beyondASCII};
 }
 
 template <class V>

@@ -5,6 +5,7 @@
 #include "Vorn/Text/MakeString.h"
 #include "Vorn/Text/TextConversion.h"
 
+#include <cxxabi.h> // abi::__forced_unwind
 #include <istream>
 #include <locale>
 #include <ostream>
@@ -25,14 +26,29 @@ bool store(std::istream& stream, bool isRead, const std::string& text, String& d
     return true;
 }
 
-// Sets `badbit` for an exception that a stream buffer has thrown, and throws it again if the stream throws for
-// `badbit`. Stands in a handler.
-void reportFailedBuffer(std::istream& stream) {
+// Calls `read`, which reads from the stream's buffer. As the functions of the standard library do, sets `badbit` for an
+// exception and throws it again only if the stream throws for `badbit`. Returns true if there was none.
+template <class Read>
+bool readsFrom(std::istream& stream, Read read) {
+    const auto setBadbit = [&] {
+        try {
+            stream.setstate(std::ios_base::badbit);
+        } catch (const std::ios_base::failure&) { // the caller gets the exception of the buffer
+        }
+    };
     try {
-        stream.setstate(std::ios_base::badbit);
-    } catch (const std::ios_base::failure&) { // the caller gets the exception of the buffer
+        read();
+        return true;
+#ifdef __GLIBCXX__
+    } catch (const abi::__forced_unwind&) { // the thread is being cancelled
+        setBadbit();
+        throw;
+#endif
+    } catch (...) {
+        setBadbit();
+        if (stream.exceptions() & std::ios_base::badbit) throw;
+        return false;
     }
-    if (stream.exceptions() & std::ios_base::badbit) throw;
 }
 
 } // namespace
@@ -54,7 +70,7 @@ bool TextStreams::readWord(std::istream& stream, String& word) {
     std::string text;
     constexpr int END = std::istream::traits_type::eof();
     int c = END;
-    try {
+    const bool isWhole = readsFrom(stream, [&] {
         std::streamsize left = stream.width() > 0 ? stream.width() : std::streamsize(0x7FFFFFFF);
         const auto& types = std::use_facet<std::ctype<char>>(stream.getloc());
         std::streambuf& buffer = *stream.rdbuf();
@@ -64,10 +80,8 @@ bool TextStreams::readWord(std::istream& stream, String& word) {
             text.push_back(static_cast<char>(c));
         }
         stream.width(0);
-    } catch (...) {
-        reportFailedBuffer(stream);
-        return false;
-    }
+    });
+    if (!isWhole) return false;
     if (c == END) stream.setstate(std::ios_base::eofbit);
     return store(stream, !text.empty(), text, word);
 }
@@ -78,14 +92,12 @@ bool TextStreams::readLine(std::istream& stream, String& line, char delimiter) {
     std::string text;
     constexpr int END = std::istream::traits_type::eof();
     int c = END;
-    try {
+    const bool isWhole = readsFrom(stream, [&] {
         std::streambuf& buffer = *stream.rdbuf();
         for (c = buffer.sbumpc(); c != END && static_cast<char>(c) != delimiter; c = buffer.sbumpc())
             text.push_back(static_cast<char>(c));
-    } catch (...) {
-        reportFailedBuffer(stream);
-        return false;
-    }
+    });
+    if (!isWhole) return false;
     if (c == END) stream.setstate(std::ios_base::eofbit);
     return store(stream, c != END || !text.empty(), text, line);
 }

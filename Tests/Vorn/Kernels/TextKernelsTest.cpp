@@ -142,10 +142,8 @@ std::string wrongScan(const TextKernels& kernels, const Bytes& text, GuardedEdge
     const UTF8Run scanned = kernels.scanUTF8(buffer.data(), text.size());
     std::string wrong = wrongLength(text, all, scanned.length, isExact);
     const Prefix prefix = prefixOf(all, scanned.length);
-    const bool hasLead = std::any_of(text.begin(), text.end(), [](unsigned char byte) { return byte >= 0x80; });
-    const bool hasFour = std::any_of(text.begin(), text.end(), [](unsigned char byte) { return byte >= 0xF0; });
-    wrong += wrongFlag("beyondASCII", scanned.beyondASCII, prefix.beyondASCII, hasLead);
-    wrong += wrongFlag("fourBytes", scanned.fourBytes != 0, prefix.aboveUCS2 != 0, hasFour);
+    wrong += wrongFlag("beyondASCII", scanned.beyondASCII, prefix.beyondASCII, false);
+    wrong += wrongFlag("fourBytes", scanned.fourBytes != 0, prefix.aboveUCS2 != 0, false);
     for (const bool full : {true, false}) {
         const auto characters = upTo(all, full);
         const UTF8Run measured = kernels.measureUTF8(buffer.data(), text.size(), full);

@@ -270,6 +270,19 @@ TEST(MakeString, MakesALiteralOnce) {
     EXPECT_THROW(VORN_TEXT("\xFF"), Exception<7>);
 }
 
+// What is replaced says nothing about the charset, wherever the blocks of a scan end.
+TEST(MakeString, FindsTheCharsetOfWhatReplacedUnitsLeave) {
+    for (const std::string broken : {"\xF0", "\xF0\x9F", "\xF0\x9F\xBF", "\xF0\x9F\xBF\xBF"}) {
+        for (std::size_t offset = 56; offset < 140; ++offset) {
+            std::string text(offset, 'a');
+            text += broken;
+            text.append(100, 'b');
+            const String made = makeStringReplacing(text);
+            EXPECT_EQ(made.getCharset(), STRING_DATA_UCS2) << broken.size() << " bytes at " << offset;
+        }
+    }
+}
+
 TEST(MakeString, SharesALiteralBetweenThreads) {
     inThreads(4, [](int) {
         for (int i = 0; i < 2000; ++i) {
