@@ -178,7 +178,7 @@ TEST_P(GeometryKernelsTest, AllCountsAndStridesAtBothEdges) {
     RandomFloats random(51);
     for (std::size_t count = 0; count <= LARGEST_COUNT && !HasFailure(); ++count) {
         const Vectors vectors = randomVectors(random, count);
-        for (const std::size_t stride : {8, 12, 16, 20, 36, 68}) {
+        for (const std::size_t stride : {8u, 12u, 16u, 20u, 36u, 68u}) {
             for (const GuardedEdge edge : {GuardedEdge::END, GuardedEdge::START}) {
                 expectAll(kernels(), vectors, MATRIX, {stride, 0, edge}, {stride, 0, edge});
                 expectAll(kernels(), vectors, MATRIX, {stride, 0, edge}, {28 - stride % 28 + 8, 0, edge});
