@@ -35,7 +35,7 @@ install(FILES "${CMAKE_CURRENT_BINARY_DIR}/vorn.pc" DESTINATION ${CMAKE_INSTALL_
     COMPONENT development)
 
 # gdb looks for the printers of a library in the folder of its full path, below share/gdb/auto-load in /usr; elsewhere,
-# name the folder with `set auto-load scripts-directory`. The prefix is known when the files are installed.
+# a user sources the copy in share/vorn. The prefix is known when the files are installed.
 if(UNIX AND VORN_LIBRARY_TYPE STREQUAL SHARED)
     set(VORN_PRINTERS "${PROJECT_SOURCE_DIR}/Debuggers/Gdb/VornPrinters.py")
     install(CODE "
@@ -44,6 +44,7 @@ if(UNIX AND VORN_LIBRARY_TYPE STREQUAL SHARED)
         file(INSTALL \"${VORN_PRINTERS}\"
             DESTINATION \"\${prefix}/${CMAKE_INSTALL_DATADIR}/gdb/auto-load\${prefix}/${CMAKE_INSTALL_LIBDIR}\"
             RENAME \"$<TARGET_FILE_NAME:Vorn>-gdb.py\")" COMPONENT development)
+    install(FILES "${VORN_PRINTERS}" DESTINATION ${CMAKE_INSTALL_DATADIR}/vorn COMPONENT development)
 endif()
 
 # Visual Studio reads the views of a library that a project links.

@@ -1,8 +1,9 @@
 """Pretty printers of Vorn's types for gdb.
 
-An installation in /usr puts this file where gdb loads it with the library. Otherwise source it in .gdbinit or in a session:
+An installation in /usr puts this file where gdb loads it with the library. Otherwise source it in .gdbinit or in a
+session; an installation has a copy in share/vorn.
 
-    (gdb) source Debuggers/Gdb/VornPrinters.py
+    (gdb) source PREFIX/share/vorn/VornPrinters.py
     (gdb) print name
     $1 = "Köln"
     (gdb) print pressed

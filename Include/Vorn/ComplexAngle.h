@@ -6,7 +6,7 @@
 /// chains of products: call normalise() from time to time.
 ///
 /// Each expression is evaluated in double and rounded to float once, where it is stored or returned. Results have the
-/// same bits on every platform.
+/// same bits on every platform, except for the sign and the payload of a NaN.
 ///
 /// Cost: a value of 8 bytes; all operations are inline and allocate and throw nothing.
 ///

@@ -14,7 +14,7 @@
 ///   out` writes the result to `out`, which may be the rectangle itself; the other forms return it.
 ///
 /// Each expression is evaluated in double and rounded to float once, where it is stored or returned. Results have the
-/// same bits on every platform.
+/// same bits on every platform, except for the sign and the payload of a NaN.
 ///
 /// Cost: a value of 16 bytes; all operations are inline and allocate nothing. An operation that is not `noexcept`
 /// checks its arguments.

@@ -6,8 +6,8 @@
 ///     Vorn::transform(matrix, Vorn::VectorSpan(vertices, &Vertex::position)); // inside larger elements
 ///     const Vorn::FloatRect bounds = Vorn::boundsOf(points);
 ///
-/// Each result has the bits of the operation on one vector, on every processor; which NaN a result is, is open, as it is
-/// for one vector. Choosing the instructions needs no preparation.
+/// Each result has the bits of the operation on one vector, on every processor; which NaN a result is, is open, as it
+/// is for one vector. Choosing the instructions needs no preparation.
 ///
 /// An operation with two spans reads `source` and writes `target`, which have the same count. They may be the same
 /// vectors, or different members of the same elements. It throws `Exception<1>` before it writes anything:
@@ -27,7 +27,8 @@
 
 namespace Vorn {
 
-/// Transforms each vector: writes `matrix * vector`.
+/// Transforms each point: writes `matrix * vector`. For directions pass a matrix without the translation, a copy after
+/// `setTrans(0.0f, 0.0f)`.
 /// @{
 VORN_API void transform(const Matrix3& matrix, VectorSpan vectors) noexcept;
 VORN_API void transform(const Matrix3& matrix, ConstVectorSpan source, VectorSpan target);

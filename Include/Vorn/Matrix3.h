@@ -5,7 +5,7 @@
 /// For rotations alone, ComplexAngle is smaller and faster.
 ///
 /// Each expression is evaluated in double and rounded to float once, where it is stored or returned. Results have the
-/// same bits on every platform.
+/// same bits on every platform, except for the sign and the payload of a NaN.
 ///
 /// Cost: a value of 36 bytes; operations allocate nothing, and all except the inverse are inline.
 ///
@@ -190,16 +190,16 @@ public:
     /// This is NOT the inverse of `makeTransform`.
     /// @warning The factor is not inverted, and the translation is neither rotated nor scaled. The result is the
     ///     inverse of `makeTransform` only without rotation and with a factor of 1. Otherwise call `makeTransform`,
-    ///     then `inverse`.
+    ///     then `inverseAtAnyScale`.
     /// @{
-    VORN_SURPRISE("is not the inverse of makeTransform; use makeTransform(...), then inverse()")
+    VORN_SURPRISE("is not the inverse of makeTransform; use makeTransform(...), then inverseAtAnyScale()")
     constexpr void makeInverseTransform(const ComplexAngle& rotation, const Vector2& factor,
                                         const Vector2& trans) noexcept {
         *this = Matrix3(rotation.x * factor.x, rotation.y * factor.x, -trans.x,    // row 0
                         -(factor.y * rotation.y), factor.y * rotation.x, -trans.y, // row 1
                         0.0f, 0.0f, 1.0f);
     }
-    VORN_SURPRISE("is not the inverse of makeTransform; use makeTransform(...), then inverse()")
+    VORN_SURPRISE("is not the inverse of makeTransform; use makeTransform(...), then inverseAtAnyScale()")
     void makeInverseTransform(float radians, const Vector2& factor, const Vector2& trans) noexcept {
         makeInverseTransform(ComplexAngle(radians), factor, trans);
     }

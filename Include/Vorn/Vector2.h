@@ -1,8 +1,8 @@
 /// @file
 /// Vector2: a vector of the plane, two floats with arithmetic.
 ///
-/// Lengths use a fast inverse square root with an error of about 0.2 per cent. Where the exact length matters, take the
-/// root of squaredLength() or use ComplexAngle::normalise().
+/// Lengths use a fast inverse square root with an error of about 0.2 per cent. Where the exact length matters, call
+/// `exactLength` or `exactNormalised` of Vorn/Geometry.h.
 ///
 /// Each expression is evaluated in double and rounded to float once, where it is stored or returned. Results have the
 /// same bits on every platform, except for the sign and the payload of a NaN. For that, the inline operations of all

@@ -8,7 +8,7 @@
 ///     Vorn::ConstVectorSpan corners(&vertices[0].box.corner, vertices.size(), sizeof(Vertex));
 ///
 /// A parameter of type VectorSpan or ConstVectorSpan takes vectors, arrays and `std::span` directly. See
-/// GeometryBatch.h for what can be done with the vectors.
+/// GeometryBatch.h for what can be done with the vectors; a loop over them uses the elements themselves.
 ///
 /// Cost: a value of three words; allocates nothing.
 ///

@@ -213,8 +213,8 @@ void place(Vector2 v, ComplexAngle angle, FloatRect rect, Matrix3 matrix) {
     matrix.translatedCopy(1.0f, 2.0f); // expect: adds to m[2] and m[5], without scale and rotation; use matrix * translation
     matrix.translatedCopy(matrix, v); // expect: adds to m[2] and m[5], without scale and rotation; use matrix * translation
     matrix.translatedCopy(matrix, 1.0f, 2.0f); // expect: adds to m[2] and m[5], without scale and rotation; use matrix * translation
-    matrix.makeInverseTransform(angle, v, v); // expect: is not the inverse of makeTransform; use makeTransform(...), then inverse()
-    matrix.makeInverseTransform(1.0f, v, v); // expect: is not the inverse of makeTransform; use makeTransform(...), then inverse()
+    matrix.makeInverseTransform(angle, v, v); // expect: is not the inverse of makeTransform; use makeTransform(...), then inverseAtAnyScale()
+    matrix.makeInverseTransform(1.0f, v, v); // expect: is not the inverse of makeTransform; use makeTransform(...), then inverseAtAnyScale()
 }
 
 void share(Delegate<void, void>& a, const Delegate<void, void>& b, Delegate<void>& c, const Delegate<void>& d, const SharedPtr<int>& pointer,

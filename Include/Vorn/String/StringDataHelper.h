@@ -83,8 +83,8 @@ VORN_API unsigned char* stringDataConvertToUTF8(const UTF16Char* sourceBuffer, c
                                                 StringDataSubCharset charset, StringDataBufferInfo& destInfo);
 
 /// Converts as `stringDataConvertToUTF8` into a new buffer of at least `capacity` bytes and a terminator. The bytes
-/// behind the text are zero, unless a text with U+0000 has written beyond its length. Throws `Exception<4>`: "length : text too long!" also
-/// for a capacity of 0xFFFFFFFF.
+/// behind the text are zero, unless a text with U+0000 has written beyond its length. Throws `Exception<4>`: "length :
+/// text too long!" also for a capacity of 0xFFFFFFFF.
 VORN_SURPRISE("converts U+0000 and some supplementary characters wrongly; use toUTF8(text)")
 VORN_API unsigned char* stringDataConvertCreateUTF8(const UTF16Char* sourceBuffer,
                                                     const StringDataBufferInfo& sourceInfo,

@@ -8,7 +8,7 @@
 /// A view converts from strings, literals and standard text types without an allocation. It is not validated: units
 /// that belong to no character count as U+FFFD, one for each longest part of a character. U+0000 is the byte 0xC0 0x80
 /// in the UTF-8 text of a String and the byte 0 in other UTF-8; both are U+0000 for all operations. A null string
-/// is an empty text; so is a null pointer, unless a length is given with it.
+/// is an empty text; so is a pointer that is null, unless a length is given with it.
 ///
 /// Cost: three words or less, passed by value. A terminated text is measured on construction.
 ///
