@@ -76,7 +76,7 @@ inline void toUTF16(Run& run, const SampleText& text) {
         return std::unique_ptr<UTF16Char[]>(Vorn::stringDataConvertToUTF16(
             data.getPrivateBuffer<unsigned char>(), data.getBufferInfo<unsigned char>(), data.getCharset(), info));
     };
-    // Of a character above 0xFFFF, the library is specified to write only the second unit.
+    // Of a character above 0xFFFF, the library writes only the second unit.
     std::u16string expected;
     std::copy_if(text.utf16.begin(), text.utf16.end(), std::back_inserter(expected),
                  [](char16_t unit) { return unit < 0xD800 || unit > 0xDBFF; });

@@ -1,4 +1,4 @@
-// No code: refuses compilers and flags with which results would not have the specified bits.
+// No code: refuses compilers and flags with which results would not have the promised bits.
 #include <cfloat>
 #include <limits>
 
