@@ -30,8 +30,8 @@ namespace Vorn {
 [[nodiscard]] VORN_API int compare(TextView a, TextView b) noexcept;
 
 /// Returns true if two texts have the same code points.
-[[nodiscard]] VORN_API bool equals(TextView a,
-                                   TextView b) noexcept; // NOLINT(readability-redundant-declaration): with the view
+[[nodiscard]] VORN_API bool equals(TextView a, // NOLINT(readability-redundant-declaration): with the view
+                                   TextView b) noexcept;
 
 /// A hash of the code points: equal texts have equal hashes in every encoding. The values are the same in every run of
 /// the program, but not in all versions of the library.
