@@ -1,5 +1,5 @@
 /// @file
-/// VectorSpan: many vectors in memory that somebody else owns, one after the other or inside larger elements.
+/// VectorSpan: many vectors in memory that the span does not own, one after the other or inside larger elements.
 ///
 ///     std::vector<Vorn::Vector2> points = makePoints();
 ///     std::vector<Vertex> vertices = makeVertices();

@@ -79,7 +79,7 @@ std::vector<Operation> textNumberOperations() {
          {"TextStreams::readWord", "TextStreams::readLine"},
          [](Attempt& attempt) {
              std::istringstream stream("a_word_that_is_not_small another_word_that_is_not_small");
-             stream.exceptions(std::ios_base::badbit); // otherwise the bit alone tells
+             stream.exceptions(std::ios_base::badbit); // otherwise only the bit is set
              Vorn::String word;
              attempt([&] {
                  stream >> word;
